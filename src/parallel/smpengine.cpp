@@ -1,0 +1,198 @@
+#include "parallel/smpengine.h"
+
+#include <sys/sysinfo.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "calc/datetime.h"
+#include "frame/base/profile.h"
+#include "storage/charcode.h"
+#include "storage/strings.h"
+#include "tables/table_collection.h"
+
+namespace qxe {
+
+namespace {
+
+// How long a round may take before the pool looks after its threads.
+constexpr std::chrono::seconds kLostWorkerDeadline{5};
+
+/// Value of a key that must be a whole number above 0; anything else counts as absent.
+int positive_setting(const char* key, int fallback) {
+  char text[64];
+  getPrivateProfileString("SYSINFO", key, "", text, sizeof text, "3by1sysinfo.ini");
+  bool bad = false;
+  const int value = Str2Int(text, true, &bad);
+  return bad || value <= 0 ? fallback : value;
+}
+
+}  // namespace
+
+CSmpEngine* ENG = nullptr;
+
+CSmpEngine& CSmpEngine::Instance() {
+  static CSmpEngine engine;
+  return engine;
+}
+
+CSmpEngine::CSmpEngine() {
+  const time_t now = time(nullptr);
+  qxe_strlcpy(ENGINE_START_TIME, ctime(&now), sizeof ENGINE_START_TIME);
+  localtime_r(&now, &start_time_);
+  init();
+}
+
+CSmpEngine::~CSmpEngine() {
+  finit();
+  ENG = nullptr;
+}
+
+void CSmpEngine::init() {
+  sysinfo();
+  setup_threads();
+  buildSystemHeader();
+  renew_collection();
+  char directory[400];
+  if (getcwd(directory, sizeof directory) != nullptr) {
+    snprintf(m_archLogFile, sizeof m_archLogFile, "%s/vemohist.log", directory);
+  }
+  setDefaultDateFormat();
+  run_threads_ = created_threads_;
+}
+
+void CSmpEngine::finit() {
+  notify_process_detach();
+  collection_.reset();
+  workers_.clear();
+}
+
+void CSmpEngine::ReInitialize() {
+  finit();
+  setup_threads();
+  buildSystemHeader();
+  renew_collection();
+}
+
+void CSmpEngine::sysinfo() {
+  processors_ = positive_setting("RUNTHREADS", std::max(1, get_nprocs()));
+  page_size_ = getpagesize();
+  l2_size_ = positive_setting("L2_CACHESIZE", l2_size_);
+  l2_line_ = positive_setting("L2_LINESIZE", l2_line_);
+  rows_per_worker_ = positive_setting("ROWS_PER_WORKER", static_cast<int>(rows_per_worker_));
+  created_threads_ = processors_;
+}
+
+void CSmpEngine::setDefaultDateFormat() {
+  char word[64];
+  getProfileString("ZVK_Client.ini", "DATEFORMAT", word, sizeof word);
+  date_format_ = date_order_from_word(word, date_format_);
+}
+
+void CSmpEngine::renew_collection() { collection_ = std::make_unique<TTableCollection>(); }
+
+void CSmpEngine::setup_threads() {
+  workers_.reserve(static_cast<size_t>(created_threads_));
+  try {
+    for (int i = 0; i < created_threads_; ++i) {
+      workers_.push_back(std::make_unique<CWorkThread>(i, &notice_));
+    }
+  } catch (...) {
+    notify_process_detach();
+    workers_.clear();
+    throw;
+  }
+}
+
+int CSmpEngine::n_threads_for_elements(long elements, long perThread) const {
+  if (run_threads_ * perThread <= elements) return std::max(run_threads_, 1);
+  return static_cast<int>(std::max<long>((elements + perThread - 1) / perThread, 1));
+}
+
+int CSmpEngine::assign_elements_to_threads(int elements, int minimum) {
+  int rest = std::max(elements, 0);
+  const int share = std::max({(rest + run_threads_ - 1) / run_threads_, minimum, 1});
+  int busy = 0;
+  for (int i = 0; i < created_threads_; ++i) {
+    const bool takes_rest = i == run_threads_ - 1 || share >= rest;
+    const int count = takes_rest ? rest : share;
+    get_thread_param(i).elements = count;
+    rest -= count;
+    if (count > 0) ++busy;
+  }
+  return busy;
+}
+
+void CSmpEngine::setup_task(int i, int task) {
+  workers_.at(static_cast<size_t>(i))->setup_task(task);
+}
+
+void CSmpEngine::setup_task2(int n, int task) {
+  for (int i = 0; i < n; ++i) setup_task(i, task);
+}
+
+void CSmpEngine::resume_wkthread(int i) { workers_.at(static_cast<size_t>(i))->resume(); }
+
+void CSmpEngine::resume_wkthread(int i, int task) {
+  workers_.at(static_cast<size_t>(i))->resume(task);
+}
+
+void CSmpEngine::resume_wkthreads(int n) {
+  {
+    std::lock_guard<std::mutex> guard(notice_.lock);
+    notice_.finished = 0;
+  }
+  for (int i = 0; i < resolved_count(n); ++i) resume_wkthread(i);
+}
+
+void CSmpEngine::resume_wkthreads(int n, int task) {
+  setup_task2(resolved_count(n), task);
+  resume_wkthreads(n);
+}
+
+void CSmpEngine::wait_until_finish(int n) {
+  if (n < 1) return;
+  std::unique_lock<std::mutex> guard(notice_.lock);
+  // The deadline is not moved on: a round that outlives it polls its workers from then on.
+  const auto deadline = std::chrono::steady_clock::now() + kLostWorkerDeadline;
+  while (notice_.finished < n) {
+    if (notice_.changed.wait_until(guard, deadline) == std::cv_status::timeout) {
+      guard.unlock();
+      keep_all_threads_alive(n);
+      guard.lock();
+      notice_.changed.wait_for(guard, std::chrono::milliseconds(1));
+    }
+  }
+}
+
+int CSmpEngine::get_wkthread_retcode(int i) const {
+  if (i < 0 || i >= static_cast<int>(workers_.size())) return QX_ERROR_UNKNOWN;
+  return workers_[static_cast<size_t>(i)]->result();
+}
+
+int CSmpEngine::get_wkthreads_retcode(int n) const {
+  int result = 0;
+  for (int i = 0; i < n; ++i) {
+    result = get_wkthread_retcode(i);
+    if (result < 0) return result;
+  }
+  return result;
+}
+
+void CSmpEngine::keep_all_threads_alive(int n) {
+  for (int i = 0; i < n; ++i) workers_.at(static_cast<size_t>(i))->keep_alive();
+}
+
+int CSmpEngine::run_threads_task(int n, int task) {
+  resume_wkthreads(n, task);
+  wait_until_finish(n);
+  return raised(get_wkthreads_retcode(n));
+}
+
+void CSmpEngine::notify_process_detach() {
+  for (auto& worker : workers_) worker->resume(0);
+  for (auto& worker : workers_) worker->join();
+}
+
+}  // namespace qxe

@@ -1,0 +1,103 @@
+// The engine singleton: the worker pool, the error ring, the settings of the process and the one
+// table collection.
+#pragma once
+
+#include <time.h>
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "frame/base/error_ring.h"
+#include "parallel/workthread.h"
+
+namespace qxe {
+
+class TTableCollection;
+
+class CSmpEngine : NonCopyable {
+ public:
+  static CSmpEngine& Instance();
+
+  // Start and stop.
+  void ReInitialize();
+
+  // Settings and parts.
+  int run_threads() const { return run_threads_; }
+  int created_threads() const { return created_threads_; }
+  /// Elements of cheap row work that are worth waking a worker for; see SlicedTask.
+  long rows_per_worker() const { return rows_per_worker_; }
+  int page_size() const { return page_size_; }
+  int l2_size() const { return l2_size_; }
+  int l2_line() const { return l2_line_; }
+  TTableCollection* collection() { return collection_.get(); }
+  /// Replaces the collection by an empty one.
+  void renew_collection();
+  ErrorRing& error_ring() { return error_ring_; }
+  int date_format() const { return date_format_; }
+  const tm& start_time() const { return start_time_; }
+  const char* archive_log_file() const { return m_archLogFile; }
+
+  // Division of work.
+  /// Workers for this much work: as many as have `perThread` elements each, at least one.
+  int n_threads_for_elements(long elements, long perThread = 1) const;
+  /// Writes each worker's element count into its block; returns how many have work.
+  int assign_elements_to_threads(int elements, int minimum);
+
+  // The pool.
+  WorkerParam& get_thread_param(int i) { return workers_.at(static_cast<size_t>(i))->param(); }
+  void setup_task(int i, int task);
+  void setup_task2(int n, int task);
+  void resume_wkthread(int i);
+  void resume_wkthread(int i, int task);
+  /// Workers 0 to n - 1; -1 means all run threads.
+  void resume_wkthreads(int n);
+  void resume_wkthreads(int n, int task);
+  void wait_until_finish(int n);
+  int get_wkthread_retcode(int i) const;
+  /// The first negative result of workers 0 to n - 1, else the last result; 0 when n is below 1.
+  int get_wkthreads_retcode(int n) const;
+  void keep_all_threads_alive(int n);
+  /// One round: starts `task` on workers 0 to n - 1, waits, and throws the first negative result.
+  int run_threads_task(int n, int task);
+  /// Stops and joins all workers.
+  void notify_process_detach();
+
+  void mt_write_lock() { write_lock_.lock(); }
+  void mt_write_unlock() { write_lock_.unlock(); }
+
+ private:
+  CSmpEngine();
+  ~CSmpEngine();
+
+  void init();
+  void finit();
+  void sysinfo();
+  void setDefaultDateFormat();
+  void setup_threads();
+  int resolved_count(int n) const { return n == -1 ? run_threads_ : n; }
+
+  std::mutex write_lock_;
+  std::vector<std::unique_ptr<CWorkThread>> workers_;
+  NOTIFY_HANDLE notice_;
+  int run_threads_ = 1;
+  int created_threads_ = 1;
+  int processors_ = 1;
+  int page_size_ = 8192;
+  int l1_size_ = 65536;
+  int l1_line_ = 64;
+  int l2_size_ = 1048576;
+  int l2_line_ = 64;
+  long rows_per_worker_ = 16384;
+  std::unique_ptr<TTableCollection> collection_;
+  ErrorRing error_ring_;
+  int date_format_ = 0;  // 0 year first, 1 day first, 2 month first
+  tm start_time_{};
+  char ENGINE_START_TIME[32] = "";
+  char m_archLogFile[512] = "";
+};
+
+/// The engine; null only while the library loads or unloads.
+extern CSmpEngine* ENG;
+
+}  // namespace qxe
