@@ -27,8 +27,7 @@ inline Slice even_slice(long elements, int parts, int i) {
 template <class Params>
 Params& task_params(void* block) {
   static_assert(std::is_trivially_copyable_v<Params> && sizeof(Params) <= WorkerParam::kStorage);
-  return *std::launder(
-      reinterpret_cast<Params*>(static_cast<WorkerParam*>(block)->storage));
+  return *std::launder(reinterpret_cast<Params*>(static_cast<WorkerParam*>(block)->storage));
 }
 
 /// Body of a task function: runs `body` on the block's parameters, turns exceptions into statuses.
@@ -51,8 +50,8 @@ int run_task(void* block, Body&& body) {
 template <class Params>
 class SlicedTask : NonCopyable {
  public:
-  /// `per_worker`: elements that are worth a worker. Work on a row that is as cheap as a load or two
-  /// passes ENG->rows_per_worker(), work on coarse parts 1.
+  /// `per_worker`: elements that are worth a worker. Work on a row that is as cheap as a load or
+  /// two passes ENG->rows_per_worker(), work on coarse parts 1.
   SlicedTask(TaskId task, long elements, long per_worker = 1)
       : task_(task),
         elements_(elements),

@@ -90,7 +90,9 @@ void CSmpEngine::setDefaultDateFormat() {
   date_format_ = date_order_from_word(word, date_format_);
 }
 
-void CSmpEngine::renew_collection() { collection_ = std::make_unique<TTableCollection>(); }
+void CSmpEngine::renew_collection() {
+  collection_ = std::make_unique<TTableCollection>();
+}
 
 void CSmpEngine::setup_threads() {
   workers_.reserve(static_cast<size_t>(created_threads_));
@@ -132,7 +134,9 @@ void CSmpEngine::setup_task2(int n, int task) {
   for (int i = 0; i < n; ++i) setup_task(i, task);
 }
 
-void CSmpEngine::resume_wkthread(int i) { workers_.at(static_cast<size_t>(i))->resume(); }
+void CSmpEngine::resume_wkthread(int i) {
+  workers_.at(static_cast<size_t>(i))->resume();
+}
 
 void CSmpEngine::resume_wkthread(int i, int task) {
   workers_.at(static_cast<size_t>(i))->resume(task);

@@ -42,8 +42,8 @@ int countMultiBytes(int code, unsigned char lead);
 bool ismbsptr_sjis(const char* start, const char* position);
 bool ismbsptr_locale(const char* start, const char* position);
 
-/// First place of `pattern` in `text` on a character boundary, or null; an empty pattern is found at
-/// once.
+/// First place of `pattern` in `text` on a character boundary, or null; an empty pattern is found
+/// at once.
 const char* mbsstr_locale(const char* text, const char* pattern);
 const char* qxembsstr(const char* text, const char* pattern);
 const char* memmem_locale(const char* text, size_t textSize, const char* pattern, size_t size);

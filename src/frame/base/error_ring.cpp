@@ -65,8 +65,12 @@ int report(const char* name, int code, const char* format, ...) {
   return code;
 }
 
-void mark_worker_thread() { t_worker = true; }
+void mark_worker_thread() {
+  t_worker = true;
+}
 
-bool on_worker_thread() { return t_worker; }
+bool on_worker_thread() {
+  return t_worker;
+}
 
 }  // namespace qxe

@@ -97,8 +97,8 @@ class LargeBlocks {
     void* start = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (start == MAP_FAILED) return nullptr;
     char* const begin = static_cast<char*>(start);
-    char* const block = begin + (rounded(reinterpret_cast<size_t>(begin)) -
-                                 reinterpret_cast<size_t>(begin));
+    char* const block =
+        begin + (rounded(reinterpret_cast<size_t>(begin)) - reinterpret_cast<size_t>(begin));
     if (block > begin) munmap(begin, static_cast<size_t>(block - begin));
     char* const end = begin + mapped;
     if (end > block + capacity) {
@@ -131,7 +131,9 @@ LargeBlocks& large_blocks() {
 }
 
 /// Blocks of the general allocator never start on a huge page boundary: its header stands before.
-bool may_be_large(void* block) { return reinterpret_cast<size_t>(block) % kHugePage == 0; }
+bool may_be_large(void* block) {
+  return reinterpret_cast<size_t>(block) % kHugePage == 0;
+}
 
 void* allocate(size_t size) {
   if (fails_on_purpose()) return nullptr;
@@ -184,7 +186,9 @@ void _heap_memory_exception(size_t size) {
                      static_cast<unsigned>(size));
 }
 
-void release_free_blocks() noexcept { large_blocks().release_cache(); }
+void release_free_blocks() noexcept {
+  large_blocks().release_cache();
+}
 
 void fail_allocation_after(long allocations, bool persistent) noexcept {
   g_fail_persistent.store(persistent);

@@ -1,8 +1,8 @@
 // The engine's allocator. Array blocks and blocks that a client releases come from here.
 //
-// Fresh pages are the dearest resource of a column store: the first touch of a 4 KiB page costs more
-// than the work on it. So large blocks lie on 2 MiB boundaries, are advised as huge pages, and go to
-// a cache when freed instead of back to the system.
+// Fresh pages are the dearest resource of a column store: the first touch of a 4 KiB page costs
+// more than the work on it. So large blocks lie on 2 MiB boundaries, are advised as huge pages, and
+// go to a cache when freed instead of back to the system.
 #pragma once
 
 #include <stddef.h>
@@ -28,8 +28,8 @@ void zvk_free(void* block) noexcept;
 /// Gives the cached free blocks back to the system.
 void release_free_blocks() noexcept;
 
-/// Test hook: lets `allocations` further allocations pass, fails the next one, and all after it when
-/// `persistent`. A negative count switches it off.
+/// Test hook: lets `allocations` further allocations pass, fails the next one, and all after it
+/// when `persistent`. A negative count switches it off.
 void fail_allocation_after(long allocations, bool persistent) noexcept;
 
 struct ZvkFree {
