@@ -3,7 +3,8 @@
 // `unused` while it has none; such a row is never started.
 #pragma once
 
-// clang-format off: one row a line, which the formatter cannot keep inside a macro
+// One row a line, which the formatter cannot keep inside a macro.
+// clang-format off
 #define RQX_TASKS(task, unused)                                                            \
   unused(QX_MPP_DUMMY, "Dummy")                                                            \
   unused(QX_MPP_IMPORT_PARSE, "Parallel Import Step1")                                     \
