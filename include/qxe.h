@@ -12,9 +12,9 @@
  * a list of row numbers in an order of its own. Searches and sorts never change their source; they
  * make new sets. Every table has a root set, which holds all rows and stays as long as the table.
  *
- * Identifiers are int, issued upward from 1 and not issued twice. Ids of sets and filters belong
- * to their table. A set id below 0 means the table's current set. Filter id
- * 0 means the row number in the calls that read values, and is unknown everywhere else.
+ * Identifiers are int, issued upward from 1 and not issued twice. Ids of sets and filters belong to
+ * their table. A set id below 0 means the table's current set. Filter id 0 means the row number in
+ * the calls that read values, and is unknown everywhere else.
  *
  * Rows are numbered from 1. A position is a place in a set; whether it counts from 0 or from 1 is
  * told with each call. Lists of ids that a caller passes end at the first entry below 1.
@@ -22,10 +22,10 @@
  * Limits: 10,000 tables, 10,000 sets a table, 512 filters a table, 2147483647 rows, names of 255
  * bytes, strings of 4095 bytes in a single read, 64 bytes in an attribute block.
  *
- * Results. Every call returns a 32-bit status: 0 or above is success, often a count or an id; below
- * 0 is a failure, one of the QX_ERROR_ codes. A call whose comment names no result returns 0. Three
- * failures belong to every call and are not repeated below: QX_ERROR_NO_TABLE for an unknown table
- * id, QX_ERROR_OUT_OF_MEMORY, and QX_ERROR_UNKNOWN for a failure without a code of its own. A
+ * Results. Calls that return int return a status: 0 or above is success, often a count or an id;
+ * below 0 is a failure, one of the QX_ERROR_ codes. A call whose comment names no result returns 0.
+ * Three failures belong to every call and are not repeated below: QX_ERROR_NO_TABLE for an unknown
+ * table id, QX_ERROR_OUT_OF_MEMORY, and QX_ERROR_UNKNOWN for a failure without a code of its own. A
  * failed call leaves tables as they were, and its outputs undefined, unless its comment says
  * otherwise. A pointer may be null only where its comment says so.
  *
@@ -52,8 +52,8 @@
  *
  * Families. RQX functions are the main interface: they copy results into the caller's buffers, and
  * large operations run on the worker threads. QX functions are the plain interface: they run on one
- * thread, and some hand out pointers into the engine. Names that end in R1 are
- * for callers that cannot deal with out-parameters: they return the value itself.
+ * thread, and some hand out pointers into the engine. Names that end in R1 are for callers that
+ * cannot deal with out-parameters: they return the value itself.
  *
  * Threads. Any thread may call. One lock lets one call run at a time; others wait.
  * RQXReInitializeMS takes no lock: no other thread may be in the engine.
@@ -77,7 +77,7 @@
 #define QXE_PRINTF(text, first)
 #endif
 
-/* Status codes. All failures have the form 0xe0000xxx and are negative as int. */
+/* The status codes follow, by topic. All have the form 0xe0000xxx and are negative as int. */
 
 /* Status codes: sizes and positions. */
 
@@ -603,7 +603,7 @@ QXE_API int RQXReInitializeMS(void);
 QXE_API int RQXGetEnvironment(_TREnvironment* out);
 
 /** Reports the machine's memory. total, available: out, bytes. Result: 0, or -1 when either is 0.
- */
+ * */
 QXE_API int RQXGetSystemMemInfo(unsigned long* total, unsigned long* available);
 
 /** Sets the database's character code by locale. localeId: QX_LOCALE_ value. Text already stored is
@@ -621,7 +621,7 @@ QXE_API int RQXSetDBCharCode(char* code);
 /** Switches the cutting of trailing blanks. flag: 0 off (at start), other on. When it is on,
  * strings that are stored in filters, from memory or from a file, lose their trailing blanks; those
  * from memory in the caller's buffer, which must be writable. Search values and names are not cut.
- */
+ * */
 QXE_API int RQXSetTailSpaceFlag(int flag);
 
 /** As RQXSetTailSpaceFlag. */
@@ -642,8 +642,8 @@ QXE_API int RQXGetSavedFlag(int* sets, int* tables, int* settings);
 QXE_API int QXGetSavedFlag(int* sets, int* tables, int* settings);
 
 /** Converts a time, "hour:minute", "hour:minute:second" or "hour:minute:second.millisecond". out:
- * the fraction of a day; NULL for an empty text. Failures: QX_ERROR_PARAMETER for any other text,
- * out is NULL. */
+ * the fraction of a day; 0.0 when a part is out of range (25:00); NULL for an empty text. Failures:
+ * QX_ERROR_PARAMETER for any other text, out is NULL. */
 QXE_API int RQXStrToTime(const char* text, double* out);
 
 /** As RQXStrToTime. */
@@ -669,9 +669,8 @@ QXE_API void LOG_Create(const char* format, ...) QXE_PRINTF(1, 2);
 
 /** Writes one line to a log file of the caller's: format and arguments as printf, cut at 4351
  * bytes. The first line of the process creates the file, with a header; later lines append. file:
- * its name;
- * "" does nothing, null makes the next line create its file afresh. Takes no lock: one thread at a
- * time. */
+ * its name; "" does nothing, null makes the next line create its file afresh. Takes no lock: one
+ * thread at a time. */
 QXE_API void Log_message(const char* file, const char* format, ...) QXE_PRINTF(2, 3);
 
 /** Does nothing; kept for clients that call it. */
@@ -711,7 +710,7 @@ QXE_API int RQXGenTableName(const char* seed, char* out);
 QXE_API int QXGenerateTableName(const char* seed, char* out);
 
 /** RQXGenerateTableName without a buffer. out: set to static storage, overwritten by the next call.
- */
+ * */
 QXE_API int QXGenTableName(const char* seed, char** out);
 
 /** RQXGenerateTableName as text in the shared R1 buffer; "" on a failure. */
@@ -836,7 +835,7 @@ QXE_API int RQXGetTotalRows(int table);
 QXE_API int QXGetTotalRows(int table);
 
 /** Deletes all sets but the root set, which becomes current. The next set id goes on where it was.
- */
+ * */
 QXE_API int RQXPurgeSubsets(int table);
 
 /** As RQXPurgeSubsets. */
@@ -859,8 +858,7 @@ QXE_API int QXGetSet(int table, int set, int** out);
 
 /** Lists the sets of a table, ascending; the root set comes first. max: the most to copy, 0 or
  * more. out: max ints. Result: the number of sets in all. Failures: QX_ERROR_PARAMETER for a
- * negative max.
- */
+ * negative max. */
 QXE_API int RQXGetSetList(int table, int max, int* out);
 
 /** As RQXGetSetList. */
@@ -985,7 +983,7 @@ QXE_API int QXGetFilterAttr(int table, int filter, void** out, bool valueList);
 
 /** Writes an attribute block of a filter. in: 64 bytes; write the engine's bytes back as they were
  * read. valueList: as in RQXGetFilterAttr. Failures: QX_ERROR_NO_FILTER, QX_ERROR_SHARED_READ_ONLY.
- */
+ * */
 QXE_API int RQXSetFilterAttr(int table, int filter, const void* in, bool valueList);
 
 /** Deletes a filter: an edit. Failures: also QX_ERROR_NO_FILTER, QX_ERROR_REFERRED for the key of a
@@ -1042,8 +1040,7 @@ QXE_API int RQXGetFilterName(int table, int filter, char* out);
 QXE_API int QXGetFilterName(int table, int filter, char* out);
 
 /** A filter's stored name, in the engine until the filter is renamed or deleted; "" if it is
- * unknown.
- */
+ * unknown. */
 QXE_API const char* RQXGetFilterNameR1(int table, int filter);
 
 /** Finds a filter by its stored name. Result: the filter id. Failures: QX_ERROR_NO_FILTER. */
@@ -1198,8 +1195,8 @@ QXE_API int RQXGetData1MIntR1(int table, int filter, int set, int first, int* co
 QXE_API int RQXGetData1MDblR1(int table, int filter, int set, int first, int* count,
                               double* values);
 
-/** Reads a block of decimals. first: position from 1. values: out, 128 Numeric without NumericInfo,
- * all 128 of which may be filled. Failures: also QX_ERROR_TYPE_MISMATCH. */
+/** Reads a block of decimals. first: position from 1. values: out, 128 Numeric (2048 bytes),
+ * without NumericInfo. Failures: also QX_ERROR_TYPE_MISMATCH. */
 QXE_API int RQXGetData1MNumericR1(int table, int filter, int set, int first, int* count,
                                   Numeric* values);
 
@@ -1249,7 +1246,7 @@ QXE_API int iCompileNumeric(int n, int k, Numeric* data, int** pv, Numeric** vl)
  *
  * On a real table RQXSearchByField, its Str, SJIS, Locale, R1 and NValues forms leave the current
  * set as it was; other searches make their result current. The new set gets the attribute block of
- * its source.
+ * its source, one that becomes current also its name.
  *
  * Failures of every search: QX_ERROR_NO_FILTER (in a join table QX_ERROR_NO_JOIN_FILTER),
  * QX_ERROR_NO_SET_ID (in a join table QX_ERROR_NO_SET), QX_ERROR_SET_COUNT with 10,000 sets, and
@@ -1347,7 +1344,7 @@ QXE_API int RQXSearchByFieldDblR1(int table, int filter, int set, int ope, doubl
 /** Sorts a set by one filter. */
 QXE_API int RQXSortByField(int table, int filter, int set, int dir);
 
-/** As RQXSortByField, on one thread. */
+/** As RQXSortByField. */
 QXE_API int QXSortByField(int table, int filter, int set, int dir);
 
 /** Sorts a set by row number. filter: ignored; in a join table it picks the side. A row that stands
@@ -1360,7 +1357,7 @@ QXE_API int QXSortByRowNo(int table, int filter, int set, int dir);
 /** Sorts a set by several filters. filters: in, filter ids, ends at the first entry below 1 or
  * after QX_MAX_SORT_KEYS; the LAST is the most significant key. dirs: in, one direction for each.
  * Without a key the result is a copy in source order. In a join table all keys come from one side.
- */
+ * */
 QXE_API int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs);
 
 /** Orders the positions of an array by descending count; equal counts keep their order. n:
@@ -1379,7 +1376,7 @@ QXE_API double RQXStr2DateR1(const char* text);
 
 /** Converts a time, "hour:minute", "hour:minute:second" or with ".millisecond". Result: the
  * fraction of a day; 0.0 when a part is out of range (25:00); NULL for "" and for any other text.
- */
+ * */
 QXE_API double RQXStr2TimeR1(const char* text);
 
 /** Converts a date and a time with a blank between. A part that is missing or unreadable counts as
@@ -1408,19 +1405,20 @@ QXE_API const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo*
  * a comment:
  *
  *     //CSV, //TAB, //FIX      fields separated by comma or tab, or of fixed width: one is required
- *     //USR and 1 to 5 words   fields separated by any of these characters ("\t" is a tab)
+ *     //USR and 1 to 5 words   fields separated by any of these characters (\t is a tab)
  *     //CUTTOP                 the first line of the data is a title and dropped
  *     //ERROR and a word       STOP (unless told), CONTINUE, NONE or SKIPLINE
  *     //ERRORLOG and a name    the log file, in place of "catalog_err_log.txt"
  *     //UTF8, //SHIFT-JIS ...  the character code of the catalog and its data
  *
- * Any other line is a column: type letter, width, name, and options. The letter is I integer, F
- * float, D date, T time, A string, E date-time, N decimal. The width counts for //FIX only, 1 to
- * 4095 bytes, but must be there. Options: a date format D1 to D14 for D, a time format T1 to T4 for
- * T, both for E, digits behind the point (0 to 38, else 6) and a rounding mode (ROUNDUP, ROUNDDOWN,
- * ROUNDCEILING, ROUNDFLOOR, ROUNDHALFUP, ROUNDHALFDOWN, ROUNDHALFEVEN) for N, and SKIP as fourth or
- * later word for a field that is read and dropped. A catalog has at most QX_CATALOG_MAX_COLUMNS
- * column lines.
+ * Any other line is a column: type letter, width, name, and options. The name has at most 255 bytes
+ * and is cleaned and made unique. The letter is I integer, F float, D date, T time, A string, E
+ * date-time, N decimal. The width counts for //FIX only, 1 to 4095 bytes, but must be there.
+ * Options: a date format D1 to D14 for D, a time format T1 to T4 for T, both for E, digits behind
+ * the point (0 to 38; 6 unless told) and a rounding mode (ROUNDUP, ROUNDDOWN, ROUNDCEILING,
+ * ROUNDFLOOR, ROUNDHALFUP, ROUNDHALFDOWN, ROUNDHALFEVEN; ROUNDHALFUP unless told) for N, and SKIP
+ * as fourth or later word for a field that is read and dropped. A catalog has at most
+ * QX_CATALOG_MAX_COLUMNS column lines.
  *
  * Date formats, Y with four digits, y with two, from D1 on: Y/m/d, Y-m-d, m/d/Y, m.d.Y, d/m/Y,
  * d.m.Y, m/d/y, m.d.y, d/m/y, d.m.y, and without a year (then the year of library load) m/d, m.d,
@@ -1448,8 +1446,8 @@ QXE_API const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo*
  */
 
 /** Imports a data file as a new table. dir: directory of the catalog and of the data, which stand
- * in "SrcData.dat". catalog: its file name; without its extension it is the table's name, cleaned
- * and made unique. Result: the table id. */
+ * in "SrcData.dat". catalog: its file name; without its last extension it is the table's name,
+ * cleaned and made unique. Result: the table id. */
 QXE_API int RQXAddCatalogFile(const char* dir, const char* catalog);
 
 /** RQXAddCatalogFile with the data file and the table's name given. catalogDir, catalog: the
@@ -1474,12 +1472,12 @@ QXE_API int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, co
  * output.
  *
  * fmtFile: a text file that sets the digits of float and decimal columns; a relative name counts
- * from dir. Each line holds, separated by tabs, filter name, digits behind the point and a rounding
- * mode as in catalogs; negative digits leave the column as it is, unknown names are ignored, //
- * begins a comment.
+ * from dir. Each line holds, separated by tabs, filter name, digits behind the point (0 to 15 for
+ * floats) and a rounding mode as in catalogs; negative digits leave the column as it is, unknown
+ * names are ignored, // begins a comment.
  *
  * Failures of every export: QX_ERROR_NO_SET, also for a set below -1; QX_ERROR_NO_JOIN_FILTER for
- * an unknown filter; QX_ERROR_PARAMETER for a bad date separator or a rowFrom below 1;
+ * an unknown filter; QX_ERROR_PARAMETER for a bad date separator, or a rowFrom of 0 or below -1;
  * QX_ERROR_PATH for a directory that cannot be reached; QX_ERROR_FILE for a file that cannot be
  * opened or written; QX_ERROR_CATALOG for a bad line in a format file.
  */
