@@ -1,0 +1,98 @@
+// A filter is a column: a sorted list of its distinct values and, for each row, the number of its
+// value in that list. New values of single rows wait in a small tail list until the next operation
+// that needs sorted order merges them.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "storage/array.h"
+
+namespace qxe {
+
+class TRealTable;
+class TSetArray;
+class TSortedSetArray;
+
+/// Row pointers and value list, as compilation makes them.
+struct Column {
+  std::unique_ptr<TIntArray> pv;
+  std::unique_ptr<TBaseArray> vl;
+};
+
+class TFilter : NonCopyable {
+ public:
+  static constexpr int kNameSize = 256;
+
+  TFilter() { InitTVL(); }
+  /// Throws QX_ERROR_FILTER_NAME for a name that ToFileName refuses.
+  TFilter(int id, const char* name);
+  /// Deep copy with the same id, name and origin. Throws QX_ERROR_NO_FILTER for null.
+  explicit TFilter(const TFilter* other);
+  ~TFilter();
+
+  /// A copy under another id and name; the attribute block of its row pointers is cleared.
+  std::unique_ptr<TFilter> CopyFilter(int id, const char* name) const;
+  /// Replaces the column's arrays; an owned old value list is deleted.
+  void adopt(Column column);
+
+  /// Address form: the array and index that hold the value of value number `p` (below 0: pending).
+  const TBaseArray& values_of(int p) const { return p < 0 ? *TVL : *VL; }
+  int data_type() const { return ArrayDataTypeEx(*VL); }
+
+  // The tail list of pending values.
+  void InitTVL();
+  /// Tail capacity this filter may have.
+  int CalcTVLSize() const;
+  /// What `count` new values need: 0 the full path, 1 nothing, 2 a merge first.
+  int CheckTVLUse(int count) const;
+  void AllocTVL();
+  int AppendTVLInt(int value, int row) { return append_tail(&value, row); }
+  int AppendTVLDouble(double value, int row) { return append_tail(&value, row); }
+  int AppendTVLNumeric(const Numeric& value, int row) { return append_tail(&value, row); }
+  int AppendTVLStr(const char* value, int row) { return append_tail(value, row); }
+  /// Writes `count` values (laid out as an array of the type; strings as pointers) to the rows at
+  /// positions `start` (from 0) onward of `set`. 0, or -1 when the tail is full.
+  int UpdateTVL(int start, int count, void* values, const TSetArray& set);
+  /// Writes the one value at `value` to those rows.
+  int UpdateTVLFill(int start, int count, void* value, const TSetArray& set);
+  /// Tries the tail path; 1 when the values are in, 0 when the caller must recompile the column.
+  int UseTVL(int start, int count, void* values, bool fill, bool mpp, TRealTable* table,
+             const TSetArray& set);
+  /// Folds the tail into the value list. 1 when it merged, 0 when the tail was empty.
+  int MergeTVL(bool mpp);
+  int pending() const { return FTVLUsed; }
+
+  /// To be called before any change of the rows or values: refuses a high-speed filter and drops
+  /// the data of its sorted sets.
+  void Taint();
+  bool high_speed() const { return high_speed_; }
+  void RegisterSortedSet(TSortedSetArray* sorted) { sorted_sets_.push_back(sorted); }
+  void UnregisterSortedSet(TSortedSetArray* sorted);
+
+  long GetMemSize() const;
+  long GetBorrowedSize() const;
+
+  int FFilterID = 0;
+  char FFilterName[kNameSize] = "";
+  TIntArray* PVL = nullptr;     // row pointers, element 0 is 0
+  TBaseArray* VL = nullptr;     // distinct values ascending, element 0 is NULL
+  bool FVLBorrowed = false;     // the lists belong to another object
+  int FOrgTblID = 0;            // 0 for a filter built here
+  int FOrgFltID = 0;            // own id for a filter built here
+  TBaseArray* TVL = nullptr;    // pending values in order of arrival, element 0 is NULL
+  TIntArray* TVLRow = nullptr;  // for each pending value the row that uses it
+
+ private:
+  int append_tail(const void* value, int row);
+  int update_rows(int start, int count, void* values, bool fill, const TSetArray& set);
+
+  int FTVLAlloc = 0;  // capacity, entry 0 included
+  int FTVLUsed = 0;   // entries in use, entry 0 not counted
+  int FTVLMax = 0;
+  int FTVLMinRows = 0;
+  bool high_speed_ = false;
+  std::vector<TSortedSetArray*> sorted_sets_;  // not owned
+};
+
+}  // namespace qxe

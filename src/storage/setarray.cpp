@@ -1,0 +1,96 @@
+#include "storage/setarray.h"
+
+#include <algorithm>
+
+#include "search/sort.h"
+#include "storage/filters.h"
+
+namespace qxe {
+
+TSetArray::~TSetArray() {
+  while (!sorted_sets_.empty()) delete sorted_sets_.back();  // each unregisters itself
+}
+
+TSetArray* TSetArray::CopyArray() {
+  auto copy = std::make_unique<TSetArray>();
+  copy->copy_block(*this, false);
+  copy->SetSetName(GetSetName());
+  return copy.release();
+}
+
+TSetArray* TSetArray::MppCopyArray() {
+  auto copy = std::make_unique<TSetArray>();
+  copy->copy_block(*this, true);
+  copy->SetSetName(GetSetName());
+  return copy.release();
+}
+
+long TSetArray::GetMemSize() const {
+  long size = TIntArray::GetMemSize() + static_cast<long>(sizeof(TSetArray) - sizeof(TIntArray)) +
+              static_cast<long>(sorted_sets_.capacity() * sizeof(TSortedSetArray*));
+  for (const TSortedSetArray* sorted : sorted_sets_) size += sorted->GetMemSize();
+  return size;
+}
+
+std::unique_ptr<TSetArray> TSetArray::CopyWithout0() const {
+  auto copy = std::make_unique<TSetArray>(FArraySize, false);
+  if (FArraySize > 0)
+    memcpy(copy->PIntAr(), PIntAr(), sizeof(int) * static_cast<size_t>(FArraySize));
+  copy->Exclude0Rec();
+  return copy;
+}
+
+void TSetArray::UnregisterSortedSet(TSortedSetArray* sorted) {
+  sorted_sets_.erase(std::remove(sorted_sets_.begin(), sorted_sets_.end(), sorted),
+                     sorted_sets_.end());
+}
+
+TSortedSetArray* TSetArray::GetSortedSet(const TFilter* filter) const {
+  const auto place =
+      std::find_if(sorted_sets_.begin(), sorted_sets_.end(),
+                   [&](const TSortedSetArray* sorted) { return sorted->filter() == filter; });
+  return place == sorted_sets_.end() ? nullptr : *place;
+}
+
+void TSetArray::RemoveSortedSet(const TFilter* filter) {
+  delete GetSortedSet(filter);
+}
+
+TSortedSetArray::~TSortedSetArray() {
+  if (set_ != nullptr) set_->UnregisterSortedSet(this);
+  if (filter_ != nullptr) filter_->UnregisterSortedSet(this);
+}
+
+void TSortedSetArray::initialize(TSetArray* set, TFilter* filter) {
+  set->RegisterSortedSet(this);
+  set_ = set;
+  filter->RegisterSortedSet(this);
+  filter_ = filter;
+}
+
+void TSortedSetArray::Taint() {
+  zvk_free(data_);
+  data_ = nullptr;
+  FArraySize = 0;
+  FAllocSize = 0;
+}
+
+void TSortedSetArray::Reclaim() {
+  if (data_ != nullptr) return;
+  SetArraySize(set_->FArraySize);
+  const int* const value_numbers = filter_->PVL->PIntAr();
+  CountingSort(QX_SORT_ASC, set_->FArraySize, set_->PIntAr(), PIntAr(), value_numbers,
+               filter_->VL->FArraySize);
+  null_count_ = 0;
+  if (filter_->VL->GetDataType() == QX_DT_STRING) return;
+  null_count_ =
+      static_cast<int>(std::partition_point(PIntAr(), PIntAr() + FArraySize,
+                                            [&](int row) { return value_numbers[row] == 0; }) -
+                       PIntAr());
+}
+
+long TSortedSetArray::GetMemSize() const {
+  return TIntArray::GetMemSize() + static_cast<long>(sizeof(TSortedSetArray) - sizeof(TIntArray));
+}
+
+}  // namespace qxe

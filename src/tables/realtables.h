@@ -1,0 +1,105 @@
+// The real table: it stores its own filters and sets. A member is defined in the folder of its
+// topic: filters, sets and reading here, searches and sorts in search, export in import.
+#pragma once
+
+#include "tables/tables.h"
+
+namespace qxe {
+
+class TRealTable : public TBaseTable {
+ public:
+  /// Empty object for loaders.
+  TRealTable() = default;
+  /// A table with a root set of `rows` rows. Throws QX_ERROR_GEN_TABLE_NAME for a name that cannot
+  /// be made unique.
+  TRealTable(int id, const char* name, int rows);
+  ~TRealTable() override;
+
+  int GetNFilter() const override { return static_cast<int>(filters_.size()); }
+  void SetCurrentSetID(int id) override;
+  TableKind GetType() const override { return TableKind::kReal; }
+  int TotalRecs() const override;
+  int GetSetSize(int id) const override;
+  TSetArray* GetSet(int id) const override;
+  void PurgeSubSets() override;
+  int DelSet(int id) override;
+  int SortByField(int filter, int set, int dir) override;
+  int SortByRecNo(int filter, int set, int dir) override;
+  int SearchByRecNo(int filter, int set, int ope, int n1, int n2) override;
+  int SearchByField(int filter, int set, int ope, const char* v1, const char* v2) override;
+  int MppSearchByField(int filter, int set, int ope, const char* v1, const char* v2) override;
+  int SearchByField2(int filter, int set, int ope, const char* v1, const char* v2) override;
+  int MppSortByField(int filter, int set, int dir) override;
+  int Search(int filter, int set, const unsigned char* flags) override;
+  TFilter* GetFilter(int id) override;
+  int GetFilterIDList(int* out) const override;
+  int FilterID2Name(int id, char* table, char* filter) override;
+  int ReadData(int set, int filter, int pos, int* type, void* out) override;
+  int ReadData(int set, int filter, int pos, int* type, void* out, int size) override;
+  int ReadData(int set, int filter, int pos, int* type, long* out) override;
+  int GetVNo(int set, int filter, int pos, int* out) override;
+  int Export(int set, const int* filters, int from, int to, char separator, char dateSeparator,
+             const char* directory, const char* file, const char* formatFile) override;
+  int CountN(int set, int filter, int* out) override;
+  int GetFilterIDFromName(const char* name, int side) override;
+  long GetMemSize() const override;
+  int SearchByFieldNValues(int filter, int set, int count, const void* values) override;
+  int MppSearchByFieldNValues(int filter, int set, int count, const void* values) override;
+  int MppIntegratedSortByField(int set, const int* filters, const int* dirs) override;
+
+  // Filters
+  /// Position of a filter in display order, or QX_ERROR_NO_FILTER.
+  virtual int FilterID2Pos(int id) const;
+  int FilterName2Pos(const char* name) const;
+  int FilterName2ID(const char* name) const;
+  TFilter* filter_at(int position) const { return filters_[static_cast<size_t>(position)].get(); }
+  /// A free filter name from `seed` into `out` (256 bytes); 0 or QX_ERROR_FILTER_NAME.
+  int GenFilterName(const char* seed, char* out) const;
+  /// Inserts a filter made of ready arrays at display position `pos` (clamped). `orgFilter` below 0
+  /// means built here. Returns the new filter's id or a negative status.
+  int AddFilter(int pos, const char* name, Column column, int orgFilter = -1);
+  /// Compiles `rows` raw values, `unit` bytes each, into a new filter, on the pool; missing rows
+  /// read NULL.
+  int AddFilter2(int pos, const char* name, int type, int rows, int unit, const void* data,
+                 int orgFilter = -1);
+  /// A filter of all NULL.
+  int AddEmptyFilter(int pos, const char* name, int type, int orgFilter = -1);
+  int MoveFilter(int from, int to);
+  /// Deletes a filter that no join uses as its key.
+  virtual int DropFilter(int id);
+  int SetFilterName(int id, const char* name);
+  /// Merges every filter's pending values; 1 if any had some.
+  int CheckMergeFilterTVL(bool mpp);
+
+  // Sets
+  /// Stores a copy as the current set; returns its id or QX_ERROR_SET_COUNT.
+  virtual int AddSet(TSetArray& set);
+  virtual int MppAddSet(TSetArray& set);
+  /// Stores the set itself as the current set.
+  int AddSetWithoutCopy(std::unique_ptr<TSetArray> set);
+  /// The same without making it current: what a plain search does with its result.
+  int register_set(std::unique_ptr<TSetArray> set);
+  /// The next set gets id `next`, which must lie above the last id in use.
+  int ResetSetID(int next);
+  TSetArray& root_set() const { return *sets_[0]; }
+
+  /// Positions (from 1) in a set that meet a condition.
+  int SearchByRowNo(int set, int ope, int n1, int n2);
+
+  long GetBorrowedSize() const;
+
+ private:
+  /// Makes `column` a filter under a free name; the checks have been made.
+  int insert_filter(int pos, const char* name, Column column, int orgFilter);
+  /// QX_ERROR_FILTER_COUNT or QX_ERROR_FILTER_NAME after logging under `layer`, else 0.
+  int check_new_filter(const char* layer, const char* countText, const char* name) const;
+  /// Address of the row number at a position of a set, or null.
+  const int* row_at(int set, int pos) const;
+  template <class PutRow, class Put>
+  int read_cell(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
+  std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
+  std::vector<std::unique_ptr<TFilter>> filters_;  // in display order
+  int MaxFilterIDs = 0;                            // last filter id issued
+};
+
+}  // namespace qxe

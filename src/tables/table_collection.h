@@ -1,0 +1,71 @@
+// The database in memory: all tables, their ids and names, and which table refers to which.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "tables/tables.h"
+
+namespace qxe {
+
+class TRealTable;
+
+class TTableCollection : NonCopyable {
+ public:
+  static constexpr int kMaxTables = 10000;
+  static constexpr int kPathSize = 512;
+
+  static int m_nCutLastSpace;            // trailing blanks of strings are cut when stored
+  static bool m_nDisableTrimUntilSharp;  // generated names are not cut at "_#"
+
+  /// Kinds of generated names with their numbers.
+  enum class GeneratedName { kFilter, kRealizedTable, kJoinTable, kRealTable };
+
+  TTableCollection() = default;
+  ~TTableCollection();
+
+  int count() const { return static_cast<int>(tables_.size()); }
+  TBaseTable& at(int position) const { return *tables_[static_cast<size_t>(position)]; }
+  int ID2Loc(int id) const;
+  int Name2Loc(const char* name) const;
+  /// The table, or null after logging "No Such Table: %d".
+  TBaseTable* GetTable(int id) const;
+  /// The table without a log entry, or null.
+  TBaseTable* find(int id) const;
+  int GetTableIDList(int* out) const;
+  int GetTableIDFromName(const char* name) const;
+  /// A free table name from `seed` into `out` (256 bytes).
+  int GenTableName(const char* seed, char* out) const;
+  int CheckTableName(const char* name) const;
+  int SetTableName(int id, const char* name);
+  int AddRealTable(const char* name, int rows);
+  /// Takes over a finished table under its own id and name; returns the id.
+  int adopt_table(std::unique_ptr<TRealTable> table);
+  /// The id that the next table will get.
+  int issue_table_id() { return ++FTblIDIssued; }
+  int DelTable(int id);
+  /// Ids of the tables that would break if this one changed; returns their count.
+  int ReferedIDList(int id, int* out) const;
+  bool IsReferred(int id) const;
+  bool IsEditable(int id) const;
+  long GetTotalMemorySize() const;
+  /// The same with the borrowed data of shared tables.
+  long GetTotalMemorySizeWithShared() const;
+  int GetPathName(char* path, char* name) const;
+  const char* database_path() const { return database_path_; }
+  const char* database_name() const { return database_name_; }
+
+ private:
+  bool refers(const TBaseTable& table, const TRealTable& target) const;
+
+  int FTblIDIssued = 0;  // last table id issued
+  char database_path_[kPathSize] = "";
+  char database_name_[kPathSize] = "";
+  std::vector<std::unique_ptr<TBaseTable>> tables_;  // ascending ids
+};
+
+/// `name` into `out` (256 bytes), or a generated one - kind, date and time, number - for null or
+/// "". QX_ERROR_TABLE_NAME (QX_ERROR_FILTER_NAME for a filter) for one of more than 255 bytes.
+int ValidateNames(const char* name, TTableCollection::GeneratedName kind, char* out);
+
+}  // namespace qxe
