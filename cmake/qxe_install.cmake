@@ -16,5 +16,6 @@ install(FILES ${PROJECT_BINARY_DIR}/qxeConfig.cmake ${PROJECT_BINARY_DIR}/qxeCon
   DESTINATION ${package_dir})
 
 file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
 configure_file(cmake/qxe.pc.in ${PROJECT_BINARY_DIR}/qxe.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/qxe.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

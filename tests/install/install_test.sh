@@ -13,7 +13,8 @@ cd "$work"
 mv installed moved # nothing may remember where it was put first
 
 echo "== CMake package"
-"$cmake" -S "$here/client" -B build -DCMAKE_C_COMPILER="$compiler" -DCMAKE_PREFIX_PATH="$work/moved"
+"$cmake" -S "$here/client" -B build -G Ninja -DCMAKE_C_COMPILER="$compiler" \
+  -DCMAKE_PREFIX_PATH="$work/moved"
 "$cmake" --build build
 build/client
 

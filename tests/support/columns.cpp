@@ -77,8 +77,8 @@ Column from_texts(int type, const std::vector<std::string>& values, Serial&& ser
   return column;
 }
 
-std::string date_text(double serial) {
-  const year_month_day day(kDayZero + std::chrono::days(static_cast<int>(floor(serial))));
+std::string date_text(long serial) {
+  const year_month_day day(kDayZero + std::chrono::days(serial));
   char text[32];
   snprintf(text, sizeof text, "%04d/%02u/%02u", static_cast<int>(day.year()),
            static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()));
@@ -98,12 +98,12 @@ std::string time_text(long milliseconds) {
 }
 
 std::string serial_text(double serial, int type) {
-  if (type == QX_DT_DATE) return date_text(serial);
+  if (type == QX_DT_DATE) return date_text(lround(floor(serial)));
   const long all = lround(serial * kMillisecondsPerDay);
   if (type == QX_DT_TIME) return time_text(all);
-  const long day = static_cast<long>(kMillisecondsPerDay);
-  const long time = (all % day + day) % day;
-  return date_text(static_cast<double>((all - time) / day)) + " " + time_text(time);
+  const long per_day = lround(kMillisecondsPerDay);
+  const long time = (all % per_day + per_day) % per_day;
+  return date_text((all - time) / per_day) + " " + time_text(time);
 }
 
 std::string double_text(double value) {

@@ -22,6 +22,7 @@ struct Decimal {
   int scale;
   int128 units;
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): about the 0 in the comparison that the compiler makes
   auto operator<=>(const Decimal&) const = default;
 };
 

@@ -31,10 +31,10 @@ class EngineTest : public testing::Test {
  public:
   EngineTest(const EngineTest&) = delete;
   EngineTest& operator=(const EngineTest&) = delete;
+  ~EngineTest() override;
 
  protected:
   EngineTest();
-  ~EngineTest() override;
 
   /// The test's working directory.
   const TempDir& directory() const { return directory_; }

@@ -25,7 +25,7 @@ int rows_of(const Columns& columns) {
 
 template <class T>
 T read_as(const char* bytes) {
-  T value;
+  T value = {};
   memcpy(&value, bytes, sizeof value);
   return value;
 }
