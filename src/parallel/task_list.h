@@ -22,8 +22,8 @@
   unused(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ") \
   unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
   unused(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ") \
-  unused(QX_MPP_MERGE_LIST, "Parallel Merge ") \
-  unused(QX_MPP_COMPILE, "Parallel Compile ") \
+  task(QX_MPP_MERGE_LIST, "Parallel Merge ", mpp_merge_list) \
+  task(QX_MPP_COMPILE, "Parallel Compile ", mpp_compile) \
   unused(QX_MPP_TYPECONV, "Parallel Type Conversion") \
   unused(QX_MPP_INTEGRATED_CALC, "Parallel Integrated Calc") \
   unused(QX_MPP_CALC, "Parallel Calc") \
@@ -43,7 +43,7 @@
   unused(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable") \
   unused(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable") \
   task(QX_MPP_MEMCPY, "Parallel Memcpy", mpp_memcpy) \
-  unused(QX_MPP_RENUMBER, "Parallel Renumber after Merge ") \
+  task(QX_MPP_RENUMBER, "Parallel Renumber after Merge ", mpp_renumber) \
   unused(QX_MPP_CATEGORIZE, "Parallel Categorize ") \
   task(QX_MPP_MEMSET, "Parallel Memset", mpp_memset) \
   unused(QX_MPP_SINGLE_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp") \
