@@ -12,10 +12,12 @@
 
 #include "qxe_numeric.h"
 
-#if defined(QXE_BUILDING) || defined(__GNUC__)
+#ifdef __GNUC__
 #define QXE_API __attribute__((visibility("default")))
+#define QXE_PRINTF(text, first) __attribute__((format(printf, text, first)))
 #else
 #define QXE_API
+#define QXE_PRINTF(text, first)
 #endif
 
 /* Status codes. All failures have the form 0xe0000xxx and are negative as int. */
@@ -293,8 +295,285 @@ typedef struct _TREnvironment {
 extern "C" {
 #endif
 
-/* Functions by family follow. */
+/* Engine, errors, log */
 
+QXE_API int RQXGetVersion(int version[4], char* copyright);
+QXE_API int QXGetVersion(int** version, char** copyright);
+QXE_API const char* RQXGetCopyRightR1(void);
+QXE_API int RQXGetVersionR1(int version[4]);
+QXE_API int RQXGetErrorLog(int* time, char* apiName, int* code, char* message);
+QXE_API int QXGetErrorLog(int* time, char** apiName, int* code, char** message);
+QXE_API int RQXLogInit(int option, const char* file);
+QXE_API int QXLogInit(int option, const char* file);
+QXE_API int RQXClearDB(void);
+QXE_API int QXClearDB(void);
+QXE_API int RQXShutdown(void);
+QXE_API int RQXReInitializeMS(void);
+QXE_API int RQXGetEnvironment(_TREnvironment* out);
+QXE_API int RQXGetSystemMemInfo(unsigned long* total, unsigned long* available);
+QXE_API int RQXSetKanjiCode(int localeId);
+QXE_API int QXSetKanjiCode(int localeId);
+QXE_API int RQXSetDBCharCode(char* code);
+QXE_API int RQXSetTailSpaceFlag(int flag);
+QXE_API int QXSetTailSpaceFlag(int flag);
+QXE_API int RQXSetSavedFlag(int sets, int tables, int settings);
+QXE_API int QXSetSavedFlag(int sets, int tables, int settings);
+QXE_API int RQXGetSavedFlag(int* sets, int* tables, int* settings);
+QXE_API int QXGetSavedFlag(int* sets, int* tables, int* settings);
+QXE_API int RQXStrToTime(const char* text, double* out);
+QXE_API int QXStrToTime(const char* text, double* out);
+QXE_API int QXStrToInt(const char* text, int* out);
+QXE_API int QXStrToFloat(const char* text, double* out);
+QXE_API int QXFreeMem(void** memory);
+QXE_API void LOG_Create(const char* format, ...) QXE_PRINTF(1, 2);
+QXE_API void Log_message(const char* file, const char* format, ...) QXE_PRINTF(2, 3);
+QXE_API int RQXConnect2ZVKServer(const char* server);
+QXE_API int RQXDisconnectFromZVKServer(void);
+QXE_API int RQXGetNamingServiceIdentity(char* out);
+QXE_API int RQXGetServerIPAddress(char* out);
+QXE_API int RQXSetJoinCheckFlag(int flag);
+
+/* Tables */
+
+QXE_API int RQXGetNTable(void);
+QXE_API int RQXGenerateTableName(const char* seed, char* out);
+QXE_API int RQXGenTableName(const char* seed, char* out);
+QXE_API int QXGetNTable(void);
+QXE_API int QXGenerateTableName(const char* seed, char* out);
+QXE_API int QXGenTableName(const char* seed, char** out);
+QXE_API const char* RQXGenerateTableNameR1(const char* seed);
+QXE_API const char* RQXGenTableNameR1(const char* seed);
+QXE_API int RQXAddRealTable(const char* name, int rows);
+QXE_API int QXAddRealTable(const char* name, int rows);
+QXE_API int RQXDeleteTable(int table);
+QXE_API int QXDeleteTable(int table);
+QXE_API int RQXGetTableIDList(int* out);
+QXE_API int QXGetTableIDList(int* out);
+QXE_API int RQXGetTableName(int table, char* out);
+QXE_API int QXGetTableName(int table, char* out);
+QXE_API const char* RQXGetTableNameR1(int table);
+QXE_API int RQXSetTableName(int table, const char* name);
+QXE_API int QXSetTableName(int table, const char* name);
+QXE_API int RQXGetTableProperty(int table, _TTableInfo* out);
+QXE_API int QXGetTableProperty(int table, _TTableInfo* out);
+QXE_API int RQXGetTableIDFromName(const char* name);
+QXE_API int QXGetTableIDFromName(const char* name);
+QXE_API int RQXTableCanEdit(int table, int* out);
+QXE_API int QXTableCanEdit(int table, int** out);
+QXE_API const char* RQXGetDBPathR1(void);
+QXE_API const char* RQXGetDBNameR1(void);
+
+/* Memory accounting */
+
+QXE_API int RQXGetTotalMemorySize(unsigned long* size);
+QXE_API int RQXGetTotalMemorySizeWithShared(unsigned long* size);
+QXE_API int RQXGetTableMemorySize(int table, unsigned long* size);
+QXE_API int RQXGetFilterMemorySize(int table, int filter, unsigned long* size);
+QXE_API int RQXGetSetMemorySize(int table, int set, unsigned long* size);
+QXE_API int QXGetTotalMemorySize(unsigned long* size);
+QXE_API int QXGetTableMemorySize(int table, unsigned long* size);
+QXE_API int QXGetFilterMemorySize(int table, int filter, unsigned long* size);
+QXE_API int QXGetSetMemorySize(int table, int set, unsigned long* size);
+
+/* Sets */
+
+QXE_API int RQXGetNSet(int table);
+QXE_API int RQXGetTotalRows(int table);
+QXE_API int RQXPurgeSubsets(int table);
+QXE_API int RQXGetSetSize(int table, int set);
+QXE_API int RQXGetSet(int table, int set, int* count, int max, int* out);
+QXE_API int RQXGetSetList(int table, int max, int* out);
+QXE_API int RQXGetSetIDList(int table, int max, int* out);
+QXE_API int RQXAddSetReal(int table, int count, int* rows);
+QXE_API int RQXDeleteSet(int table, int set);
+QXE_API int RQXGetCurrentSetID(int table);
+QXE_API int RQXChangeCurrentSetID(int table, int set);
+QXE_API int RQXResetSetID(int table, int next);
+QXE_API int RQXGetSubsetAttr(int table, int set, void* out);
+QXE_API int RQXSetSubsetAttr(int table, int set, const void* in);
+QXE_API int RQXSetSetName(int table, int set, const char* name);
+QXE_API int RQXGetSetName(int table, int set, char* out);
+QXE_API const char* RQXGetSetNameR1(int table, int set);
+QXE_API int QXGetNSet(int table);
+QXE_API int QXGetTotalRows(int table);
+QXE_API int QXPurgeSubsets(int table);
+QXE_API int QXGetSetSize(int table, int set);
+QXE_API int QXGetSet(int table, int set, int** out);
+QXE_API int QXGetSetList(int table, int max, int* out);
+QXE_API int QXAddSetReal(int table, int count, int* rows);
+QXE_API int QXDeleteSet(int table, int set);
+QXE_API int QXGetCurrentSetID(int table);
+QXE_API int QXChangeCurrentSetID(int table, int set);
+QXE_API int QXGetSubsetAttr(int table, int set, void** out);
+QXE_API int QXSetSetName(int table, int set, const char* name);
+QXE_API int QXGetSetName(int table, int set, char* out);
+
+/* Filters */
+
+QXE_API int RQXGetNFilter(int table);
+QXE_API int RQXGetFilterIDList(int table, int* out);
+QXE_API int RQXGetFilterWidth(int table, int filter);
+QXE_API int RQXGetFilterType(int table, int filter);
+QXE_API int RQXGetFilterInfo(int table, int filter, _TRFilterInfo* out);
+QXE_API int RQXGetFilterBody(int table, int filter, _TRFilterBody* body);
+QXE_API int RQXGetAllFilterInfo(int table, int max, int* count, _TRFilterInfo* infos,
+                                char (*names)[64]);
+QXE_API int RQXGetFilterAttr(int table, int filter, void* out, bool valueList);
+QXE_API int RQXSetFilterAttr(int table, int filter, const void* in, bool valueList);
+QXE_API int RQXDeleteRealFilter(int table, int filter);
+QXE_API int RQXMoveRealFilter(int table, int from, int to);
+QXE_API int RQXAddRealFilter2(int table, int pos, const char* name, int type, int rows, void* data,
+                              const char* dir, const char* file);
+QXE_API int RQXAddRealFilter2Numeric(int table, int pos, const char* name, int type, int rows,
+                                     void* data, const char* dir, const char* file, int scale,
+                                     int rounding);
+QXE_API int RQXSetFilterName(int table, int filter, const char* name);
+QXE_API int RQXGetFilterName(int table, int filter, char* out);
+QXE_API const char* RQXGetFilterNameR1(int table, int filter);
+QXE_API int RQXGetFilterIDFromName(int table, const char* name);
+QXE_API int RQXGetFilterIDFromName2(int table, const char* name, int side);
+QXE_API int RQXSetNumericInfo(int table, int filter, NumericInfo* info, bool unused);
+QXE_API int RQXGetNumericInfo(int table, int filter, NumericInfo* info, char* name, bool unused);
+QXE_API int RQXGetNumericInfoR1(int table, int filter, NumericInfo* info);
+QXE_API int QXGetNFilter(int table);
+QXE_API int QXGetFilterIDList(int table, int* out);
+QXE_API int QXGetFilterWidth(int table, int filter);
+QXE_API int QXGetFilterType(int table, int filter);
+QXE_API int QXGetFilter(int table, int filter, _TFilterInfo* out);
+QXE_API int QXGetFilterAttr(int table, int filter, void** out, bool valueList);
+QXE_API int QXDeleteRealFilter(int table, int filter);
+QXE_API int QXMoveRealFilter(int table, int from, int to);
+QXE_API int QXAddRealFilter2(int table, int pos, const char* name, int type, int rows, void* data,
+                             const char* dir, const char* file);
+QXE_API int QXSetFilterName(int table, int filter, const char* name);
+QXE_API int QXGetFilterName(int table, int filter, char* out);
+QXE_API int QXGetFilterIDFromName(int table, const char* name);
+QXE_API int QXGetValCount(int table, int filter, int set, int* counts);
+
+/* Reading rows */
+
+QXE_API int RQXGetData(int table, int filter, int set, int pos, int* type, void* out);
+QXE_API int RQXGetData1(int table, int filter, int set, int pos, int* type, void* out);
+QXE_API int RQXGetData1Ex(int table, int filter, int set, int pos, int* type, void* out, int size);
+QXE_API int RQXGetData1ExPtr(int table, int filter, int set, int pos, int* type, long* out);
+QXE_API int RQXGetData1Str(int table, int filter, int set, int pos, int* type, char* out);
+QXE_API int RQXGetData1M(int table, int filter, int set, int first, int* type, int* count,
+                         void* values, char* strings);
+QXE_API int RQXGetData1MEx(int table, int filter, int set, int first, int* type, int* count,
+                           void* values, char* strings, int size);
+QXE_API int RQXGetData1MExPtr(int table, int filter, int set, int first, int* type, int* count,
+                              long* values);
+QXE_API int RQXGetRowNo(int table, int set, int pos, int* out);
+QXE_API int RQXGetRowNo1(int table, int set, int pos, int* out);
+QXE_API int RQXGetRowNo1M(int table, int set, int first, int count, int* out);
+QXE_API int RQXGetVNoList(int table, int filter, int set, int* out);
+QXE_API int QXGetData(int table, int filter, int set, int pos, int* type, void* out);
+QXE_API int QXGetData1(int table, int filter, int set, int pos, int* type, void* out);
+QXE_API int QXGetRowNo(int table, int set, int pos, int* out);
+QXE_API int QXGetRowNo1(int table, int set, int pos, int* out);
+QXE_API int RQXGetDataIntR1(int table, int filter, int set, int pos);
+QXE_API int RQXGetData1IntR1(int table, int filter, int set, int pos);
+QXE_API double RQXGetDataDblR1(int table, int filter, int set, int pos);
+QXE_API double RQXGetData1DblR1(int table, int filter, int set, int pos);
+QXE_API const char* RQXGetDataStrR1(int table, int filter, int set, int pos);
+QXE_API const char* RQXGetData1StrR1(int table, int filter, int set, int pos);
+QXE_API int RQXGetDataNumericR1(int table, int filter, int set, int pos, Numeric* out);
+QXE_API int RQXGetData1NumericR1(int table, int filter, int set, int pos, Numeric* out);
+QXE_API int RQXGetData1MIntR1(int table, int filter, int set, int first, int* count, int* values);
+QXE_API int RQXGetData1MDblR1(int table, int filter, int set, int first, int* count,
+                              double* values);
+QXE_API int RQXGetData1MNumericR1(int table, int filter, int set, int first, int* count,
+                                  Numeric* values);
+QXE_API int RQXGetData1MStrR1(int table, int filter, int set, int first, int* count, int* offsets,
+                              char* strings);
+QXE_API const char* RQXGetData1Cnv2StrR1(int table, int filter, int set, int pos);
+
+/* Column compilation */
+
+QXE_API int iCompileInt(int n, int k, int* data, int** pv, int** vl);
+QXE_API int iCompileFloat(int n, int k, double* data, int** pv, double** vl);
+QXE_API int iCompileString(int n, int k, char** data, int** pv, long** vl);
+QXE_API int iCompileNumeric(int n, int k, Numeric* data, int** pv, Numeric** vl);
+
+/* Search by value */
+
+QXE_API int RQXSearchByField(int table, int filter, int set, int ope, char* value1, char* value2);
+QXE_API int RQXSearchByFieldStr(int table, int filter, int set, int ope, char* value1,
+                                char* value2);
+QXE_API int RQXSearchByField2(int table, int filter, int set, int ope, char* value1, char* value2);
+QXE_API int RQXSearchByFieldSJIS(int table, int filter, int set, int ope, char* value1,
+                                 char* value2);
+QXE_API int RQXSearchByFieldLocale(int table, int filter, int set, int ope, char* value1,
+                                   char* value2, int localeId);
+QXE_API int RQXSearchByFieldNValues(int table, int filter, int set, int count, void* values);
+QXE_API int RQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
+QXE_API int RQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
+QXE_API int QXSearchByField(int table, int filter, int set, int ope, char* value1, char* value2);
+QXE_API int QXSearchByField2(int table, int filter, int set, int ope, char* value1, char* value2);
+QXE_API int QXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
+QXE_API int QXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
+QXE_API int QXSearch(int table, int filter, int set, unsigned char* flags);
+QXE_API int RQXSearchByFieldStrR1(int table, int filter, int set, int ope, char* value1,
+                                  char* value2);
+QXE_API int RQXSearchByFieldNumericR1(int table, int filter, int set, int ope, char* value1,
+                                      char* value2);
+QXE_API int RQXSearchByFieldSJISR1(int table, int filter, int set, int ope, char* value1,
+                                   char* value2);
+QXE_API int RQXSearchByFieldLocaleR1(int table, int filter, int set, int ope, char* value1,
+                                     char* value2, int localeId);
+QXE_API int RQXSearchByFieldIntR1(int table, int filter, int set, int ope, int value1, int value2);
+QXE_API int RQXSearchByFieldDblR1(int table, int filter, int set, int ope, double value1,
+                                  double value2);
+
+/* Sorting */
+
+QXE_API int RQXSortByField(int table, int filter, int set, int dir);
+QXE_API int RQXSortByRowNo(int table, int filter, int set, int dir);
+QXE_API int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs);
+QXE_API int QXSortByField(int table, int filter, int set, int dir);
+QXE_API int QXSortByRowNo(int table, int filter, int set, int dir);
+QXE_API int QXServiceSortByN(int n, int* counts, int* nonZero, int* nonZeroIndex, int* order);
+
+/* Dates and times */
+
+QXE_API double RQXStr2DateR1(const char* text);
+QXE_API double RQXStr2TimeR1(const char* text);
+QXE_API double RQXStr2DateTimeR1(const char* text);
+QXE_API const char* RQXDouble2DateStrR1(double serial);
+QXE_API const char* RQXDouble2TimeStrR1(double serial);
+QXE_API const char* RQXDouble2DateTimeStrR1(double serial);
+QXE_API const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo* info);
+
+/* Import */
+
+QXE_API int RQXAddCatalogFile(const char* dir, const char* catalog);
+QXE_API int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, const char* dataDir,
+                                 const char* dataFile, const char* tableName);
+
+/* Export */
+
+QXE_API int RQXExportAsCSV(int tableId, int setId, const int* filterIds, int rowFrom, int rowTo,
+                           const char* dir, const char* file, char dateSep);
+QXE_API int RQXExportAsTAB(int tableId, int setId, const int* filterIds, int rowFrom, int rowTo,
+                           const char* dir, const char* file, char dateSep);
+QXE_API int RQXExportAsCSVwithF(int tableId, int setId, const int* filterIds, int rowFrom,
+                                int rowTo, const char* dir, const char* file, char dateSep,
+                                const char* fmtFile);
+QXE_API int RQXExportAsTABwithF(int tableId, int setId, const int* filterIds, int rowFrom,
+                                int rowTo, const char* dir, const char* file, char dateSep,
+                                const char* fmtFile);
+QXE_API int RQXSaveAsCatalog(int tableId, int setId, const int* filterIds, int type, int rowFrom,
+                             int rowTo, char dateSep, const char* dir, const char* file);
+QXE_API int RQXSaveAsCatalogEx(int tableId, int setId, const int* filterIds, int type, int rowFrom,
+                               int rowTo, char dateSep, const char* dir, const char* file,
+                               const char* catalogDir, const char* catalogFile);
+QXE_API int RQXSaveAsCatalogwithF(int tableId, int setId, const int* filterIds, int type,
+                                  int rowFrom, int rowTo, char dateSep, const char* dir,
+                                  const char* file, const char* fmtFile);
+QXE_API int RQXSaveAsCatalogwithFEx(int tableId, int setId, const int* filterIds, int type,
+                                    int rowFrom, int rowTo, char dateSep, const char* dir,
+                                    const char* file, const char* catalogDir,
+                                    const char* catalogFile, const char* fmtFile);
 #ifdef __cplusplus
 }
 #endif
