@@ -58,11 +58,10 @@ class TRealTable : public TBaseTable {
   /// Inserts a filter made of ready arrays at display position `pos` (clamped). `orgFilter` below 0
   /// means built here. Returns the new filter's id or a negative status.
   int AddFilter(int pos, const char* name, Column column, int orgFilter = -1);
-  /// Compiles `rows` raw values, `unit` bytes each, into a new filter; missing rows read NULL.
+  /// Compiles `rows` raw values, `unit` bytes each, into a new filter, on the pool; missing rows
+  /// read NULL.
   int AddFilter2(int pos, const char* name, int type, int rows, int unit, const void* data,
                  int orgFilter = -1);
-  int MppAddFilter2(int pos, const char* name, int type, int rows, int unit, const void* data,
-                    int orgFilter = -1);
   /// A filter of all NULL.
   int AddEmptyFilter(int pos, const char* name, int type, int orgFilter = -1);
   int MoveFilter(int from, int to);
@@ -94,9 +93,10 @@ class TRealTable : public TBaseTable {
   int insert_filter(int pos, const char* name, Column column, int orgFilter);
   /// QX_ERROR_FILTER_COUNT or QX_ERROR_FILTER_NAME after logging under `layer`, else 0.
   int check_new_filter(const char* layer, const char* countText, const char* name) const;
-  int add_compiled_filter(const char* layer, int pos, const char* name, int type, int rows,
-                          int unit, const void* data, int orgFilter, bool mpp);
-
+  /// Address of the row number at a position of a set, or null.
+  const int* row_at(int set, int pos) const;
+  template <class PutRow, class Put>
+  int read_cell(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
   std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
   std::vector<std::unique_ptr<TFilter>> filters_;  // in display order
   int MaxFilterIDs = 0;                            // last filter id issued

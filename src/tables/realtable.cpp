@@ -1,0 +1,32 @@
+#include "tables/realtables.h"
+
+namespace qxe {
+
+TRealTable::TRealTable(int id, const char* name, int rows) {
+  table_id_ = id;
+  set_name(name);
+  auto root = std::make_unique<TSetArray>(rows, false);
+  root->InitAsSet();
+  raised(AddSetWithoutCopy(std::move(root)));
+}
+
+TRealTable::~TRealTable() = default;
+
+long TRealTable::GetMemSize() const {
+  long size = static_cast<long>(sizeof(TRealTable));
+  size += static_cast<long>(set_ids_.capacity() * sizeof(int));
+  size += static_cast<long>(sets_.capacity() * sizeof(TSetArray*));
+  size += static_cast<long>(filters_.capacity() * sizeof(TFilter*));
+  for (const auto& set : sets_) size += set->GetMemSize();
+  for (const auto& filter : filters_) size += filter->GetMemSize();
+  return size;
+}
+
+long TRealTable::GetBorrowedSize() const {
+  long size = 0;
+  for (const auto& set : sets_) size += set->GetBorrowedSize();
+  for (const auto& filter : filters_) size += filter->GetBorrowedSize();
+  return size;
+}
+
+}  // namespace qxe
