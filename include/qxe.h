@@ -1,9 +1,66 @@
 /*
  * The interface of QxeEngine, an in-memory, column-oriented analytic database engine.
  *
- * Every function takes table, filter (column) and set (row list) identifiers as int and returns a
- * 32-bit status: 0 or above is success, often a count or an identifier; below 0 is a failure, one
- * of the QX_ERROR_ codes. The engine is ready as soon as the library is loaded.
+ * Start. The engine is ready as soon as the library is loaded; there is no open call. It reads two
+ * text files of "KEY=value" lines in the working directory of that moment, both optional:
+ * "3by1sysinfo.ini", section [SYSINFO], with RUNTHREADS (worker threads; otherwise one a
+ * processor), L2_CACHESIZE and L2_LINESIZE (bytes); and "ZVK_Client.ini" with DATEFORMAT (YYYYMMDD,
+ * MMDDYYYY or DDMMYYYY, the order of dates as text; otherwise year first).
+ *
+ * Tables, filters, sets. A column is called a filter: a sorted list of its distinct values (the
+ * value list) and, for each row, the number of its value in that list (the value number). A set is
+ * a list of row numbers in an order of its own. Searches and sorts never change their source; they
+ * make new sets. Every table has a root set, which holds all rows and stays as long as the table.
+ *
+ * Identifiers are int, issued upward from 1 and not issued twice. Ids of sets and filters belong to
+ * their table. A set id below 0 means the table's current set. Filter id 0 means the row number in
+ * the calls that read values, and is unknown everywhere else.
+ *
+ * Rows are numbered from 1. A position is a place in a set; whether it counts from 0 or from 1 is
+ * told with each call. Lists of ids that a caller passes end at the first entry below 1.
+ *
+ * Limits: 10,000 tables, 10,000 sets a table, 512 filters a table, 2147483647 rows, names of 255
+ * bytes, strings of 4095 bytes in a single read, 64 bytes in an attribute block.
+ *
+ * Results. Calls that return int return a status: 0 or above is success, often a count or an id;
+ * below 0 is a failure, one of the QX_ERROR_ codes. A call whose comment names no result returns 0.
+ * Three failures belong to every call and are not repeated below: QX_ERROR_NO_TABLE for an unknown
+ * table id, QX_ERROR_OUT_OF_MEMORY, and QX_ERROR_UNKNOWN for a failure without a code of its own. A
+ * failed call leaves tables as they were, and its outputs undefined, unless its comment says
+ * otherwise. A pointer may be null only where its comment says so.
+ *
+ * Error ring. The last eight failures stay in a ring that RQXGetErrorLog empties, oldest first. One
+ * failure leaves an entry for each layer that notices it: the oldest is the nearest to the cause.
+ *
+ * Edits. The calls that add, change or delete filters of a table check, in this order: the table
+ * exists (QX_ERROR_NO_TABLE), does not lie in shared memory (QX_ERROR_SHARED_READ_ONLY) and is a
+ * real table (QX_ERROR_NOT_REAL). "An edit" below means these checks.
+ *
+ * NULL is a value of its own in every type, below all others in the type's order: QX_NULL_INT for
+ * integers, negative infinity for floats, dates, times and date-times, the empty string for
+ * strings, and the NaN of RQXNumericSetNan for decimals. An IEEE NaN is stored as NULL.
+ *
+ * Values in memory are int, double (float, date, time, date-time), NUL-terminated text, and
+ * Numeric. A date is the number of days since 30 December 1899, a time the fraction of a day since
+ * midnight, a date-time their sum. Text is bytes in the database's character code (UTF-8 unless
+ * set) and is never converted; it is ordered by unsigned bytes.
+ *
+ * Names of tables and filters are cleaned when they are stored: each of the characters
+ *     space ! % & ( ) * + - . / : ; ? [ \ ]
+ * becomes "_", what follows a "_#" is cut with it, and a name in use gets "_#1", "_#2" and so on
+ * behind it. Look-ups compare with the stored name, byte for byte.
+ *
+ * Families. RQX functions are the main interface: they copy results into the caller's buffers, and
+ * large operations run on the worker threads. QX functions are the plain interface: they run on one
+ * thread, and some hand out pointers into the engine. Names that end in R1 are for callers that
+ * cannot deal with out-parameters: they return the value itself.
+ *
+ * Threads. Any thread may call. One lock lets one call run at a time; others wait.
+ * RQXReInitializeMS takes no lock: no other thread may be in the engine.
+ *
+ * Pointers into the engine are valid until a call changes or deletes what they point to; text in a
+ * static buffer until the next call that uses it. The R1 functions that return text share one
+ * buffer of 4096 bytes: the next R1 call of any thread overwrites it, so copy the text at once.
  */
 #ifndef QXE_H
 #define QXE_H
@@ -20,161 +77,352 @@
 #define QXE_PRINTF(text, first)
 #endif
 
-/* Status codes. All failures have the form 0xe0000xxx and are negative as int. */
+/* The status codes follow, by topic. All have the form 0xe0000xxx and are negative as int. */
+
+/* Status codes: sizes and positions. */
+
+/** A negative array size, usually from a damaged file. */
 #define QX_ERROR_NEGATIVE_SIZE ((int)0xe0000001)
+/** A state that should not arise, or a conversion that does not exist. */
 #define QX_ERROR_INNER_ENGINE ((int)0xe0000003)
+/** A directory that cannot be reached. */
 #define QX_ERROR_PATH ((int)0xe0000004)
+/** An array element size outside 2 to 256 bytes. */
 #define QX_ERROR_UNIT_SIZE ((int)0xe000000a)
+/** A negative row count for an array. */
 #define QX_ERROR_NEGATIVE_ROWS ((int)0xe000000c)
+/** A row count that is negative or above the limit. */
 #define QX_ERROR_ROW_SIZE ((int)0xe000000d)
+/** A row number outside the table. */
 #define QX_ERROR_ROW_POSITION ((int)0xe000000e)
+/** The table would have more than 512 filters. */
 #define QX_ERROR_FILTER_COUNT ((int)0xe0000011)
+/** A filter position or key filter that does not exist. */
 #define QX_ERROR_FILTER_INDEX ((int)0xe0000012)
+/** An array above 40,000,000,000 bytes. */
 #define QX_ERROR_DATA_SIZE ((int)0xe0000015)
+/** A string above 4095 bytes. */
 #define QX_ERROR_STRING_SIZE ((int)0xe0000016)
+/** Not enough memory. */
 #define QX_ERROR_OUT_OF_MEMORY ((int)0xe0000018)
+/** A summary of more than 10,000,000 cells. */
 #define QX_ERROR_CUBE_SIZE ((int)0xe0000019)
+/** A dimension, category, row or start number out of range. */
 #define QX_ERROR_SUMMARY_PARAMETER ((int)0xe000001a)
+
+/* Status codes: names, types and operators. */
+
+/** A data type that the operation does not take. */
 #define QX_ERROR_DATA_TYPE ((int)0xe0000033)
+/** An unknown operator, or one that does not fit the filter's type. */
 #define QX_ERROR_OPERATION ((int)0xe0000034)
+/** A table name that is empty or too long. */
 #define QX_ERROR_TABLE_NAME ((int)0xe0000035)
+/** A filter name that is empty or too long. */
 #define QX_ERROR_FILTER_NAME ((int)0xe0000036)
+/** A join side that is neither master nor slave. */
 #define QX_ERROR_JOIN_SIDE ((int)0xe0000037)
+/** A summary handle outside 0 to 7, or a stale detail handle. */
 #define QX_ERROR_SUMMARY_HANDLE ((int)0xe0000039)
+
+/* Status codes: limits of the database. */
+
+/** Loading would pass the limit of 10,000 tables. */
 #define QX_ERROR_TABLE_COUNT_LOAD ((int)0xe0000063)
+/** Adding would pass the limit of 10,000 tables. */
 #define QX_ERROR_TABLE_COUNT ((int)0xe0000064)
+/** A join of more than 2147483647 rows. */
 #define QX_ERROR_JOIN_SIZE ((int)0xe0000065)
+/** The table already has 10,000 sets. */
 #define QX_ERROR_SET_COUNT ((int)0xe0000066)
+/** A join block above 1,000,000 rows. */
 #define QX_ERROR_BLOCK_SIZE ((int)0xe0000067)
+/** Realising a join failed. */
 #define QX_ERROR_REALIZE ((int)0xe0000068)
+
+/* Status codes: things that do not exist, tables of the wrong kind. */
+
+/** No such row, or no values to compile. */
 #define QX_ERROR_NO_RECORD ((int)0xe0000069)
+/** No such filter. */
 #define QX_ERROR_NO_FILTER ((int)0xe000006a)
+/** The key filter is missing in the master table, or no filter to duplicate. */
 #define QX_ERROR_NO_MASTER_KEY ((int)0xe000006b)
+/** The key filter is missing in the slave table. */
 #define QX_ERROR_NO_SLAVE_KEY ((int)0xe000006c)
+/** No such table. */
 #define QX_ERROR_NO_TABLE ((int)0xe000006d)
+/** The master table of a join does not exist. */
 #define QX_ERROR_NO_MASTER_TABLE ((int)0xe000006e)
+/** The slave table of a join does not exist. */
 #define QX_ERROR_NO_SLAVE_TABLE ((int)0xe000006f)
+/** A table of a chain that is not a join. */
 #define QX_ERROR_NOT_JOIN_SOURCE ((int)0xe0000070)
+/** No such set, or a position outside the set. */
 #define QX_ERROR_NO_SET ((int)0xe0000071)
+/** The set of the join, or of its master table, does not exist. */
 #define QX_ERROR_NO_JOIN_SET ((int)0xe0000072)
+/** The set of the slave table does not exist. */
 #define QX_ERROR_NO_SLAVE_SET ((int)0xe0000073)
+/** An unknown data type, or a filter of another type than the call needs. */
 #define QX_ERROR_TYPE_MISMATCH ((int)0xe0000074)
+/** A table that is neither real nor a join. */
 #define QX_ERROR_TABLE_KIND ((int)0xe0000076)
+/** Join block access without rows. */
 #define QX_ERROR_EMPTY_BLOCK ((int)0xe0000077)
+/** An array index out of range. */
 #define QX_ERROR_INDEX ((int)0xe0000079)
+/** No such set. */
 #define QX_ERROR_NO_SET_ID ((int)0xe000007a)
+/** An element size that does not fit the data type. */
 #define QX_ERROR_DATA_WIDTH ((int)0xe000007b)
+/** Two value lists, or a catalog column and a filter, of different types. */
 #define QX_ERROR_MERGE_TYPE ((int)0xe000007c)
+/** A source that is not a real table, or a file of another kind. */
 #define QX_ERROR_NOT_REAL_SOURCE ((int)0xe000007e)
+/** No filter, or more than 512, for a unique extraction. */
 #define QX_ERROR_UNIQUE_FILTERS ((int)0xe000007f)
+/** An appended or combined filter of another type. */
 #define QX_ERROR_APPEND_TYPE ((int)0xe0000080)
+/** No such set in a combine. */
 #define QX_ERROR_COMBINE_SET ((int)0xe0000081)
+/** Any other bad argument. */
 #define QX_ERROR_PARAMETER ((int)0xe0000082)
+/** A bad row range, or a sum type that was not computed. */
 #define QX_ERROR_ROW_RANGE ((int)0xe0000083)
+/** Realising a join gave a negative size. */
 #define QX_ERROR_REALIZE_ROWS ((int)0xe0000085)
+/** The root set cannot be deleted. */
 #define QX_ERROR_ROOT_SET ((int)0xe0000086)
+/** Another table refers to this table or filter. */
 #define QX_ERROR_REFERRED ((int)0xe0000087)
+/** No such filter in a join or an export list, or a filter that is not decimal. */
 #define QX_ERROR_NO_JOIN_FILTER ((int)0xe0000088)
+/** The call takes real tables only. */
 #define QX_ERROR_NOT_REAL ((int)0xe0000089)
+/** The call takes join tables only. */
 #define QX_ERROR_NOT_JOIN ((int)0xe000008a)
+/** A bad set to cut out. */
 #define QX_ERROR_CUT_SET ((int)0xe000008c)
+/** A file or path is missing, empty as a name, too long, or cannot be read or written. */
 #define QX_ERROR_FILE ((int)0xe000008d)
+/** A directory or file for the browser or a shared image was not found. */
 #define QX_ERROR_NOT_FOUND ((int)0xe000008e)
+/** No unique table name could be made. */
 #define QX_ERROR_GEN_TABLE_NAME ((int)0xe000008f)
+/** The call takes inner joins only. */
 #define QX_ERROR_NOT_INNER_JOIN ((int)0xe0000090)
+/** A bad name for the result of a chain or a combine. */
 #define QX_ERROR_CHAIN_NAME ((int)0xe0000091)
+/** The joins do not form a chain. */
 #define QX_ERROR_NOT_CHAIN ((int)0xe0000092)
+/** A join tree does not close. */
 #define QX_ERROR_TREE ((int)0xe0000093)
+/** A parallel unique extraction failed. */
 #define QX_ERROR_UNIQUE ((int)0xe0000094)
+
+/* Status codes: directories and files. */
+
+/** The directory or file to create exists. */
 #define QX_ERROR_EXISTS ((int)0xe0000095)
+/** A file could not be deleted, or another file system call failed. */
 #define QX_ERROR_DELETE ((int)0xe0000096)
+/** The directory to delete is not empty. */
 #define QX_ERROR_DIR_NOT_EMPTY ((int)0xe0000097)
+/** The file system denied access. */
 #define QX_ERROR_ACCESS ((int)0xe0000098)
+
+/* Status codes: summaries and detail. */
+
+/** The handle holds no summary. */
 #define QX_ERROR_NO_SUMMARY ((int)0xe0000099)
+/** The handle is taken. */
 #define QX_ERROR_SUMMARY_IN_USE ((int)0xe000009a)
+/** The summary has been executed already. */
 #define QX_ERROR_SUMMARY_DONE ((int)0xe000009b)
+/** No detail is open, or it could not be made. */
 #define QX_ERROR_DETAIL ((int)0xe000009c)
+
+/* Status codes: joins, files, streams and categories. */
+
+/** The projection sets of a join are not available. */
 #define QX_ERROR_PROJECTION ((int)0xe00000ca)
+/** A join column of an unknown type. */
 #define QX_ERROR_JOIN_DATA_TYPE ((int)0xe00000cc)
+/** A database file name that is empty or bad. */
 #define QX_ERROR_FILE_NAME ((int)0xe00000cd)
+/** The file is damaged, of another kind, or of an unknown version. */
 #define QX_ERROR_FILE_FORMAT ((int)0xe00000ce)
+/** The memory stream is closed or open the other way. */
 #define QX_ERROR_MEM_STREAM ((int)0xe00000cf)
+/** A fault in a category definition table. */
 #define QX_ERROR_CATEGORY_TABLE ((int)0xe00000d0)
+/** The category's rows do not fit the table. */
 #define QX_ERROR_CATEGORY_ROWS ((int)0xe00000d1)
+/** The stream could not be opened. */
 #define QX_ERROR_STREAM_CLOSED ((int)0xe00000d2)
+
+/* Status codes: find cursors. */
+
+/** No find cursor is open. */
 #define QX_ERROR_FIND_CLOSED ((int)0xe00000dc)
+/** The search id is not that of the open cursor. */
 #define QX_ERROR_FIND_ID ((int)0xe00000dd)
+
+/* Status codes: calculation. */
+
+/** A filter that is neither integer nor double. */
 #define QX_ERROR_NOT_NUMBER ((int)0xe00000e7)
+/** A calculator token above 64 characters. */
 #define QX_ERROR_CALC_TOKEN ((int)0xe00000e8)
+/** A filter name above 64 characters in a formula. */
 #define QX_ERROR_CALC_NAME ((int)0xe00000e9)
+/** A formula of more than 256 commands. */
 #define QX_ERROR_CALC_PROGRAM ((int)0xe00000ea)
+/** A syntax error in a formula. */
 #define QX_ERROR_CALC_SYNTAX ((int)0xe00000ee)
+/** The output buffer of a calculation is too small. */
 #define QX_ERROR_CALC_BUFFER ((int)0xe00000f0)
+/** The depth filter is missing while deleting tree nodes. */
 #define QX_ERROR_TREE_NODES ((int)0xe00000fa)
+/** A formula needs more than 64 work slots of one kind. */
 #define QX_ERROR_IC_ALLOC1 ((int)0xe0000104)
+/** A formula needs more than 64 work slots of one kind. */
 #define QX_ERROR_IC_ALLOC2 ((int)0xe0000105)
+/** A formula passes the limit of 64 of its parser. */
 #define QX_ERROR_IC_SYNTAX ((int)0xe0000106)
+
+/* Status codes: shared data. */
+
+/** The data lie in shared memory and cannot be changed. */
 #define QX_ERROR_SHARED_READ_ONLY ((int)0xe000010e)
+/** The check of a shared image failed. */
 #define QX_ERROR_SHARED_VERIFY ((int)0xe000010f)
+/** A shared segment could not be opened or attached. */
 #define QX_ERROR_SHARED_MAP ((int)0xe0000111)
+
+/* Status codes: import and text. */
+
+/** A fault in a catalog, a format file or a line's field count. */
 #define QX_ERROR_CATALOG ((int)0xe0000112)
+/** A value that does not convert, or bad quoting. */
 #define QX_ERROR_INVALID_DATA ((int)0xe0000113)
+/** A filter that is not of strings, or an unknown type letter in a catalog. */
 #define QX_ERROR_NOT_STRING ((int)0xe0000114)
+/** A field in a text file is too long. */
 #define QX_ERROR_TEXT_FIELD ((int)0xe0000115)
+/** A row count in a text or data file that does not fit. */
 #define QX_ERROR_TEXT_ROWS ((int)0xe0000116)
+/** Not enough memory for a field; reported as QX_ERROR_OUT_OF_MEMORY. */
 #define QX_ERROR_TEXT_MEMORY ((int)0xe0000117)
-#define QX_ERROR_SMCS_EXISTS ((int)0xe0000118)
+
+/* Status codes: settings, character codes and saved forms. */
+
+/** An unknown database character code. */
 #define QX_ERROR_CHAR_CODE ((int)0xe0000119)
+/** A locale that is not the database's. */
 #define QX_ERROR_LOCALE ((int)0xe000011a)
+/** The data cannot be saved in the older version. */
 #define QX_ERROR_SAVE_VERSION ((int)0xe000011d)
+/** An unknown version number for an old-version save. */
 #define QX_ERROR_SAVE_CODE ((int)0xe000011e)
+/** Only real tables can be saved this way. */
 #define QX_ERROR_SAVE_NOT_REAL ((int)0xe000011f)
+/** An address that is not a multiple of 8. */
 #define QX_ERROR_ALIGNMENT ((int)0xe0000120)
+/** The header or the content of a memory image is bad. */
 #define QX_ERROR_MEM_IMAGE ((int)0xe0000121)
+
+/* Status codes: query language. */
+
+/** A state of the query compiler that should not arise. */
 #define QX_ERROR_QUERY_INTERNAL ((int)0xe0000122)
+/** A syntax error in a query. */
 #define QX_ERROR_QUERY_SYNTAX ((int)0xe0000123)
+/** A query whose parts do not fit together. */
 #define QX_ERROR_QUERY_SEMANTIC ((int)0xe0000124)
+/** A constant in a query that does not fit its filter. */
 #define QX_ERROR_QUERY_VALUE ((int)0xe0000125)
+/** A query text that is too long. */
 #define QX_ERROR_TEXT_SIZE ((int)0xe0000126)
+
+/* Status codes: high-speed search, join summaries and totals. */
+
+/** A high-speed filter cannot be modified. */
 #define QX_ERROR_HIGH_SPEED_FILTER ((int)0xe0000136)
+/** A join summary above 2,000,000,000 rows. */
 #define QX_ERROR_JOIN_SUM_ROWS ((int)0xe0000140)
+/** A step of a join summary above 1,000,000,000. */
 #define QX_ERROR_JOIN_SUM_SIZE ((int)0xe0000141)
+/** The table is not the output of a summary. */
 #define QX_ERROR_NOT_SUMMARY_TABLE ((int)0xe0000142)
+/** No filter for the dimension number. */
 #define QX_ERROR_NO_DIMENSION ((int)0xe0000143)
+/** A total over a dimension column. */
 #define QX_ERROR_TOTAL_KIND1 ((int)0xe0000144)
+/** A total over a measure other than a count or a sum. */
 #define QX_ERROR_TOTAL_KIND2 ((int)0xe0000145)
+
+/* Status codes: engine. */
+
+/** A worker thread died before it finished. */
 #define QX_ERROR_WORKER_LOST ((int)0xe000015e)
+/** Any failure without a code of its own. */
 #define QX_ERROR_UNKNOWN ((int)0xe00001f4)
+
+/* Status codes: shared memory segments and locks. */
+
+/** The control segment exists. */
+#define QX_ERROR_SMCS_EXISTS ((int)0xe0000118)
+/** The semaphore set of the control segment has been removed. */
 #define QX_ERROR_SMCS_LOCK1 ((int)0xe0000258)
+/** A call on the control segment was interrupted. */
 #define QX_ERROR_SMCS_INTERRUPTED ((int)0xe0000259)
+/** The table to attach is in use. */
 #define QX_ERROR_SHM_BUSY ((int)0xe000025a)
+/** The control segment does not exist. */
 #define QX_ERROR_SMCS_ABSENT ((int)0xe000025b)
+/** The control segment is ready and has no entries. */
 #define QX_ERROR_SMCS_READY ((int)0xe000025c)
+/** The control segment is ready and has entries. */
 #define QX_ERROR_SMCS_IN_USE ((int)0xe000025d)
+/** More than 20,000 table entries, or the entries are full. */
 #define QX_ERROR_SHM_CAPACITY ((int)0xe000025e)
+/** There is no control segment. */
 #define QX_ERROR_SHM_NOT_SETUP ((int)0xe000025f)
+/** The table is not offered. */
 #define QX_ERROR_SHM_NOT_LOADED ((int)0xe0000260)
+/** The table is offered and has no users. */
 #define QX_ERROR_SHM_LOADED ((int)0xe0000261)
+/** The table is offered and has users. */
 #define QX_ERROR_SHM_ATTACHED ((int)0xe0000262)
+/** A table could not be loaded from shared memory. */
 #define QX_ERROR_SHM_TABLE_LOAD ((int)0xe0000263)
+/** The semaphore of the control segment is missing. */
 #define QX_ERROR_SEM_ABSENT ((int)0xe0000264)
+/** An entry or a semaphore is locked. */
 #define QX_ERROR_SHM_LOCK ((int)0xe0000265)
+/** The system refused to create or map the shared memory. */
 #define QX_ERROR_SHM_INVALID ((int)0xe0000266)
-#define QX_ERROR_CHECK_LOG ((int)0xe000032b)
+/** Nothing is attached and there is no control segment. */
 #define QX_ERROR_SHM_NO_SEGMENT ((int)0xe0000267)
 
-/* Data type codes of columns. */
+/* Status codes: catalog checker. */
+
+/** The log buffer of the catalog checker is too small. */
+#define QX_ERROR_CHECK_LOG ((int)0xe000032b)
+/** Data type codes of filters. */
 enum {
-  QX_DT_INTEGER = 2,
-  QX_DT_DOUBLE = 3,
-  QX_DT_DATE = 4,
-  QX_DT_TIME = 5,
-  QX_DT_STRING = 6,
-  QX_DT_DATETIME = 7,
-  QX_DT_DECIMAL = 8
+  QX_DT_INTEGER = 2,  /**< int, 4 bytes */
+  QX_DT_DOUBLE = 3,   /**< double, 8 bytes */
+  QX_DT_DATE = 4,     /**< double: days since 30 December 1899 */
+  QX_DT_TIME = 5,     /**< double: fraction of a day since midnight */
+  QX_DT_STRING = 6,   /**< NUL-terminated text */
+  QX_DT_DATETIME = 7, /**< double: date and time added */
+  QX_DT_DECIMAL = 8   /**< Numeric, 16 bytes, with a NumericInfo for the whole filter */
 };
 
-/* Database character codes. */
+/** Character codes of the database. */
 enum {
   QX_CODE_NOTDEFINED = 0,
   QX_CODE_CP1252 = 17,
@@ -186,7 +434,7 @@ enum {
   QX_CODE_MS936 = 65
 };
 
-/* Locale identifiers, one per character code. */
+/** Locale identifiers, one for each character code. */
 enum {
   QX_LOCALE_SJIS = 0,
   QX_LOCALE_MS932 = 1,
@@ -197,383 +445,1086 @@ enum {
   QX_LOCALE_MS936 = 6
 };
 
-/* Pseudo filter ids: QX_FLT_ROWNO reads the row number. */
+/** Pseudo filter ids. QX_FLT_ROWNO reads the row number; the other two stand for the table id and
+ * the row number in the column lists of derived tables. */
 enum { QX_FLT_ROWNO = 0, QX_FLT_TABLE_ID = 0xff00, QX_FLT_REC_NO = 0xfe00 };
 
-/* NULL of an integer column. The double family uses negative infinity, strings the empty string,
- * decimals the NaN of RQXNumericSetNan. */
+/** NULL of an integer filter. */
 #define QX_NULL_INT ((int)0x80000000)
 
-/* Search operators: a code in the low seven bits, QX_OPE_STRICT may be added. */
+/** Search operators, for a value x of the filter. The code is in the low seven bits; QX_OPE_STRICT
+ * may be added. */
 enum {
-  QX_OPE_EQ = 0,
-  QX_OPE_BETWEEN = 1,
-  QX_OPE_LEQ = 2,
-  QX_OPE_GEQ = 3,
-  QX_OPE_NEQ = 4,
-  QX_OPE_WITHIN = 5,
-  QX_OPE_LES = 6,
-  QX_OPE_GT = 7,
-  QX_OPE_BEGINS = 8,
-  QX_OPE_CONTAINS = 9,
-  QX_OPE_ENDS = 10,
-  QX_OPE_ISNULL = 11,
-  QX_OPE_STRICT = 0x80
+  QX_OPE_EQ = 0,       /**< x equals value1 */
+  QX_OPE_BETWEEN = 1,  /**< value1 <= x <= value2 */
+  QX_OPE_LEQ = 2,      /**< x <= value1 */
+  QX_OPE_GEQ = 3,      /**< x >= value1 */
+  QX_OPE_NEQ = 4,      /**< x differs from value1 */
+  QX_OPE_WITHIN = 5,   /**< value1 < x < value2 */
+  QX_OPE_LES = 6,      /**< x < value1 */
+  QX_OPE_GT = 7,       /**< x > value1 */
+  QX_OPE_BEGINS = 8,   /**< the string begins with value1 */
+  QX_OPE_CONTAINS = 9, /**< the string contains value1 */
+  QX_OPE_ENDS = 10,    /**< the string ends with value1 */
+  QX_OPE_ISNULL = 11,  /**< x is NULL; not for strings */
+  QX_OPE_STRICT = 0x80 /**< added to a code: a NULL bound hits nothing */
 };
 
-/* Sort directions; most keys of one multi-key sort. */
+/** Sort directions, and the most keys of one multi-key sort. */
 enum { QX_SORT_ASC = 0, QX_SORT_DESC = 1, QX_MAX_SORT_KEYS = 512 };
 
-/* Catalog file types and error modes. */
+/** Layouts of a catalog's data file: separated by tab, by comma, fixed width, separators named. */
 enum { QX_CAT_TAB = 1, QX_CAT_CSV = 2, QX_CAT_FIX = 3, QX_CAT_USR = 4 };
+
+/** What an import does about faults in the data; see Import. */
 enum { QX_ERRMODE_NONE = 0, QX_ERRMODE_STOP = 1, QX_ERRMODE_CONTINUE = 2, QX_ERRMODE_SKIPLINE = 3 };
 
-/* Separator of RQXSaveAsCatalog. */
+/** Separators of RQXSaveAsCatalog. */
 enum { QX_EXPORT_COMMA = 0, QX_EXPORT_TAB = 1 };
 
-/* Limits. */
+/** Limits: threads that write one export, column lines of one catalog. */
 enum { QX_EXPORT_MAX_THREADS = 16, QX_CATALOG_MAX_COLUMNS = 512 };
 
+/** A table's key figures, filled by RQXGetTableProperty. */
 typedef struct _TTableInfo {
   int id;
-  int kind; /* 0 real table, 2 join table */
+  int kind; /**< 0 real table, 2 join table */
   int filterCount;
-  int setCount;
+  int setCount; /**< root set included */
   int totalRows;
   char name[256];
 } _TTableInfo;
 
+/** A filter's key figures, filled by RQXGetFilterInfo. */
 typedef struct _TRFilterInfo {
   int id;
-  int type;       /* data type code */
-  int unitSize;   /* bytes of one value: 4, 8, 8 (string offset), 16 */
-  int valueCount; /* distinct values, entry 0 (NULL) included */
-  int poolSize;   /* bytes used in the string pool, 0 when not a string column */
+  int type;       /**< data type code */
+  int unitSize;   /**< bytes of one value: 4, 8, 16; strings 8 (an offset into the pool) */
+  int valueCount; /**< entries of the value list, entry 0 (NULL) included */
+  int poolSize;   /**< bytes used in the string pool, 0 unless a string filter */
   char name[264];
 } _TRFilterInfo;
 
-/* Buffers of RQXGetFilterBody with their capacities; a null buffer or capacity 0 skips the part. */
+/** The caller's buffers for RQXGetFilterBody and their capacities. A null buffer or a capacity of 0
+ * skips the part. */
 typedef struct _TRFilterBody {
-  int pvCapacity;    /* elements */
-  int* pv;           /* value numbers from row 0 on */
-  int valueCapacity; /* elements */
-  void* values;      /* int / double / Numeric (NumericInfo first) / 8-byte pool offsets */
-  int poolCapacity;  /* bytes */
-  char* pool;
+  int pvCapacity;    /**< in: elements */
+  int* pv;           /**< out: value numbers, index = row number from 0 (row 0 is no row) */
+  int valueCapacity; /**< in: elements */
+  void* values;     /**< out: int, double, 8-byte pool offsets, or a NumericInfo and then Numeric */
+  int poolCapacity; /**< in: bytes */
+  char* pool;       /**< out: the strings, each NUL-terminated */
 } _TRFilterBody;
 
-/* Pointers into the engine, valid until the column changes. */
+/** Pointers into a filter, filled by QXGetFilter and valid until the filter changes. */
 typedef struct _TFilterInfo {
-  int rowCount; /* elements of pv: total rows + 1 */
-  int* pv;      /* value numbers, index = row number */
-  int type;
-  int unitSize;
+  int rowCount; /**< elements of pv: the table's rows + 1 */
+  int* pv;      /**< value numbers, index = row number */
+  int type;     /**< data type code */
+  int unitSize; /**< bytes of one value: 4, 8, 16; strings 8 */
   int valueCount;
-  void* values; /* strings: 8-byte offsets into pool */
-  char* pool;   /* null unless string */
+  void* values; /**< the value list; strings: 8-byte offsets into pool */
+  char* pool;   /**< null unless a string filter */
   char name[264];
-  int orgTableId;
-  int orgFilterId;
+  int orgTableId;  /**< table this filter was copied from, 0 if it was built here */
+  int orgFilterId; /**< filter it was copied from, its own id if it was built here */
 } _TFilterInfo;
 
+/** The machine and the engine's settings, filled by RQXGetEnvironment. */
 typedef struct _TREnvironment {
   char hostName[256];
-  int osType;
-  int osMajor;
-  int osMinor;
-  int hardwareKind;
-  int processorCount;
-  int hardwareMinor;
-  int endian;
-  int wordSize;
-  char reserved[32];
+  int osType;         /**< 53 */
+  int osMajor;        /**< first number of the system's release */
+  int osMinor;        /**< second number */
+  int hardwareKind;   /**< 6 */
+  int processorCount; /**< processors online */
+  int hardwareMinor;  /**< -1 */
+  int endian;         /**< 4: little-endian */
+  int wordSize;       /**< 64 */
+  char reserved[32];  /**< zeros */
   char osCharCode[32];
-  char dbCharCode[32];
+  char dbCharCode[32]; /**< "UTF8" until another code is set */
 } _TREnvironment;
 
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/* Engine, errors, log */
+/*
+ * Engine, errors, log
+ */
 
+/** Copies the engine's versions and copyright text. version: out, four numbers; the second is the
+ * data version of files, the last a build date as YYYYMMDD. copyright: out, 512 bytes. */
 QXE_API int RQXGetVersion(int version[4], char* copyright);
+
+/** RQXGetVersion without copies: both outputs point to static storage of the engine. */
 QXE_API int QXGetVersion(int** version, char** copyright);
+
+/** The copyright text, in the engine's static storage; never null. */
 QXE_API const char* RQXGetCopyRightR1(void);
+
+/** The four numbers of RQXGetVersion alone. */
 QXE_API int RQXGetVersionR1(int version[4]);
+
+/** Takes the oldest entry out of the error ring. time: out, processor time of the failure in
+ * milliseconds. apiName: out, 63 bytes, the function that reported it. code: out, the status.
+ * message: out, 127 bytes, may be empty. Result: 1 an entry was taken; 0 the ring is empty and the
+ * outputs are untouched. */
 QXE_API int RQXGetErrorLog(int* time, char* apiName, int* code, char* message);
+
+/** RQXGetErrorLog; *apiName and *message are pointers to the caller's buffers of the same sizes. */
 QXE_API int QXGetErrorLog(int* time, char** apiName, int* code, char** message);
+
+/** Chooses where LOG_Create writes. option: 0 nowhere, 1 standard output, 2 standard error, 3 the
+ * file "vemohist.log" in the working directory of library load; any other is silent. file: a name
+ * that is kept with option 3 but not written to; may be null. Never fails. */
 QXE_API int RQXLogInit(int option, const char* file);
+
+/** As RQXLogInit. */
 QXE_API int QXLogInit(int option, const char* file);
+
+/** Deletes all tables, whatever refers to them, and forgets the database's path and name. The next
+ * table id is 1. Character code, tail-space flag, date order, saved flags and error ring stay. */
 QXE_API int RQXClearDB(void);
+
+/** As RQXClearDB. */
 QXE_API int QXClearDB(void);
+
+/** Has no effect: the engine stops when the library is unloaded. */
 QXE_API int RQXShutdown(void);
+
+/** Restarts the engine: deletes all tables, ends the worker threads and starts as many again. The
+ * database code is UTF-8 afterwards and the next table id is 1; date order, tail-space flag, saved
+ * flags, log option and error ring stay. Takes no lock: no other thread may be in the engine. */
 QXE_API int RQXReInitializeMS(void);
+
+/** Reports the machine and the character codes. out: filled. */
 QXE_API int RQXGetEnvironment(_TREnvironment* out);
+
+/** Reports the machine's memory. total, available: out, bytes. Result: 0, or -1 when either is 0.
+ * */
 QXE_API int RQXGetSystemMemInfo(unsigned long* total, unsigned long* available);
+
+/** Sets the database's character code by locale. localeId: QX_LOCALE_ value. Text already stored is
+ * not converted. Failures, which change nothing: QX_ERROR_CHAR_CODE. */
 QXE_API int RQXSetKanjiCode(int localeId);
+
+/** As RQXSetKanjiCode. */
 QXE_API int QXSetKanjiCode(int localeId);
+
+/** Sets the database's character code by name. code: exactly "UTF8" or "UTF-8", "Shift_JIS",
+ * "EUC_JP" or "EUC", "MS932", "MS936", "MS949", "Cp1252". Text already stored is not converted.
+ * Failures, which change nothing: QX_ERROR_CHAR_CODE. */
 QXE_API int RQXSetDBCharCode(char* code);
+
+/** Switches the cutting of trailing blanks. flag: 0 off (at start), other on. When it is on,
+ * strings that are stored in filters, from memory or from a file, lose their trailing blanks; those
+ * from memory in the caller's buffer, which must be writable. Search values and names are not cut.
+ * */
 QXE_API int RQXSetTailSpaceFlag(int flag);
+
+/** As RQXSetTailSpaceFlag. */
 QXE_API int QXSetTailSpaceFlag(int flag);
+
+/** Sets the three saved flags, each 1 (nothing changed since the last save; so at start) or 0. The
+ * engine clears sets when a call adds, makes or deletes sets, and tables when a call changes
+ * tables, filters or rows; RQXChangeCurrentSetID sets settings. */
 QXE_API int RQXSetSavedFlag(int sets, int tables, int settings);
+
+/** As RQXSetSavedFlag. */
 QXE_API int QXSetSavedFlag(int sets, int tables, int settings);
+
+/** Reads the three saved flags of RQXSetSavedFlag. sets, tables, settings: out, 0 or 1. */
 QXE_API int RQXGetSavedFlag(int* sets, int* tables, int* settings);
+
+/** As RQXGetSavedFlag. */
 QXE_API int QXGetSavedFlag(int* sets, int* tables, int* settings);
+
+/** Converts a time, "hour:minute", "hour:minute:second" or "hour:minute:second.millisecond". out:
+ * the fraction of a day; 0.0 when a part is out of range (25:00); NULL for an empty text. Failures:
+ * QX_ERROR_PARAMETER for any other text, out is NULL. */
 QXE_API int RQXStrToTime(const char* text, double* out);
+
+/** As RQXStrToTime. */
 QXE_API int QXStrToTime(const char* text, double* out);
+
+/** Converts a whole number; only blanks may follow it. out: the number; NULL for an empty text.
+ * Failures: QX_ERROR_PARAMETER for any other text or a number beyond 32 bits, out is NULL. */
 QXE_API int QXStrToInt(const char* text, int* out);
+
+/** Converts a floating-point number; only blanks may follow it. out: the number; NULL for an empty
+ * text. Failures: QX_ERROR_PARAMETER for any other text or a number out of range, out is NULL. */
 QXE_API int QXStrToFloat(const char* text, double* out);
+
+/** Frees a block that a call allocated for the caller, as its comment tells. memory: in/out,
+ * address of the pointer, set to null; a null pointer, in either place, does nothing. Blocks of the
+ * engine must not be passed. */
 QXE_API int QXFreeMem(void** memory);
+
+/** Writes one line to the log that RQXLogInit chose: format and arguments as printf, cut at 499
+ * bytes. The log file is created afresh, with a header, on the first line of the process. Takes no
+ * lock: one thread at a time. */
 QXE_API void LOG_Create(const char* format, ...) QXE_PRINTF(1, 2);
+
+/** Writes one line to a log file of the caller's: format and arguments as printf, cut at 4351
+ * bytes. The first line of the process creates the file, with a header; later lines append. file:
+ * its name; "" does nothing, null makes the next line create its file afresh. Takes no lock: one
+ * thread at a time. */
 QXE_API void Log_message(const char* file, const char* format, ...) QXE_PRINTF(2, 3);
+
+/** Does nothing; kept for clients that call it. */
 QXE_API int RQXConnect2ZVKServer(const char* server);
+
+/** Does nothing; kept for clients that call it. */
 QXE_API int RQXDisconnectFromZVKServer(void);
+
+/** Does nothing; kept for clients that call it. out is untouched. */
 QXE_API int RQXGetNamingServiceIdentity(char* out);
+
+/** Writes an empty string; kept for clients that call it. out: 1 byte. */
 QXE_API int RQXGetServerIPAddress(char* out);
+
+/** Does nothing; kept for clients that call it. */
 QXE_API int RQXSetJoinCheckFlag(int flag);
 
-/* Tables */
+/*
+ * Tables
+ */
 
+/** Result: the number of tables. */
 QXE_API int RQXGetNTable(void);
-QXE_API int RQXGenerateTableName(const char* seed, char* out);
-QXE_API int RQXGenTableName(const char* seed, char* out);
+
+/** As RQXGetNTable. */
 QXE_API int QXGetNTable(void);
+
+/** Makes a free table name from seed, as described above for names in use; the name is not
+ * reserved. seed: 1 to 255 bytes. out: 256 bytes. Failures: QX_ERROR_TABLE_NAME when seed is null,
+ * empty or too long, or the result would be. */
+QXE_API int RQXGenerateTableName(const char* seed, char* out);
+
+/** As RQXGenerateTableName. */
+QXE_API int RQXGenTableName(const char* seed, char* out);
+
+/** As RQXGenerateTableName. */
 QXE_API int QXGenerateTableName(const char* seed, char* out);
+
+/** RQXGenerateTableName without a buffer. out: set to static storage, overwritten by the next call.
+ * */
 QXE_API int QXGenTableName(const char* seed, char** out);
+
+/** RQXGenerateTableName as text in the shared R1 buffer; "" on a failure. */
 QXE_API const char* RQXGenerateTableNameR1(const char* seed);
+
+/** As RQXGenerateTableNameR1. */
 QXE_API const char* RQXGenTableNameR1(const char* seed);
+
+/** Adds a real table without filters; its root set, which is current, holds the rows 1 to rows in
+ * order. name: cleaned and made unique; null or "" gives "realtbl", the date and time, and "_1".
+ * rows: 0 or more. Result: the table id. Failures: QX_ERROR_TABLE_COUNT with 10,000 tables,
+ * QX_ERROR_ROW_SIZE, QX_ERROR_TABLE_NAME above 255 bytes, or if the unique name would be longer. */
 QXE_API int RQXAddRealTable(const char* name, int rows);
+
+/** As RQXAddRealTable. */
 QXE_API int QXAddRealTable(const char* name, int rows);
+
+/** Deletes a table with its filters and sets. Failures: QX_ERROR_REFERRED while another table
+ * refers to it (RQXTableCanEdit lists them). */
 QXE_API int RQXDeleteTable(int table);
+
+/** As RQXDeleteTable. */
 QXE_API int QXDeleteTable(int table);
+
+/** Lists the tables, oldest first, in ascending order of their ids. out: one int for each table
+ * (RQXGetNTable, at most 10,000). Result: their number. */
 QXE_API int RQXGetTableIDList(int* out);
+
+/** As RQXGetTableIDList. */
 QXE_API int QXGetTableIDList(int* out);
+
+/** Copies a table's stored name. out: 256 bytes. */
 QXE_API int RQXGetTableName(int table, char* out);
+
+/** As RQXGetTableName. */
 QXE_API int QXGetTableName(int table, char* out);
+
+/** A table's stored name, in the engine until the table is renamed or deleted; "" if the table is
+ * unknown. */
 QXE_API const char* RQXGetTableNameR1(int table);
+
+/** Renames a table. name: 1 to 255 bytes, cleaned and made unique; its own name changes nothing.
+ * Failures: QX_ERROR_SHARED_READ_ONLY, QX_ERROR_TABLE_NAME when the name is empty or too long. */
 QXE_API int RQXSetTableName(int table, const char* name);
+
+/** As RQXSetTableName. */
 QXE_API int QXSetTableName(int table, const char* name);
+
+/** Reports a table's kind, counts and name. out: filled. */
 QXE_API int RQXGetTableProperty(int table, _TTableInfo* out);
+
+/** As RQXGetTableProperty. */
 QXE_API int QXGetTableProperty(int table, _TTableInfo* out);
+
+/** Finds a table by its stored name. Result: the table id. Failures: QX_ERROR_NO_TABLE. */
 QXE_API int RQXGetTableIDFromName(const char* name);
+
+/** As RQXGetTableIDFromName. */
 QXE_API int QXGetTableIDFromName(const char* name);
+
+/** Lists the tables that refer to a table and so keep its rows from being edited. out: one int for
+ * each table there is (at most 10,000). Result: their number; 0 means that the table can be edited.
+ * Failures: QX_ERROR_SHARED_READ_ONLY, QX_ERROR_NOT_REAL. */
 QXE_API int RQXTableCanEdit(int table, int* out);
+
+/** RQXTableCanEdit without a buffer. out: set to static storage of 10,000 ints, overwritten by the
+ * next call. */
 QXE_API int QXTableCanEdit(int table, int** out);
+
+/** The directory of the database's file, in the engine until the database is loaded, saved or
+ * cleared; "" without one, never null. */
 QXE_API const char* RQXGetDBPathR1(void);
+
+/** The name of the database's file, as RQXGetDBPathR1. */
 QXE_API const char* RQXGetDBNameR1(void);
 
-/* Memory accounting */
+/*
+ * Memory accounting. Sizes are bytes and include the engine's own bookkeeping.
+ */
 
+/** size: out, memory of the whole database. */
 QXE_API int RQXGetTotalMemorySize(unsigned long* size);
+
+/** RQXGetTotalMemorySize plus the data that shared tables read in place. */
 QXE_API int RQXGetTotalMemorySizeWithShared(unsigned long* size);
+
+/** size: out, memory of a table with its filters and sets. */
 QXE_API int RQXGetTableMemorySize(int table, unsigned long* size);
+
+/** size: out, memory of a filter. Failures: QX_ERROR_NO_FILTER. */
 QXE_API int RQXGetFilterMemorySize(int table, int filter, unsigned long* size);
+
+/** size: out, memory of a set. Failures: QX_ERROR_NO_SET. */
 QXE_API int RQXGetSetMemorySize(int table, int set, unsigned long* size);
+
+/** As RQXGetTotalMemorySize. */
 QXE_API int QXGetTotalMemorySize(unsigned long* size);
+
+/** As RQXGetTableMemorySize. */
 QXE_API int QXGetTableMemorySize(int table, unsigned long* size);
+
+/** As RQXGetFilterMemorySize. */
 QXE_API int QXGetFilterMemorySize(int table, int filter, unsigned long* size);
+
+/** As RQXGetSetMemorySize. */
 QXE_API int QXGetSetMemorySize(int table, int set, unsigned long* size);
 
-/* Sets */
+/*
+ * Sets
+ */
 
+/** Result: the number of sets of a table, the root set included. */
 QXE_API int RQXGetNSet(int table);
-QXE_API int RQXGetTotalRows(int table);
-QXE_API int RQXPurgeSubsets(int table);
-QXE_API int RQXGetSetSize(int table, int set);
-QXE_API int RQXGetSet(int table, int set, int* count, int max, int* out);
-QXE_API int RQXGetSetList(int table, int max, int* out);
-QXE_API int RQXGetSetIDList(int table, int max, int* out);
-QXE_API int RQXAddSetReal(int table, int count, int* rows);
-QXE_API int RQXDeleteSet(int table, int set);
-QXE_API int RQXGetCurrentSetID(int table);
-QXE_API int RQXChangeCurrentSetID(int table, int set);
-QXE_API int RQXResetSetID(int table, int next);
-QXE_API int RQXGetSubsetAttr(int table, int set, void* out);
-QXE_API int RQXSetSubsetAttr(int table, int set, const void* in);
-QXE_API int RQXSetSetName(int table, int set, const char* name);
-QXE_API int RQXGetSetName(int table, int set, char* out);
-QXE_API const char* RQXGetSetNameR1(int table, int set);
+
+/** As RQXGetNSet. */
 QXE_API int QXGetNSet(int table);
+
+/** Result: the number of rows of a table, the size of its root set. */
+QXE_API int RQXGetTotalRows(int table);
+
+/** As RQXGetTotalRows. */
 QXE_API int QXGetTotalRows(int table);
+
+/** Deletes all sets but the root set, which becomes current. The next set id goes on where it was.
+ * */
+QXE_API int RQXPurgeSubsets(int table);
+
+/** As RQXPurgeSubsets. */
 QXE_API int QXPurgeSubsets(int table);
+
+/** Result: the number of rows in a set. Failures: QX_ERROR_NO_SET. */
+QXE_API int RQXGetSetSize(int table, int set);
+
+/** As RQXGetSetSize. */
 QXE_API int QXGetSetSize(int table, int set);
+
+/** Copies the row numbers of a set, in set order. count: out, the set's full size. max: the most to
+ * copy, 0 or more. out: max ints. Result: the set's full size. Failures: QX_ERROR_PARAMETER for a
+ * negative max, QX_ERROR_NO_SET; count is 0. */
+QXE_API int RQXGetSet(int table, int set, int* count, int max, int* out);
+
+/** RQXGetSet without a copy. out: set to the row numbers in the engine, valid until the set is
+ * deleted or the table's rows change. Result: the set's size. */
 QXE_API int QXGetSet(int table, int set, int** out);
+
+/** Lists the sets of a table, ascending; the root set comes first. max: the most to copy, 0 or
+ * more. out: max ints. Result: the number of sets in all. Failures: QX_ERROR_PARAMETER for a
+ * negative max. */
+QXE_API int RQXGetSetList(int table, int max, int* out);
+
+/** As RQXGetSetList. */
+QXE_API int RQXGetSetIDList(int table, int max, int* out);
+
+/** As RQXGetSetList. */
 QXE_API int QXGetSetList(int table, int max, int* out);
+
+/** Adds a set of given rows and makes it current. count: 0 or more. rows: count row numbers from 1
+ * to the table's rows, in any order; copied; a row that stands twice is kept twice; null with count
+ * 0. Result: the set id. Failures: QX_ERROR_NOT_REAL, QX_ERROR_ROW_SIZE for a negative count,
+ * QX_ERROR_ROW_POSITION for a row outside the table, QX_ERROR_SET_COUNT with 10,000 sets. */
+QXE_API int RQXAddSetReal(int table, int count, int* rows);
+
+/** As RQXAddSetReal. */
 QXE_API int QXAddSetReal(int table, int count, int* rows);
+
+/** Deletes a set; if it is current, the root set becomes current. Failures: QX_ERROR_NO_SET,
+ * QX_ERROR_ROOT_SET. */
+QXE_API int RQXDeleteSet(int table, int set);
+
+/** As RQXDeleteSet. */
 QXE_API int QXDeleteSet(int table, int set);
+
+/** Result: the id of the table's current set. */
+QXE_API int RQXGetCurrentSetID(int table);
+
+/** As RQXGetCurrentSetID. */
 QXE_API int QXGetCurrentSetID(int table);
+
+/** Makes a set current; a negative id changes nothing. Failures: QX_ERROR_NO_SET_ID. */
+QXE_API int RQXChangeCurrentSetID(int table, int set);
+
+/** As RQXChangeCurrentSetID. */
 QXE_API int QXChangeCurrentSetID(int table, int set);
+
+/** Sets the id that the table's next set gets. next: above the ids of all its sets. Failures:
+ * QX_ERROR_NO_SET_ID. */
+QXE_API int RQXResetSetID(int table, int next);
+
+/** Copies a set's attribute block, which is free for the client and zero in a new set. A search or
+ * a sort copies the block of its source set. out: 64 bytes. Failures: QX_ERROR_NO_SET. */
+QXE_API int RQXGetSubsetAttr(int table, int set, void* out);
+
+/** RQXGetSubsetAttr without a copy. out: set to the block itself, which the caller may write. */
 QXE_API int QXGetSubsetAttr(int table, int set, void** out);
+
+/** Writes a set's attribute block. in: 64 bytes. Failures: QX_ERROR_NO_SET,
+ * QX_ERROR_SHARED_READ_ONLY. */
+QXE_API int RQXSetSubsetAttr(int table, int set, const void* in);
+
+/** Names a set. name: stored as it is, cut at 255 bytes; "" takes the name away. Failures:
+ * QX_ERROR_NO_SET. */
+QXE_API int RQXSetSetName(int table, int set, const char* name);
+
+/** As RQXSetSetName. */
 QXE_API int QXSetSetName(int table, int set, const char* name);
+
+/** Copies a set's name. out: 256 bytes, "" if the set has none. Failures: QX_ERROR_NO_SET. */
+QXE_API int RQXGetSetName(int table, int set, char* out);
+
+/** As RQXGetSetName. */
 QXE_API int QXGetSetName(int table, int set, char* out);
 
-/* Filters */
+/** A set's name, in the engine; the table's name if the set is unnamed or unknown; "" if the table
+ * is unknown. */
+QXE_API const char* RQXGetSetNameR1(int table, int set);
 
+/*
+ * Filters. The display position of a filter counts from 0.
+ */
+
+/** Result: the number of filters of a table. */
 QXE_API int RQXGetNFilter(int table);
+
+/** As RQXGetNFilter. */
+QXE_API int QXGetNFilter(int table);
+
+/** Lists the filters of a table in display order. out: one int for each (RQXGetNFilter, at most
+ * 512, of a join table 1024). Result: their number. */
 QXE_API int RQXGetFilterIDList(int table, int* out);
+
+/** As RQXGetFilterIDList. */
+QXE_API int QXGetFilterIDList(int table, int* out);
+
+/** Result: the bytes of a value: 4, 8 or 16; of a string filter the longest string without its
+ * terminator, 0 if there is none. Failures: QX_ERROR_NO_FILTER. */
 QXE_API int RQXGetFilterWidth(int table, int filter);
+
+/** As RQXGetFilterWidth. */
+QXE_API int QXGetFilterWidth(int table, int filter);
+
+/** Result: the data type code of a filter. Failures: QX_ERROR_NO_FILTER. */
 QXE_API int RQXGetFilterType(int table, int filter);
+
+/** As RQXGetFilterType. */
+QXE_API int QXGetFilterType(int table, int filter);
+
+/** Reports a filter's type, sizes and name. out: filled. Failures: QX_ERROR_NO_FILTER. */
 QXE_API int RQXGetFilterInfo(int table, int filter, _TRFilterInfo* out);
+
+/** Copies a filter's value numbers and value list, each as far as its buffer reaches. Entry 0 of
+ * the value list is NULL, the others ascend. RQXGetFilterInfo tells the sizes; a decimal value
+ * buffer needs 8 bytes and 16 for each value. body: in/out, see _TRFilterBody. Failures:
+ * QX_ERROR_NO_FILTER. */
 QXE_API int RQXGetFilterBody(int table, int filter, _TRFilterBody* body);
+
+/** Reports all filters of a table in display order. max: the most to report, 0 or more. count: out,
+ * the filters in all. infos: out, max records. names: out, max names cut to 63 bytes; may be null.
+ * Result: the filters in all. Failures: QX_ERROR_PARAMETER for a negative max. */
 QXE_API int RQXGetAllFilterInfo(int table, int max, int* count, _TRFilterInfo* infos,
                                 char (*names)[64]);
+
+/** Copies an attribute block of a filter. out: 64 bytes. valueList: false the block of the rows,
+ * free for the client; true the block of the value list, in which bytes 0, 6 and 7 of a float,
+ * date, time, date-time or decimal filter belong to the engine (type, digits behind the point,
+ * rounding mode) and the others to the client. Failures: QX_ERROR_NO_FILTER. */
 QXE_API int RQXGetFilterAttr(int table, int filter, void* out, bool valueList);
+
+/** RQXGetFilterAttr without a copy. out: set to the block itself. */
+QXE_API int QXGetFilterAttr(int table, int filter, void** out, bool valueList);
+
+/** Writes an attribute block of a filter. in: 64 bytes; write the engine's bytes back as they were
+ * read. valueList: as in RQXGetFilterAttr. Failures: QX_ERROR_NO_FILTER, QX_ERROR_SHARED_READ_ONLY.
+ * */
 QXE_API int RQXSetFilterAttr(int table, int filter, const void* in, bool valueList);
+
+/** Deletes a filter: an edit. Failures: also QX_ERROR_NO_FILTER, QX_ERROR_REFERRED for the key of a
+ * join. */
 QXE_API int RQXDeleteRealFilter(int table, int filter);
+
+/** As RQXDeleteRealFilter. */
+QXE_API int QXDeleteRealFilter(int table, int filter);
+
+/** Moves a filter in the display order: an edit. from: its position from 0. to: its new position; a
+ * position out of range is taken as the nearest end, success with an entry in the error ring.
+ * Failures: also QX_ERROR_FILTER_INDEX for from. */
 QXE_API int RQXMoveRealFilter(int table, int from, int to);
+
+/** As RQXMoveRealFilter. */
+QXE_API int QXMoveRealFilter(int table, int from, int to);
+
+/** Adds a filter: an edit. pos: display position from 0, clamped to the number of filters (1024: at
+ * the end). name: cleaned and made unique ("RecNo" becomes "RECNO"); null or "" gives "filter", the
+ * date and time, and "_1". type: data type code; decimals have 6 digits behind the point and round
+ * half up. rows: values given, for the rows from 1 on; more than the table has are ignored, rows
+ * without a value are NULL. data: rows values (int, double, char*, Numeric; a null char* is NULL),
+ * copied. dir, file: when data is null and file neither null nor "", a text file with one value a
+ * line, read as an import in stop mode reads a column. With neither all rows are NULL. Result: the
+ * filter id. Failures: also QX_ERROR_FILTER_COUNT with 512 filters, QX_ERROR_FILTER_NAME above 255
+ * bytes, QX_ERROR_TYPE_MISMATCH for an unknown type, QX_ERROR_ROW_SIZE for negative rows,
+ * QX_ERROR_FILE, QX_ERROR_INVALID_DATA for a line that does not convert, QX_ERROR_TEXT_FIELD for a
+ * line above 4095 bytes. */
 QXE_API int RQXAddRealFilter2(int table, int pos, const char* name, int type, int rows, void* data,
                               const char* dir, const char* file);
+
+/** As RQXAddRealFilter2. */
+QXE_API int QXAddRealFilter2(int table, int pos, const char* name, int type, int rows, void* data,
+                             const char* dir, const char* file);
+
+/** RQXAddRealFilter2 for decimals of another form. type: QX_DT_DECIMAL. scale: digits behind the
+ * point, 0 to 38, also of the values in data. rounding: QX_ROUND_ value. Failures: also
+ * QX_ERROR_TYPE_MISMATCH for another type, QX_ERROR_PARAMETER for scale or rounding. */
 QXE_API int RQXAddRealFilter2Numeric(int table, int pos, const char* name, int type, int rows,
                                      void* data, const char* dir, const char* file, int scale,
                                      int rounding);
+
+/** Renames a filter: an edit. name: 1 to 255 bytes, cleaned and made unique; its own name changes
+ * nothing. Failures: also QX_ERROR_NO_FILTER, QX_ERROR_FILTER_NAME. */
 QXE_API int RQXSetFilterName(int table, int filter, const char* name);
-QXE_API int RQXGetFilterName(int table, int filter, char* out);
-QXE_API const char* RQXGetFilterNameR1(int table, int filter);
-QXE_API int RQXGetFilterIDFromName(int table, const char* name);
-QXE_API int RQXGetFilterIDFromName2(int table, const char* name, int side);
-QXE_API int RQXSetNumericInfo(int table, int filter, NumericInfo* info, bool unused);
-QXE_API int RQXGetNumericInfo(int table, int filter, NumericInfo* info, char* name, bool unused);
-QXE_API int RQXGetNumericInfoR1(int table, int filter, NumericInfo* info);
-QXE_API int QXGetNFilter(int table);
-QXE_API int QXGetFilterIDList(int table, int* out);
-QXE_API int QXGetFilterWidth(int table, int filter);
-QXE_API int QXGetFilterType(int table, int filter);
-QXE_API int QXGetFilter(int table, int filter, _TFilterInfo* out);
-QXE_API int QXGetFilterAttr(int table, int filter, void** out, bool valueList);
-QXE_API int QXDeleteRealFilter(int table, int filter);
-QXE_API int QXMoveRealFilter(int table, int from, int to);
-QXE_API int QXAddRealFilter2(int table, int pos, const char* name, int type, int rows, void* data,
-                             const char* dir, const char* file);
+
+/** As RQXSetFilterName. */
 QXE_API int QXSetFilterName(int table, int filter, const char* name);
+
+/** Copies a filter's stored name. out: 256 bytes. Failures: QX_ERROR_NO_FILTER. */
+QXE_API int RQXGetFilterName(int table, int filter, char* out);
+
+/** As RQXGetFilterName. */
 QXE_API int QXGetFilterName(int table, int filter, char* out);
+
+/** A filter's stored name, in the engine until the filter is renamed or deleted; "" if it is
+ * unknown. */
+QXE_API const char* RQXGetFilterNameR1(int table, int filter);
+
+/** Finds a filter by its stored name. Result: the filter id. Failures: QX_ERROR_NO_FILTER. */
+QXE_API int RQXGetFilterIDFromName(int table, const char* name);
+
+/** As RQXGetFilterIDFromName. */
 QXE_API int QXGetFilterIDFromName(int table, const char* name);
+
+/** RQXGetFilterIDFromName within one side of a join table. side: 0 or 1, below 0 both; ignored for
+ * a real table. */
+QXE_API int RQXGetFilterIDFromName2(int table, const char* name, int side);
+
+/** Changes the form of a decimal filter: an edit. info: in, digits behind the point and rounding
+ * mode. Values are rounded by the new mode; one that no longer fits 38 digits becomes NULL. A
+ * change of the mode alone changes no value. unused: ignored. Failures: also QX_ERROR_REFERRED
+ * while another table refers to this one, QX_ERROR_NO_FILTER, QX_ERROR_PARAMETER for info null or
+ * out of range, QX_ERROR_NO_JOIN_FILTER for a filter that is not decimal. */
+QXE_API int RQXSetNumericInfo(int table, int filter, NumericInfo* info, bool unused);
+
+/** Reads the form of a decimal filter. info: out. name: out, 256 bytes, the filter's name; may be
+ * null. unused: ignored. Failures: QX_ERROR_NO_FILTER, QX_ERROR_NO_JOIN_FILTER for a filter that is
+ * not decimal. */
+QXE_API int RQXGetNumericInfo(int table, int filter, NumericInfo* info, char* name, bool unused);
+
+/** RQXGetNumericInfo without the name; a failure may come back as -1, with its code in the error
+ * ring. */
+QXE_API int RQXGetNumericInfoR1(int table, int filter, NumericInfo* info);
+
+/** Points into a filter without copying it. out: filled, see _TFilterInfo; valid until the filter
+ * changes. Failures: QX_ERROR_NO_FILTER. */
+QXE_API int QXGetFilter(int table, int filter, _TFilterInfo* out);
+
+/** Counts the rows of a set by value. counts: out, one int for each entry of the value list
+ * (valueCount of RQXGetFilterInfo), index = value number. Failures: QX_ERROR_NO_FILTER,
+ * QX_ERROR_NO_SET. */
 QXE_API int QXGetValCount(int table, int filter, int set, int* counts);
 
-/* Reading rows */
+/*
+ * Reading rows
+ *
+ * A read goes through a set: pos is the position in the set, from 0 in calls named ...Data and
+ * ...RowNo, from 1 in calls with a 1. type: out, the data type code of the value. Filter 0 reads
+ * the row number, as an integer. Result of a read: the bytes of the value, 4, 8, 16 or the length
+ * of the string without its terminator; so 0 for NULL of a string filter. Failures of every read:
+ * QX_ERROR_NO_SET for an unknown set and for a position outside it, QX_ERROR_NO_FILTER; in a join
+ * table QX_ERROR_NO_RECORD and QX_ERROR_NO_JOIN_FILTER. A failure leaves an entry in the error
+ * ring.
+ *
+ * Block reads start at a position and go on until the set ends, a buffer is full or 128 rows are
+ * read. count: out, the rows read. values and strings: out, 1024 and 4096 bytes, cleared first.
+ * values gets int, double, or for strings the int offset of each string in strings, where they
+ * stand NUL-terminated one behind the other; of decimals, at most 63, a NumericInfo and then the
+ * Numeric values. Result: that of the first row; later rows that fail end the block without a
+ * failure.
+ */
 
+/** Reads one value. pos: from 0. out: 4096 bytes: int, double, NUL-terminated text cut at 4095
+ * bytes, or for a decimal a NumericInfo (8 bytes) and then the Numeric (16), although the result is
+ * 16. */
 QXE_API int RQXGetData(int table, int filter, int set, int pos, int* type, void* out);
+
+/** As RQXGetData. */
+QXE_API int QXGetData(int table, int filter, int set, int pos, int* type, void* out);
+
+/** RQXGetData with pos from 1. */
 QXE_API int RQXGetData1(int table, int filter, int set, int pos, int* type, void* out);
+
+/** As RQXGetData1. */
+QXE_API int QXGetData1(int table, int filter, int set, int pos, int* type, void* out);
+
+/** RQXGetData1 with another limit for strings. size: bytes of out for a string, at least 1; strings
+ * are cut to size - 1 bytes. Failures: also QX_ERROR_PARAMETER for size. */
 QXE_API int RQXGetData1Ex(int table, int filter, int set, int pos, int* type, void* out, int size);
+
+/** RQXGetData1 without a copy. out: set to the address of the value in the engine, for a string of
+ * its whole text; valid until the filter changes. Decimals have no such form: QX_ERROR_NO_SET. */
 QXE_API int RQXGetData1ExPtr(int table, int filter, int set, int pos, int* type, long* out);
+
+/** As RQXGetData1, for string filters; values of other types are written as there, not as text. */
 QXE_API int RQXGetData1Str(int table, int filter, int set, int pos, int* type, char* out);
+
+/** Reads a block of rows. first: position from 1. */
 QXE_API int RQXGetData1M(int table, int filter, int set, int first, int* type, int* count,
                          void* values, char* strings);
+
+/** RQXGetData1M with another limit for strings. size: at least 1; each string is cut to size - 1
+ * bytes. Failures: also QX_ERROR_PARAMETER for size. */
 QXE_API int RQXGetData1MEx(int table, int filter, int set, int first, int* type, int* count,
                            void* values, char* strings, int size);
+
+/** RQXGetData1ExPtr for a block of rows. values: out, 128 addresses. */
 QXE_API int RQXGetData1MExPtr(int table, int filter, int set, int first, int* type, int* count,
                               long* values);
+
+/** Reads a row number. pos: from 0. out: the row at that position. Result: 4. */
 QXE_API int RQXGetRowNo(int table, int set, int pos, int* out);
-QXE_API int RQXGetRowNo1(int table, int set, int pos, int* out);
-QXE_API int RQXGetRowNo1M(int table, int set, int first, int count, int* out);
-QXE_API int RQXGetVNoList(int table, int filter, int set, int* out);
-QXE_API int QXGetData(int table, int filter, int set, int pos, int* type, void* out);
-QXE_API int QXGetData1(int table, int filter, int set, int pos, int* type, void* out);
+
+/** As RQXGetRowNo. */
 QXE_API int QXGetRowNo(int table, int set, int pos, int* out);
+
+/** RQXGetRowNo with pos from 1. */
+QXE_API int RQXGetRowNo1(int table, int set, int pos, int* out);
+
+/** As RQXGetRowNo1. */
 QXE_API int QXGetRowNo1(int table, int set, int pos, int* out);
+
+/** Reads row numbers. first: position from 1. count: how many are wanted. out: count ints. Result:
+ * the number written, less than count at the end of the set. */
+QXE_API int RQXGetRowNo1M(int table, int set, int first, int count, int* out);
+
+/** Reads the value numbers of a whole set, in set order. out: one int for each row of the set; 0 is
+ * NULL, above 0 an index into the value list, below 0 a value written since the list was last put
+ * in order (RQXGetFilterInfo puts it in order). Result: the number written. Failures:
+ * QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, also for filter 0. */
+QXE_API int RQXGetVNoList(int table, int filter, int set, int* out);
+
+/** The integer at pos (from 0); QX_NULL_INT on a failure or another type, the error ring tells. */
 QXE_API int RQXGetDataIntR1(int table, int filter, int set, int pos);
+
+/** RQXGetDataIntR1 with pos from 1. */
 QXE_API int RQXGetData1IntR1(int table, int filter, int set, int pos);
+
+/** The float, date, time or date-time at pos (from 0); negative infinity on a failure or another
+ * type. */
 QXE_API double RQXGetDataDblR1(int table, int filter, int set, int pos);
+
+/** RQXGetDataDblR1 with pos from 1. */
 QXE_API double RQXGetData1DblR1(int table, int filter, int set, int pos);
+
+/** The string at pos (from 0), cut at 4095 bytes, in the shared R1 buffer; "" on a failure or
+ * another type. */
 QXE_API const char* RQXGetDataStrR1(int table, int filter, int set, int pos);
+
+/** RQXGetDataStrR1 with pos from 1. */
 QXE_API const char* RQXGetData1StrR1(int table, int filter, int set, int pos);
+
+/** Reads one decimal. pos: from 0. out: the Numeric, without its NumericInfo; untouched if the
+ * filter is not decimal. Result: -1 after a successful read. After a failed one the engine stays
+ * locked and the next call never returns: pass only a filter, a set and a position that exist. An
+ * unknown table fails without harm. */
 QXE_API int RQXGetDataNumericR1(int table, int filter, int set, int pos, Numeric* out);
+
+/** RQXGetDataNumericR1 with pos from 1 and the read's own result: 16 for a decimal. */
 QXE_API int RQXGetData1NumericR1(int table, int filter, int set, int pos, Numeric* out);
+
+/** Reads a block of integers. first: position from 1. values: out, 128 ints. Failures: also
+ * QX_ERROR_TYPE_MISMATCH. */
 QXE_API int RQXGetData1MIntR1(int table, int filter, int set, int first, int* count, int* values);
+
+/** Reads a block of floats, dates, times or date-times. first: position from 1. values: out, 128
+ * doubles. Failures: also QX_ERROR_TYPE_MISMATCH. */
 QXE_API int RQXGetData1MDblR1(int table, int filter, int set, int first, int* count,
                               double* values);
+
+/** Reads a block of decimals. first: position from 1. values: out, 128 Numeric (2048 bytes),
+ * without NumericInfo. Failures: also QX_ERROR_TYPE_MISMATCH. */
 QXE_API int RQXGetData1MNumericR1(int table, int filter, int set, int first, int* count,
                                   Numeric* values);
+
+/** Reads a block of strings. first: position from 1. offsets: out, 128 ints, each string's place in
+ * strings. strings: out, 4096 bytes. Failures: also QX_ERROR_TYPE_MISMATCH. */
 QXE_API int RQXGetData1MStrR1(int table, int filter, int set, int first, int* count, int* offsets,
                               char* strings);
+
+/** The value at pos (from 1) as text in the shared R1 buffer: integers "%d", floats "%f", dates,
+ * times and date-times as RQXDouble2DateTimeStrR1 and its kin write them, decimals with their
+ * digits behind the point. NULL of a date, time, date-time or decimal and a failure are "". */
 QXE_API const char* RQXGetData1Cnv2StrR1(int table, int filter, int set, int pos);
 
-/* Column compilation */
+/*
+ * Column compilation: sorts an array's distinct values into a list and numbers the elements by it.
+ * These four work on the caller's arrays alone and need no table.
+ */
 
+/** Compiles integers. n: elements, at least 1. k: runs merged at a time, 2 to 1024; it changes the
+ * speed, not the result. data: n values. pv: out, n ints, for each element the index (from 0) of
+ * its value in vl. vl: out, the distinct values, ascending. Result: their number; -1 for a bad n,
+ * -2 for a bad k, outputs untouched. The caller frees *pv and *vl with QXFreeMem. */
 QXE_API int iCompileInt(int n, int k, int* data, int** pv, int** vl);
+
+/** iCompileInt for doubles. */
 QXE_API int iCompileFloat(int n, int k, double* data, int** pv, double** vl);
+
+/** iCompileInt for strings, in byte order. vl: out, the addresses of the distinct strings as long,
+ * pointing into the input, which must outlive them. */
 QXE_API int iCompileString(int n, int k, char** data, int** pv, long** vl);
+
+/** iCompileInt for decimals of one scale. */
 QXE_API int iCompileNumeric(int n, int k, Numeric* data, int** pv, Numeric** vl);
 
-/* Search by value */
+/*
+ * Search by value
+ *
+ * A search makes a new set of the rows of a set that meet a condition, in the set's order. ope: a
+ * QX_OPE_ code. value1, value2: in, addresses of an int, a double, a Numeric at the filter's scale,
+ * or the text itself; value2 is read by BETWEEN and WITHIN only, neither by ISNULL, and what is not
+ * read may be null. Nothing is written to them. Result: the new set's id.
+ *
+ * NULL rows are hit only when NULL is asked for: by ISNULL, by EQ and GEQ with a NULL value1, and
+ * by BETWEEN from NULL; with QX_OPE_STRICT a NULL bound gives an empty set. In string filters the
+ * empty string is a value like others, but LEQ and LES with "" give an empty set (LEQ with
+ * QX_OPE_STRICT the rows that hold ""), and BEGINS with "" hits every row.
+ *
+ * On a real table RQXSearchByField, its Str, SJIS, Locale, R1 and NValues forms leave the current
+ * set as it was; other searches make their result current. The new set gets the attribute block of
+ * its source, one that becomes current also its name.
+ *
+ * Failures of every search: QX_ERROR_NO_FILTER (in a join table QX_ERROR_NO_JOIN_FILTER),
+ * QX_ERROR_NO_SET_ID (in a join table QX_ERROR_NO_SET), QX_ERROR_SET_COUNT with 10,000 sets, and
+ * QX_ERROR_OPERATION for an unknown code, for BEGINS, CONTAINS and ENDS on a filter that is not of
+ * strings, and for ISNULL on a filter that is.
+ */
 
+/** Searches a filter by value. */
 QXE_API int RQXSearchByField(int table, int filter, int set, int ope, char* value1, char* value2);
+
+/** As RQXSearchByField. */
+QXE_API int QXSearchByField(int table, int filter, int set, int ope, char* value1, char* value2);
+
+/** As RQXSearchByField. */
 QXE_API int RQXSearchByFieldStr(int table, int filter, int set, int ope, char* value1,
                                 char* value2);
+
+/** RQXSearchByField for string filters whose values all begin with one byte that is not to be
+ * compared: it is skipped, value1 and value2 are given without it, and rows that hold "" are never
+ * hit. Codes EQ to ENDS, without QX_OPE_STRICT, else QX_ERROR_OPERATION. The result becomes
+ * current. Any other filter is searched as by RQXSearchByField. */
 QXE_API int RQXSearchByField2(int table, int filter, int set, int ope, char* value1, char* value2);
+
+/** As RQXSearchByField2. */
+QXE_API int QXSearchByField2(int table, int filter, int set, int ope, char* value1, char* value2);
+
+/** RQXSearchByField with values in Shift_JIS. Failures: also QX_ERROR_LOCALE unless that is the
+ * database's code. */
 QXE_API int RQXSearchByFieldSJIS(int table, int filter, int set, int ope, char* value1,
                                  char* value2);
+
+/** RQXSearchByField with values in the code of a locale. localeId: QX_LOCALE_ value, or 99 for no
+ * check. Failures: also QX_ERROR_LOCALE unless it is the database's. */
 QXE_API int RQXSearchByFieldLocale(int table, int filter, int set, int ope, char* value1,
                                    char* value2, int localeId);
+
+/** Searches rows whose value equals any of a list. count: values in the list; below 1 gives an
+ * empty set. values: in, an array of int, double, Numeric at the filter's scale, or char*. A NULL
+ * in the list hits NULL rows. */
 QXE_API int RQXSearchByFieldNValues(int table, int filter, int set, int count, void* values);
+
+/** Searches by row number. filter: ignored; in a join table it picks the side. ope: EQ to GT
+ * without QX_OPE_STRICT. n1, n2: row numbers. The result becomes current. */
 QXE_API int RQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
-QXE_API int RQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
-QXE_API int QXSearchByField(int table, int filter, int set, int ope, char* value1, char* value2);
-QXE_API int QXSearchByField2(int table, int filter, int set, int ope, char* value1, char* value2);
+
+/** As RQXSearchByRowNo. */
 QXE_API int QXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
+
+/** Searches a real table by position in the set. ope: EQ to GT without QX_OPE_STRICT. n1, n2:
+ * positions from 1; those outside the set are no fault. The result becomes current. Failures: also
+ * QX_ERROR_NOT_REAL. */
+QXE_API int RQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
+
+/** As RQXSearchByDispRowNoReal. */
 QXE_API int QXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
+
+/** Searches rows by value number. flags: in, one byte for each entry of the value list (valueCount
+ * of RQXGetFilterInfo): 1 hits the rows with that value, 0 does not. The result becomes current. */
 QXE_API int QXSearch(int table, int filter, int set, unsigned char* flags);
+
+/** As RQXSearchByFieldStr. */
 QXE_API int RQXSearchByFieldStrR1(int table, int filter, int set, int ope, char* value1,
                                   char* value2);
+
+/** As RQXSearchByField; value1 and value2 are addresses of Numeric. */
 QXE_API int RQXSearchByFieldNumericR1(int table, int filter, int set, int ope, char* value1,
                                       char* value2);
+
+/** As RQXSearchByFieldSJIS. */
 QXE_API int RQXSearchByFieldSJISR1(int table, int filter, int set, int ope, char* value1,
                                    char* value2);
+
+/** As RQXSearchByFieldLocale. */
 QXE_API int RQXSearchByFieldLocaleR1(int table, int filter, int set, int ope, char* value1,
                                      char* value2, int localeId);
+
+/** RQXSearchByField for integer filters, with the values themselves. */
 QXE_API int RQXSearchByFieldIntR1(int table, int filter, int set, int ope, int value1, int value2);
+
+/** RQXSearchByField for float, date, time and date-time filters, with the values themselves. */
 QXE_API int RQXSearchByFieldDblR1(int table, int filter, int set, int ope, double value1,
                                   double value2);
 
-/* Sorting */
+/*
+ * Sorting
+ *
+ * A sort makes a new set with the rows of a set in sorted order and makes it current. Rows with
+ * equal keys keep the order of the source, in both directions. NULL comes first ascending, last
+ * descending. dir: QX_SORT_ASC or QX_SORT_DESC. The new set gets name and attribute block of its
+ * source. Result: its id. Failures of every sort: QX_ERROR_NO_FILTER (in a join table
+ * QX_ERROR_NO_JOIN_FILTER), QX_ERROR_NO_SET, QX_ERROR_PARAMETER for dir, QX_ERROR_SET_COUNT with
+ * 10,000 sets.
+ */
 
+/** Sorts a set by one filter. */
 QXE_API int RQXSortByField(int table, int filter, int set, int dir);
-QXE_API int RQXSortByRowNo(int table, int filter, int set, int dir);
-QXE_API int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs);
+
+/** As RQXSortByField. */
 QXE_API int QXSortByField(int table, int filter, int set, int dir);
+
+/** Sorts a set by row number. filter: ignored; in a join table it picks the side. A row that stands
+ * in the source more than once may come out once. */
+QXE_API int RQXSortByRowNo(int table, int filter, int set, int dir);
+
+/** As RQXSortByRowNo. */
 QXE_API int QXSortByRowNo(int table, int filter, int set, int dir);
+
+/** Sorts a set by several filters. filters: in, filter ids, ends at the first entry below 1 or
+ * after QX_MAX_SORT_KEYS; the LAST is the most significant key. dirs: in, one direction for each.
+ * Without a key the result is a copy in source order. In a join table all keys come from one side.
+ * */
+QXE_API int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs);
+
+/** Orders the positions of an array by descending count; equal counts keep their order. n:
+ * elements. counts: in, n counts. nonZero: out, how many counts are not 0. nonZeroIndex: out, room
+ * for n ints, the positions (from 0) of those, ascending. order: out, n ints, all positions by
+ * descending count. Failures: QX_ERROR_UNKNOWN when order is null. */
 QXE_API int QXServiceSortByN(int n, int* counts, int* nonZero, int* nonZeroIndex, int* order);
 
-/* Dates and times */
+/*
+ * Dates, times and decimals as text
+ */
 
+/** Converts a date, "year/month/day" or with "-", whatever the engine's date order. Result: days
+ * since 30 December 1899; NULL for "" and for text that is no date of the years 1 to 9999. */
 QXE_API double RQXStr2DateR1(const char* text);
+
+/** Converts a time, "hour:minute", "hour:minute:second" or with ".millisecond". Result: the
+ * fraction of a day; 0.0 when a part is out of range (25:00); NULL for "" and for any other text.
+ * */
 QXE_API double RQXStr2TimeR1(const char* text);
+
+/** Converts a date and a time with a blank between. A part that is missing or unreadable counts as
+ * 0. Result: days and fraction; NULL for "". */
 QXE_API double RQXStr2DateTimeR1(const char* text);
+
+/** A date as text in the shared R1 buffer, in the engine's date order with "/"; "" for NULL. */
 QXE_API const char* RQXDouble2DateStrR1(double serial);
+
+/** A time as text in the shared R1 buffer: "hh:mm:ss", and ".mmm" if the milliseconds are not 0; ""
+ * for NULL. */
 QXE_API const char* RQXDouble2TimeStrR1(double serial);
+
+/** A date-time as text in the shared R1 buffer: date, blank, time; "" for NULL. */
 QXE_API const char* RQXDouble2DateTimeStrR1(double serial);
+
+/** A decimal as text in the shared R1 buffer, with all digits behind the point; "" for NaN. info:
+ * in, the value's own form. */
 QXE_API const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo* info);
 
-/* Import */
+/*
+ * Import
+ *
+ * A catalog is a text file that describes a data file. Spaces in it are ignored, tabs separate the
+ * words of a line, words are taken in any case. A line that begins with // is a directive, or else
+ * a comment:
+ *
+ *     //CSV, //TAB, //FIX      fields separated by comma or tab, or of fixed width: one is required
+ *     //USR and 1 to 5 words   fields separated by any of these characters (\t is a tab)
+ *     //CUTTOP                 the first line of the data is a title and dropped
+ *     //ERROR and a word       STOP (unless told), CONTINUE, NONE or SKIPLINE
+ *     //ERRORLOG and a name    the log file, in place of "catalog_err_log.txt"
+ *     //UTF8, //SHIFT-JIS ...  the character code of the catalog and its data
+ *
+ * Any other line is a column: type letter, width, name, and options. The name has at most 255 bytes
+ * and is cleaned and made unique. The letter is I integer, F float, D date, T time, A string, E
+ * date-time, N decimal. The width counts for //FIX only, 1 to 4095 bytes, but must be there.
+ * Options: a date format D1 to D14 for D, a time format T1 to T4 for T, both for E, digits behind
+ * the point (0 to 38; 6 unless told) and a rounding mode (ROUNDUP, ROUNDDOWN, ROUNDCEILING,
+ * ROUNDFLOOR, ROUNDHALFUP, ROUNDHALFDOWN, ROUNDHALFEVEN; ROUNDHALFUP unless told) for N, and SKIP
+ * as fourth or later word for a field that is read and dropped. A catalog has at most
+ * QX_CATALOG_MAX_COLUMNS column lines.
+ *
+ * Date formats, Y with four digits, y with two, from D1 on: Y/m/d, Y-m-d, m/d/Y, m.d.Y, d/m/Y,
+ * d.m.Y, m/d/y, m.d.y, d/m/y, d.m.y, and without a year (then the year of library load) m/d, m.d,
+ * d/m, d.m. Without one dates have the engine's date order with "/" or "-". Time formats from T1
+ * on: H:M:S and H:M with hours from 0 to 23, H:M:S and H:M with hours from 1 to 24.
+ *
+ * In the data a field may stand in double quotes, with a quote inside doubled; a line break inside
+ * quotes is a fault. An empty field is NULL. Commas in numbers are ignored.
+ *
+ * A fault in the data ends the import in STOP mode. CONTINUE stores NULL for a value that does not
+ * convert and logs it. NONE does not check values: it takes the number at the front of the text, or
+ * 0, and NULL for an unreadable date, time or decimal, without a log. SKIPLINE leaves the line out
+ * and logs it. Bad quoting and a wrong number of fields end the import in every mode but SKIPLINE,
+ * a field above 4095 bytes (4096 in quotes) in every mode.
+ *
+ * The log is a text file in the catalog's directory. It is deleted when the import starts and
+ * exists afterwards only if there was something to log. The process's working directory changes
+ * during an import and is put back. A failed import leaves no table.
+ *
+ * Failures of both calls: QX_ERROR_FILE for a directory or file that is missing, unnamed or has a
+ * name of 512 bytes or more; QX_ERROR_CATALOG for a fault in the catalog or a wrong number of
+ * fields; QX_ERROR_NOT_STRING for an unknown type letter; QX_ERROR_INVALID_DATA for a value that
+ * does not convert or bad quoting; QX_ERROR_TEXT_FIELD; QX_ERROR_TEXT_ROWS above 2147483647 rows;
+ * QX_ERROR_TABLE_NAME; QX_ERROR_TABLE_COUNT with 10,000 tables.
+ */
 
+/** Imports a data file as a new table. dir: directory of the catalog and of the data, which stand
+ * in "SrcData.dat". catalog: its file name; without its last extension it is the table's name,
+ * cleaned and made unique. Result: the table id. */
 QXE_API int RQXAddCatalogFile(const char* dir, const char* catalog);
+
+/** RQXAddCatalogFile with the data file and the table's name given. catalogDir, catalog: the
+ * catalog. dataDir, dataFile: the data. tableName: 1 to 255 bytes, cleaned and made unique. */
 QXE_API int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, const char* dataDir,
                                  const char* dataFile, const char* tableName);
 
-/* Export */
+/*
+ * Export
+ *
+ * Writes rows of a set to a text file: one line for each row, ended by a line feed, fields
+ * separated by comma or tab, without quotes: strings that hold separators or line breaks do not
+ * come back. NULL is an empty field. Integers are plain; floats have 3 digits behind the point and
+ * from 1e18 on an exponent; dates have the engine's date order; times show milliseconds only when
+ * not 0; decimals have all their digits. An existing file is overwritten; a failed export may leave
+ * part of one. The process's working directory changes during an export and is put back.
+ *
+ * set: -1 for the current set. filters: in, ids in the order of the columns, ends at -1; a filter
+ * may stand twice; -1 as the first entry means all. rowFrom, rowTo: positions in the set, from 1;
+ * -1 means the first and the last; rowTo is cut to the set's size, and rowFrom above it gives an
+ * empty file. dateSep: '-' or '/', between the parts of dates. dir, file: directory and name of the
+ * output.
+ *
+ * fmtFile: a text file that sets the digits of float and decimal columns; a relative name counts
+ * from dir. Each line holds, separated by tabs, filter name, digits behind the point (0 to 15 for
+ * floats) and a rounding mode as in catalogs; negative digits leave the column as it is, unknown
+ * names are ignored, // begins a comment.
+ *
+ * Failures of every export: QX_ERROR_NO_SET, also for a set below -1; QX_ERROR_NO_JOIN_FILTER for
+ * an unknown filter; QX_ERROR_PARAMETER for a bad date separator, or a rowFrom of 0 or below -1;
+ * QX_ERROR_PATH for a directory that cannot be reached; QX_ERROR_FILE for a file that cannot be
+ * opened or written; QX_ERROR_CATALOG for a bad line in a format file.
+ */
 
-QXE_API int RQXExportAsCSV(int tableId, int setId, const int* filterIds, int rowFrom, int rowTo,
+/** Exports with commas. */
+QXE_API int RQXExportAsCSV(int table, int set, const int* filters, int rowFrom, int rowTo,
                            const char* dir, const char* file, char dateSep);
-QXE_API int RQXExportAsTAB(int tableId, int setId, const int* filterIds, int rowFrom, int rowTo,
+
+/** Exports with tabs. */
+QXE_API int RQXExportAsTAB(int table, int set, const int* filters, int rowFrom, int rowTo,
                            const char* dir, const char* file, char dateSep);
-QXE_API int RQXExportAsCSVwithF(int tableId, int setId, const int* filterIds, int rowFrom,
-                                int rowTo, const char* dir, const char* file, char dateSep,
+
+/** Exports with commas and a format file. */
+QXE_API int RQXExportAsCSVwithF(int table, int set, const int* filters, int rowFrom, int rowTo,
+                                const char* dir, const char* file, char dateSep,
                                 const char* fmtFile);
-QXE_API int RQXExportAsTABwithF(int tableId, int setId, const int* filterIds, int rowFrom,
-                                int rowTo, const char* dir, const char* file, char dateSep,
+
+/** Exports with tabs and a format file. */
+QXE_API int RQXExportAsTABwithF(int table, int set, const int* filters, int rowFrom, int rowTo,
+                                const char* dir, const char* file, char dateSep,
                                 const char* fmtFile);
-QXE_API int RQXSaveAsCatalog(int tableId, int setId, const int* filterIds, int type, int rowFrom,
+
+/** Exports with a catalog, so that RQXAddCatalogFile(dir, file) reads the rows back. type:
+ * QX_EXPORT_COMMA or QX_EXPORT_TAB. dir, file: the catalog; the data go to "SrcData.dat" in dir.
+ * Failures: also QX_ERROR_PARAMETER for another type, for rowFrom or rowTo below -1, and for
+ * rowFrom above a rowTo other than -1. */
+QXE_API int RQXSaveAsCatalog(int table, int set, const int* filters, int type, int rowFrom,
                              int rowTo, char dateSep, const char* dir, const char* file);
-QXE_API int RQXSaveAsCatalogEx(int tableId, int setId, const int* filterIds, int type, int rowFrom,
+
+/** RQXSaveAsCatalog with the catalog elsewhere. dir, file: the data. catalogDir, catalogFile: the
+ * catalog; RQXAddCatalogFileEx2 reads both. */
+QXE_API int RQXSaveAsCatalogEx(int table, int set, const int* filters, int type, int rowFrom,
                                int rowTo, char dateSep, const char* dir, const char* file,
                                const char* catalogDir, const char* catalogFile);
-QXE_API int RQXSaveAsCatalogwithF(int tableId, int setId, const int* filterIds, int type,
-                                  int rowFrom, int rowTo, char dateSep, const char* dir,
-                                  const char* file, const char* fmtFile);
-QXE_API int RQXSaveAsCatalogwithFEx(int tableId, int setId, const int* filterIds, int type,
-                                    int rowFrom, int rowTo, char dateSep, const char* dir,
-                                    const char* file, const char* catalogDir,
-                                    const char* catalogFile, const char* fmtFile);
+
+/** RQXSaveAsCatalog with a format file, whose digits and rounding modes of decimals also go into
+ * the catalog. */
+QXE_API int RQXSaveAsCatalogwithF(int table, int set, const int* filters, int type, int rowFrom,
+                                  int rowTo, char dateSep, const char* dir, const char* file,
+                                  const char* fmtFile);
+
+/** RQXSaveAsCatalogEx with a format file. */
+QXE_API int RQXSaveAsCatalogwithFEx(int table, int set, const int* filters, int type, int rowFrom,
+                                    int rowTo, char dateSep, const char* dir, const char* file,
+                                    const char* catalogDir, const char* catalogFile,
+                                    const char* fmtFile);
+
 #ifdef __cplusplus
 }
 #endif

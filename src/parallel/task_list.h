@@ -3,286 +3,79 @@
 // `unused` while it has none; such a row is never started.
 #pragma once
 
-#define RQX_TASKS(task, unused)                                                                                                             \
-  unused(QX_MPP_DUMMY, "Dummy") unused(QX_MPP_IMPORT_PARSE, "Parallel Import Step1") unused(                                                \
-      QX_MPP_IMPORT_MERGE,                                                                                                                  \
-      "Parallel Import Step2") unused(QX_MPP_EXPORT,                                                                                        \
-                                      "Parallel Export ") unused(QX_MPP_SINGLE_SORT_COUNTUP,                                                \
-                                                                 "Parallel Single Sort CountUp") unused(QX_MPP_SINGLE_SORT_TRANSFER,        \
-                                                                                                        "Parallel Single Sort Transfer")    \
-      unused(QX_MPP_MULTI_SORT_COUNTUP, "Parallel Multi Sort CountUp") unused(                                                              \
-          QX_MPP_MULTI_SORT_TRANSFER,                                                                                                       \
-          "Parallel Multi Sort Transfer") unused(QX_MPP_SORT_STEP1,                                                                         \
-                                                 "Parallel "                                                                                \
-                                                 "Sort by "                                                                                 \
-                                                 "1 Step ") unused(QX_MPP_SORT_STEP2,                                                       \
-                                                                   "Parallel Multi Sort by 2 "                                              \
-                                                                   "Step") unused(QX_MPP_SORT_STEP3,                                        \
-                                                                                  "Parallel "                                               \
-                                                                                  "Multi Sort by "                                          \
-                                                                                  "3 Step")                                                 \
-          unused(QX_MPP_SEARCH, "Parallel Search ") unused(                                                                                 \
-              QX_MPP_COMBINE_REALTABLE,                                                                                                     \
-              "Parallel "                                                                                                                   \
-              "Combine "                                                                                                                    \
-              "RealTable ") unused(QX_MPP_EXTRACT_REALTABLE,                                                                                \
-                                   "Parallel Extract RealTable ") unused(QX_MPP_REALIZE_JOINTABLE,                                          \
-                                                                         "Parallel Realize "                                                \
-                                                                         "JoinTable ")                                                      \
-              unused(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ") unused(                                                                   \
-                  QX_MPP_MERGE_LIST,                                                                                                        \
-                  "Paral"                                                                                                                   \
-                  "lel "                                                                                                                    \
-                  "Merge"                                                                                                                   \
-                  " ") unused(QX_MPP_COMPILE,                                                                                               \
-                              "Parallel Compile ") unused(QX_MPP_TYPECONV,                                                                  \
-                                                          "Parallel Type Conversion")                                                       \
-                  unused(QX_MPP_INTEGRATED_CALC, "Parallel Integrated Calc") unused(                                                        \
-                      QX_MPP_CALC,                                                                                                          \
-                      "Parallel Calc") unused(QX_MPP_ITEM_TRANSFER,                                                                         \
-                                              "Parallel Item "                                                                              \
-                                              "Transfer") unused(QX_MPP_ADD_CATEGORY,                                                       \
-                                                                 "Parallel AddCategory")                                                    \
-                      unused(QX_MPP_MOVE_REC, "Parallel MoveRecForScan") unused(                                                            \
-                          QX_MPP_JOIN_INOUT,                                                                                                \
-                          "Parallel JoinInOut") unused(QX_MPP_JOIN_CHAIN,                                                                   \
-                                                       "Paralle"                                                                            \
-                                                       "l Join "                                                                            \
-                                                       "Chain") unused(QX_MPP_SEARCH_HELPER,                                                \
-                                                                       "Parallel Search Helper "                                            \
-                                                                       "function")                                                          \
-                          unused(QX_MPP_SEARCH_NVALUES, "Parallel Search NValuesfunction") unused(                                          \
-                              QX_MPP_SUMMARY_MEASURE,                                                                                       \
-                              "Parallel Summary "                                                                                           \
-                              "Measure") unused(QX_MPP_SUMMARY_UNIQUE,                                                                      \
-                                                "Parall"                                                                                    \
-                                                "el "                                                                                       \
-                                                "Summar"                                                                                    \
-                                                "y "                                                                                        \
-                                                "Uniqu"                                                                                     \
-                                                "e") unused(QX_MPP_TXT_PARSE,                                                               \
-                                                            "Parallel Text Parser") unused(QX_MPP_EXTRACT_UNIQUE,                           \
-                                                                                           "Paral"                                          \
-                                                                                           "lel "                                           \
-                                                                                           "Extra"                                          \
-                                                                                           "ct "                                            \
-                                                                                           "Uniqu"                                          \
-                                                                                           "e")                                             \
-                              unused(QX_MPP_FLAG_SET, "Parallel Flag  setting") unused(                                                     \
-                                  QX_MPP_JOIN_CUTUNUSE,                                                                                     \
-                                  "Parallel Flag  setting") unused(QX_MPP_CONDENSE_REALTABLE,                                               \
-                                                                   "Parallel Condense RealTable")                                           \
-                                  unused(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate "                                                  \
-                                                                     "RealTable") task(                                                     \
-                                      QX_MPP_MEMCPY, "Parallel Memcpy",                                                                     \
-                                      mpp_memcpy) unused(QX_MPP_RENUMBER,                                                                   \
-                                                         "Pa"                                                                               \
-                                                         "ra"                                                                               \
-                                                         "ll"                                                                               \
-                                                         "el"                                                                               \
-                                                         " R"                                                                               \
-                                                         "en"                                                                               \
-                                                         "um"                                                                               \
-                                                         "be"                                                                               \
-                                                         "r "                                                                               \
-                                                         "af"                                                                               \
-                                                         "te"                                                                               \
-                                                         "r "                                                                               \
-                                                         "Me"                                                                               \
-                                                         "rg"                                                                               \
-                                                         "e"                                                                                \
-                                                         " ") unused(QX_MPP_CATEGORIZE,                                                     \
-                                                                     "Parallel Categorize ")                                                \
-                                      task(QX_MPP_MEMSET, "Parallel Memset", mpp_memset) unused(                                            \
-                                          QX_MPP_SINGLE_SORT_N_FILTER_COUNTUP,                                                              \
-                                          "Parallel Multi Sort NFilter "                                                                    \
-                                          "CountUp") unused(QX_MPP_SINGLE_SORT_N_FILTER_TRANSFER,                                           \
-                                                            "Parallel Multi "                                                               \
-                                                            "Sort NFilter "                                                                 \
-                                                            "Transfer") unused(QX_MPP_MULTI_SORT_N_FILTER_COUNTUP,                          \
-                                                                               "Parallel Multi "                                            \
-                                                                               "Sort NFilter "                                              \
-                                                                               "CountUp")                                                   \
-                                          unused(QX_MPP_MULTI_SORT_N_FILTER_TRANSFER,                                                       \
-                                                 "Para"                                                                                     \
-                                                 "llel"                                                                                     \
-                                                 " Mul"                                                                                     \
-                                                 "ti "                                                                                      \
-                                                 "Sort"                                                                                     \
-                                                 " NFi"                                                                                     \
-                                                 "lter"                                                                                     \
-                                                 " Tra"                                                                                     \
-                                                 "nsfe"                                                                                     \
-                                                 "r") unused(QX_MPP_SORT_N_FILTER_STEP2,                                                    \
-                                                             "Parallel Multi Sort NFilter "                                                 \
-                                                             "CountUp") unused(QX_MPP_SORT_N_FILTER_STEP3,                                  \
-                                                                               "Parallel Multi "                                            \
-                                                                               "Sort NFilter "                                              \
-                                                                               "Transfer") unused(QX_MPP_RENUMBER_VLORD,                    \
-                                                                                                  "Parallel VLORD Renumber")                \
-                                              unused(                                                                                       \
-                                                  QX_MPP_CUBESUM_MEASURE_STEP1,                                                             \
-                                                  "Parallel"                                                                                \
-                                                  " CubeSum"                                                                                \
-                                                  " Measure"                                                                                \
-                                                  " Step1") unused(QX_MPP_CUBESUM_MEASURE_STEP2,                                            \
-                                                                   "Parallel CubeSum Measure "                                              \
-                                                                   "Step2") unused(QX_MPP_CUBESUM_CELLADDR_CALC,                            \
-                                                                                   "Parallel "                                              \
-                                                                                   "FastNonCubeSu"                                          \
-                                                                                   "m CellAddr "                                            \
-                                                                                   "Calc")                                                  \
-                                                  unused(                                                                                   \
-                                                      QX_MPP_CUBESUM_COUNTARR,                                                              \
-                                                      "Parallel "                                                                           \
-                                                      "FastNonCubeSum "                                                                     \
-                                                      "CellAddr Calc") unused(QX_MPP_FAST_CUBESUM_MEASURE_STEP1,                            \
-                                                                              "Parallel CubeSum "                                           \
-                                                                              "Measure "                                                    \
-                                                                              "Step1")                                                      \
-                                                      unused(                                                                               \
-                                                          QX_MPP_MULTI_HALFSORT_COUNTUP,                                                    \
-                                                          "Parallel "                                                                       \
-                                                          "Multi "                                                                          \
-                                                          "HalfSort "                                                                       \
-                                                          "CountUp") unused(QX_MPP_MULTI_HALFSORT_TRANSFER,                                 \
-                                                                            "Parallel Multi "                                               \
-                                                                            "HalfSort "                                                     \
-                                                                            "Transfer") unused(QX_MPP_FASTNONCUBESUM_CELLADDR_CALC,         \
-                                                                                               "P"                                          \
-                                                                                               "a"                                          \
-                                                                                               "r"                                          \
-                                                                                               "a"                                          \
-                                                                                               "l"                                          \
-                                                                                               "l"                                          \
-                                                                                               "e"                                          \
-                                                                                               "l"                                          \
-                                                                                               " "                                          \
-                                                                                               "F"                                          \
-                                                                                               "a"                                          \
-                                                                                               "s"                                          \
-                                                                                               "t"                                          \
-                                                                                               "N"                                          \
-                                                                                               "o"                                          \
-                                                                                               "n"                                          \
-                                                                                               "C"                                          \
-                                                                                               "u"                                          \
-                                                                                               "b"                                          \
-                                                                                               "e"                                          \
-                                                                                               "S"                                          \
-                                                                                               "u"                                          \
-                                                                                               "m"                                          \
-                                                                                               " "                                          \
-                                                                                               "C"                                          \
-                                                                                               "e"                                          \
-                                                                                               "l"                                          \
-                                                                                               "l"                                          \
-                                                                                               "A"                                          \
-                                                                                               "d"                                          \
-                                                                                               "d"                                          \
-                                                                                               "r"                                          \
-                                                                                               " "                                          \
-                                                                                               "C"                                          \
-                                                                                               "a"                                          \
-                                                                                               "l"                                          \
-                                                                                               "c")                                         \
-                                                          unused(QX_MPP_FASTNONCUBESUM_RENUMBER,                                            \
-                                                                 "Parallel "                                                                \
-                                                                 "FastNonCubeSum "                                                          \
-                                                                 "CellAddr Calc")                                                           \
-                                                              unused(                                                                       \
-                                                                  QX_MPP_FASTNONCUBESUM_MEASURE,                                            \
-                                                                  "Parallel "                                                               \
-                                                                  "FastNonCube"                                                             \
-                                                                  "Sum "                                                                    \
-                                                                  "Measure")                                                                \
-                                                                  unused(QX_MPP_JOIN_SUMMARY_MEASURE,                                       \
-                                                                         "Parallel Summary "                                                \
-                                                                         "Measure") unused(QX_MPP_JOIN_SUMMARY_ADD_DIMENSION_FILTER,        \
-                                                                                           "Paral"                                          \
-                                                                                           "le"                                             \
-                                                                                           "l "                                             \
-                                                                                           "Summa"                                          \
-                                                                                           "ry"                                             \
-                                                                                           " Dime"                                          \
-                                                                                           "ns"                                             \
-                                                                                           "ion "                                           \
-                                                                                           "addit"                                          \
-                                                                                           "io"                                             \
-                                                                                           "n") unused(QX_MPP_SINGLE_JOINKEY_SORT_TRANSFER, \
-                                                                                                       "Parall"                             \
-                                                                                                       "el "                                \
-                                                                                                       "Single"                             \
-                                                                                                       " JoinK"                             \
-                                                                                                       "ey "                                \
-                                                                                                       "Sort "                              \
-                                                                                                       "Transf"                             \
-                                                                                                       "er")                                \
-                                                                      unused(                                                               \
-                                                                          QX_MPP_MULTI_CELLADDR_SORT_COUNTUP,                               \
-                                                                          "Parallel Multi Sort "                                            \
-                                                                          "CountUp") unused(QX_MPP_MULTI_CELLSORT_SORT_TRANSFER,            \
-                                                                                            "Pa"                                            \
-                                                                                            "ra"                                            \
-                                                                                            "ll"                                            \
-                                                                                            "el"                                            \
-                                                                                            " M"                                            \
-                                                                                            "ul"                                            \
-                                                                                            "ti"                                            \
-                                                                                            " S"                                            \
-                                                                                            "or"                                            \
-                                                                                            "t "                                            \
-                                                                                            "Tr"                                            \
-                                                                                            "an"                                            \
-                                                                                            "sf"                                            \
-                                                                                            "e"                                             \
-                                                                                            "r")                                            \
-                                                                          unused(                                                           \
-                                                                              QX_MPP_CELLADDR_SORT_STEP2,                                   \
-                                                                              "Parallel Multi "                                             \
-                                                                              "Sort by 2 Step") unused(QX_MPP_JOIN_SETUP_AGGR,              \
-                                                                                                       "Parallel join setup Aggr")          \
-                                                                              unused(                                                       \
-                                                                                  QX_MPP_JOIN_UNIQUE,                                       \
-                                                                                  "Parallel Join "                                          \
-                                                                                  "Unique") unused(QX_MPP_JOIN_MERGE_LIST,                  \
-                                                                                                   "Parallel Join Merge ")                  \
-                                                                                  unused(                                                   \
-                                                                                      QX_MPP_COUNTUP_STEP1,                                 \
-                                                                                      "Parallel "                                           \
-                                                                                      "CountUp "                                            \
-                                                                                      "Step1")                                              \
-                                                                                      unused(                                               \
-                                                                                          QX_MPP_COUNTUP_STEP2,                             \
-                                                                                          "Parall"                                          \
-                                                                                          "el "                                             \
-                                                                                          "CountU"                                          \
-                                                                                          "p "                                              \
-                                                                                          "Step2")                                          \
-                                                                                          unused(                                           \
-                                                                                              QX_MPP_NONCUBE_MEASURE_FINIT,                 \
-                                                                                              "Pa"                                          \
-                                                                                              "ra"                                          \
-                                                                                              "ll"                                          \
-                                                                                              "el"                                          \
-                                                                                              " F"                                          \
-                                                                                              "as"                                          \
-                                                                                              "t "                                          \
-                                                                                              "Su"                                          \
-                                                                                              "mm"                                          \
-                                                                                              "ar"                                          \
-                                                                                              "y "                                          \
-                                                                                              "Me"                                          \
-                                                                                              "as"                                          \
-                                                                                              "ur"                                          \
-                                                                                              "e "                                          \
-                                                                                              "Fi"                                          \
-                                                                                              "ni"                                          \
-                                                                                              "t") unused(QX_MPP_NONCUBE_MEASURE,           \
-                                                                                                          "Parallel Fast Summary Measure2") \
-                                                                                              unused(                                       \
-                                                                                                  QX_MPP_SINGLE_CELLADDR_SORT_COUNTUP,      \
-                                                                                                  "Parallel Single CellSort countup")       \
-                                                                                                  unused(                                   \
-                                                                                                      QX_MPP_SINGLE_CELLSORT_SORT_TRANSFER, \
-                                                                                                      "Parallel Parallel Single CellSort transfer")
+// One row a line: the formatter would break them up.
+// clang-format off
+#define RQX_TASKS(task, unused) \
+  unused(QX_MPP_DUMMY, "Dummy") \
+  unused(QX_MPP_IMPORT_PARSE, "Parallel Import Step1") \
+  unused(QX_MPP_IMPORT_MERGE, "Parallel Import Step2") \
+  unused(QX_MPP_EXPORT, "Parallel Export ") \
+  unused(QX_MPP_SINGLE_SORT_COUNTUP, "Parallel Single Sort CountUp") \
+  unused(QX_MPP_SINGLE_SORT_TRANSFER, "Parallel Single Sort Transfer") \
+  unused(QX_MPP_MULTI_SORT_COUNTUP, "Parallel Multi Sort CountUp") \
+  unused(QX_MPP_MULTI_SORT_TRANSFER, "Parallel Multi Sort Transfer") \
+  unused(QX_MPP_SORT_STEP1, "Parallel Sort by 1 Step ") \
+  unused(QX_MPP_SORT_STEP2, "Parallel Multi Sort by 2 Step") \
+  unused(QX_MPP_SORT_STEP3, "Parallel Multi Sort by 3 Step") \
+  unused(QX_MPP_SEARCH, "Parallel Search ") \
+  unused(QX_MPP_COMBINE_REALTABLE, "Parallel Combine RealTable ") \
+  unused(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ") \
+  unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
+  unused(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ") \
+  unused(QX_MPP_MERGE_LIST, "Parallel Merge ") \
+  unused(QX_MPP_COMPILE, "Parallel Compile ") \
+  unused(QX_MPP_TYPECONV, "Parallel Type Conversion") \
+  unused(QX_MPP_INTEGRATED_CALC, "Parallel Integrated Calc") \
+  unused(QX_MPP_CALC, "Parallel Calc") \
+  unused(QX_MPP_ITEM_TRANSFER, "Parallel Item Transfer") \
+  unused(QX_MPP_ADD_CATEGORY, "Parallel AddCategory") \
+  task(QX_MPP_MOVE_REC, "Parallel MoveRecForScan", mpp_move_rec) \
+  unused(QX_MPP_JOIN_INOUT, "Parallel JoinInOut") \
+  unused(QX_MPP_JOIN_CHAIN, "Parallel Join Chain") \
+  task(QX_MPP_SEARCH_HELPER, "Parallel Search Helper function", mpp_search_helper) \
+  task(QX_MPP_SEARCH_NVALUES, "Parallel Search NValuesfunction", mpp_search_nvalues) \
+  unused(QX_MPP_SUMMARY_MEASURE, "Parallel Summary Measure") \
+  unused(QX_MPP_SUMMARY_UNIQUE, "Parallel Summary Unique") \
+  unused(QX_MPP_TXT_PARSE, "Parallel Text Parser") \
+  unused(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique") \
+  unused(QX_MPP_FLAG_SET, "Parallel Flag  setting") \
+  unused(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting") \
+  unused(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable") \
+  unused(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable") \
+  task(QX_MPP_MEMCPY, "Parallel Memcpy", mpp_memcpy) \
+  unused(QX_MPP_RENUMBER, "Parallel Renumber after Merge ") \
+  unused(QX_MPP_CATEGORIZE, "Parallel Categorize ") \
+  task(QX_MPP_MEMSET, "Parallel Memset", mpp_memset) \
+  unused(QX_MPP_SINGLE_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp") \
+  unused(QX_MPP_SINGLE_SORT_N_FILTER_TRANSFER, "Parallel Multi Sort NFilter Transfer") \
+  unused(QX_MPP_MULTI_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp") \
+  unused(QX_MPP_MULTI_SORT_N_FILTER_TRANSFER, "Parallel Multi Sort NFilter Transfer") \
+  unused(QX_MPP_SORT_N_FILTER_STEP2, "Parallel Multi Sort NFilter CountUp") \
+  unused(QX_MPP_SORT_N_FILTER_STEP3, "Parallel Multi Sort NFilter Transfer") \
+  unused(QX_MPP_RENUMBER_VLORD, "Parallel VLORD Renumber") \
+  unused(QX_MPP_CUBESUM_MEASURE_STEP1, "Parallel CubeSum Measure Step1") \
+  unused(QX_MPP_CUBESUM_MEASURE_STEP2, "Parallel CubeSum Measure Step2") \
+  unused(QX_MPP_CUBESUM_CELLADDR_CALC, "Parallel FastNonCubeSum CellAddr Calc") \
+  unused(QX_MPP_CUBESUM_COUNTARR, "Parallel FastNonCubeSum CellAddr Calc") \
+  unused(QX_MPP_FAST_CUBESUM_MEASURE_STEP1, "Parallel CubeSum Measure Step1") \
+  unused(QX_MPP_MULTI_HALFSORT_COUNTUP, "Parallel Multi HalfSort CountUp") \
+  unused(QX_MPP_MULTI_HALFSORT_TRANSFER, "Parallel Multi HalfSort Transfer") \
+  unused(QX_MPP_FASTNONCUBESUM_CELLADDR_CALC, "Parallel FastNonCubeSum CellAddr Calc") \
+  unused(QX_MPP_FASTNONCUBESUM_RENUMBER, "Parallel FastNonCubeSum CellAddr Calc") \
+  unused(QX_MPP_FASTNONCUBESUM_MEASURE, "Parallel FastNonCubeSum Measure") \
+  unused(QX_MPP_JOIN_SUMMARY_MEASURE, "Parallel Summary Measure") \
+  unused(QX_MPP_JOIN_SUMMARY_ADD_DIMENSION_FILTER, "Parallel Summary Dimension addition") \
+  unused(QX_MPP_SINGLE_JOINKEY_SORT_TRANSFER, "Parallel Single JoinKey Sort Transfer") \
+  unused(QX_MPP_MULTI_CELLADDR_SORT_COUNTUP, "Parallel Multi Sort CountUp") \
+  unused(QX_MPP_MULTI_CELLSORT_SORT_TRANSFER, "Parallel Multi Sort Transfer") \
+  unused(QX_MPP_CELLADDR_SORT_STEP2, "Parallel Multi Sort by 2 Step") \
+  unused(QX_MPP_JOIN_SETUP_AGGR, "Parallel join setup Aggr") \
+  unused(QX_MPP_JOIN_UNIQUE, "Parallel Join Unique") \
+  unused(QX_MPP_JOIN_MERGE_LIST, "Parallel Join Merge ") \
+  unused(QX_MPP_COUNTUP_STEP1, "Parallel CountUp Step1") \
+  unused(QX_MPP_COUNTUP_STEP2, "Parallel CountUp Step2") \
+  unused(QX_MPP_NONCUBE_MEASURE_FINIT, "Parallel Fast Summary Measure Finit") \
+  unused(QX_MPP_NONCUBE_MEASURE, "Parallel Fast Summary Measure2") \
+  unused(QX_MPP_SINGLE_CELLADDR_SORT_COUNTUP, "Parallel Single CellSort countup") \
+  unused(QX_MPP_SINGLE_CELLSORT_SORT_TRANSFER, "Parallel Parallel Single CellSort transfer")
+// clang-format on

@@ -40,6 +40,13 @@ std::unique_ptr<TSetArray> TSetArray::CopyWithout0() const {
   return copy;
 }
 
+std::unique_ptr<TSetArray> set_like(const TSetArray& source) {
+  auto result = std::make_unique<TSetArray>(source.FArraySize, false);
+  memcpy(result->FUserArea, source.FUserArea, sizeof result->FUserArea);
+  result->SetSetName(source.GetSetName());
+  return result;
+}
+
 void TSetArray::UnregisterSortedSet(TSortedSetArray* sorted) {
   sorted_sets_.erase(std::remove(sorted_sets_.begin(), sorted_sets_.end(), sorted),
                      sorted_sets_.end());

@@ -70,4 +70,8 @@ class TSortedSetArray : public TIntArray {
   int null_count_ = 0;
 };
 
+/// A set with room for all rows of `source`, under its name and attribute block; its elements are
+/// not yet written.
+std::unique_ptr<TSetArray> set_like(const TSetArray& source);
+
 }  // namespace qxe

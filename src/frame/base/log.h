@@ -1,0 +1,33 @@
+// The text logs a client may write through the engine. No engine operation depends on them, and a
+// log that cannot be written changes no result.
+#pragma once
+
+#include "qxe.h"
+
+extern "C" {
+
+/// Writes one line, cut at 499 bytes, to the place chosen by gLogOutOption.
+QXE_API void LOG_Create(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+/// Writes one line, cut at 4351 bytes, to `file`. The first line of the process creates the file it
+/// goes to and puts a header in front. A null file makes the next line a first one again, an empty
+/// name does nothing.
+QXE_API void Log_message(const char* file, const char* format, ...)
+    __attribute__((format(printf, 2, 3)));
+}
+
+namespace qxe {
+
+/// Where LOG_Create writes: 0 nowhere, 1 standard output, 2 standard error, 3 the engine's log file
+/// ("vemohist.log" in the working directory at load). Anything else writes nowhere too.
+extern int gLogOutOption;
+/// Whether the next line creates the engine's log file instead of going to its end.
+extern bool isLogFirst;
+/// The path last given to innerQXLogInit with option 3. It is kept, but LOG_Create does not use it.
+extern char logFile[512];
+
+/// Sets gLogOutOption and with option 3 and a name also logFile: a name with "//" as it is, any
+/// other behind the working directory and "//". Always 0.
+int innerQXLogInit(int option, const char* file);
+
+}  // namespace qxe
