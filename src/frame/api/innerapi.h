@@ -3,9 +3,12 @@
 // What a call does, its arguments and its result stand in qxe.h.
 #pragma once
 
-#include "qxe.h"
+#include "storage/array.h"
 
 namespace qxe {
+
+/// Side of a join for names that may come from either.
+constexpr int kBothSides = -1;
 
 // Engine
 int innerQXGetVersion(int** version, char** copyright);
@@ -95,6 +98,8 @@ int innerQXAddRealFilter2Numeric(int table, int pos, const char* name, int type,
                                  const NumericInfo& info);
 
 // Scale and rounding of decimals
+/// 0, or QX_ERROR_PARAMETER after logging under `layer`.
+int check_numeric_info(const char* layer, const NumericInfo* info);
 int innerQXGetNumericInfo(int table, int filter, NumericInfo* info, char* name);
 int innerQXSetNumericInfo(int table, int filter, const NumericInfo* info);
 
@@ -109,15 +114,14 @@ int innerQXGetRowNo1M(int table, int set, int first, int count, int* out);
 int innerQXGetVNoList(int table, int filter, int set, int* out);
 
 // Reading blocks of up to 128 rows
-int innerQXGetData1M(int table, int filter, int set, int first, int* type, int* count,
-                     void* values, char* strings);
+int innerQXGetData1M(int table, int filter, int set, int first, int* type, int* count, void* values,
+                     char* strings);
 int innerQXGetData1MEx(int table, int filter, int set, int first, int* type, int* count,
                        void* values, char* strings, int size);
 int innerQXGetData1MExPtr(int table, int filter, int set, int first, int* type, int* count,
                           long* values);
 /// Decimals alone, without their info.
-int innerQXGetData1MNumeric(int table, int filter, int set, int first, int* count,
-                            Numeric* values);
+int innerQXGetData1MNumeric(int table, int filter, int set, int first, int* count, Numeric* values);
 
 // Searches
 int innerQXSearchByField(int table, int filter, int set, int ope, const char* value1,
@@ -136,5 +140,14 @@ int innerQXSearch(int table, int filter, int set, const unsigned char* flags);
 int innerQXSortByField(int table, int filter, int set, int dir);
 int innerQXSortByRowNo(int table, int filter, int set, int dir);
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order);
+
+/// Copies the attribute block whose address `get(&area)` finds.
+template <class Get>
+int copy_area(void* out, Get&& get) {
+  void* area = nullptr;
+  const int status = get(&area);
+  if (status >= 0) memcpy(out, area, TBaseArray::kUserAreaSize);
+  return status;
+}
 
 }  // namespace qxe

@@ -40,24 +40,24 @@ void describe(TBaseTable& table, int filter, TFilter& column, _TRFilterInfo* out
 }  // namespace
 
 int innerQXGetFilter(int table, int filter, _TFilterInfo* out) {
-  return with_filter({.layer = "QXGetFilter"}, table, filter,
-                     [&](TBaseTable& target, TFilter& column) {
-                       _TRFilterInfo info;
-                       describe(target, filter, column, &info);
-                       const TStrArray* const texts = text_list(column);
-                       *out = {.rowCount = column.PVL->FArraySize,
-                               .pv = column.PVL->PIntAr(),
-                               .type = info.type,
-                               .unitSize = info.unitSize,
-                               .valueCount = info.valueCount,
-                               .values = const_cast<void*>(column.VL->data()),
-                               .pool = texts == nullptr ? nullptr : const_cast<char*>(texts->pool()),
-                               .name = {},
-                               .orgTableId = column.FOrgTblID,
-                               .orgFilterId = column.FOrgFltID};
-                       memcpy(out->name, info.name, sizeof out->name);
-                       return 0;
-                     });
+  return with_filter(
+      {.layer = "QXGetFilter"}, table, filter, [&](TBaseTable& target, TFilter& column) {
+        _TRFilterInfo info;
+        describe(target, filter, column, &info);
+        const TStrArray* const texts = text_list(column);
+        *out = {.rowCount = column.PVL->FArraySize,
+                .pv = column.PVL->PIntAr(),
+                .type = info.type,
+                .unitSize = info.unitSize,
+                .valueCount = info.valueCount,
+                .values = const_cast<void*>(column.VL->data()),
+                .pool = texts == nullptr ? nullptr : const_cast<char*>(texts->pool()),
+                .name = {},
+                .orgTableId = column.FOrgTblID,
+                .orgFilterId = column.FOrgFltID};
+        memcpy(out->name, info.name, sizeof out->name);
+        return 0;
+      });
 }
 
 int innerQXGetFilterInfo(int table, int filter, _TRFilterInfo* out) {
@@ -157,15 +157,15 @@ int innerQXGetFilterAttr(int table, int filter, void** out, bool valueList) {
 }
 
 int innerQXSetFilterAttr(int table, int filter, const void* in, bool valueList) {
-  return with_filter(
-      {.layer = "QXSetFilterAttr", .access = Access::kChange, .saved = &g_TFSaved}, table, filter,
-      [&](TBaseTable&, TFilter& column) {
-        if (valueList) {
-          return set_value_list_area(*column.VL, static_cast<const unsigned char*>(in));
-        }
-        memcpy(column.PVL->FUserArea, in, sizeof column.PVL->FUserArea);
-        return 0;
-      });
+  return with_filter({.layer = "QXSetFilterAttr", .access = Access::kChange, .saved = &g_TFSaved},
+                     table, filter, [&](TBaseTable&, TFilter& column) {
+                       if (valueList) {
+                         return set_value_list_area(*column.VL,
+                                                    static_cast<const unsigned char*>(in));
+                       }
+                       memcpy(column.PVL->FUserArea, in, sizeof column.PVL->FUserArea);
+                       return 0;
+                     });
 }
 
 }  // namespace qxe

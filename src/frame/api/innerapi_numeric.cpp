@@ -10,6 +10,8 @@ namespace qxe {
 
 namespace {
 
+constexpr int kMaxScale = 38;
+
 int check_decimal(const char* layer, const TFilter& column) {
   if (column.VL->GetDataType() == QX_DT_DECIMAL) return 0;
   return report(layer, QX_ERROR_NO_JOIN_FILTER, "Invalid Filter Type (Not NumericType)");
@@ -97,15 +99,13 @@ int innerQXSetNumericInfo(int table, int filter, const NumericInfo* info) {
   static constexpr char kLayer[] = "QXSetNumericInfo";
   const int status = check_numeric_info(kLayer, info);
   if (status < 0) return status;
-  return with_filter({.layer = kLayer,
-                      .kind = TableKind::kReal,
-                      .access = Access::kEdit,
-                      .saved = &g_TFSaved},
-                     table, filter, [&](TBaseTable&, TFilter& column) {
-                       const int kind = check_decimal(kLayer, column);
-                       if (kind >= 0) innerQXNumericFltUpDate(column, *info);
-                       return kind;
-                     });
+  return with_filter(
+      {.layer = kLayer, .kind = TableKind::kReal, .access = Access::kEdit, .saved = &g_TFSaved},
+      table, filter, [&](TBaseTable&, TFilter& column) {
+        const int kind = check_decimal(kLayer, column);
+        if (kind >= 0) innerQXNumericFltUpDate(column, *info);
+        return kind;
+      });
 }
 
 }  // namespace qxe

@@ -140,8 +140,9 @@ struct Block128 {
   int* count;
 };
 
-/// Reads rows until `read(table, position)` fails or `put(table, i)` finds no room. The result is that of
-/// the first read: running off the end of the set later is a normal stop, though it leaves an entry.
+/// Reads rows until `read(table, position)` fails or `put(table, i)` finds no room. The result is
+/// that of the first read: running off the end of the set later is a normal stop, though it leaves
+/// an entry.
 template <class Read, class Put>
 int read_block(const Block128& block, Read&& read, Put&& put) {
   static constexpr char kLayer[] = "QXGetData1";
@@ -181,8 +182,7 @@ class BlockBuffers {
         append(cell, size);
         return true;
       default:
-        throw CQXException(
-            report("RQXGetData1M", QX_ERROR_INNER_ENGINE, "Error (Inner Engine)"));
+        throw CQXException(report("RQXGetData1M", QX_ERROR_INNER_ENGINE, "Error (Inner Engine)"));
     }
   }
 
@@ -218,15 +218,16 @@ int read_values(const Block128& block, int* type, void* values, char* strings, i
         return size;
       },
       [&](TBaseTable& target, int i) {
-        if (i == 0 && *type == QX_DT_DECIMAL) buffers.append(&info_of(target, block.filter), sizeof(NumericInfo));
+        if (i == 0 && *type == QX_DT_DECIMAL)
+          buffers.append(&info_of(target, block.filter), sizeof(NumericInfo));
         return buffers.put(i, *type, cell, size);
       });
 }
 
 }  // namespace
 
-int innerQXGetData1M(int table, int filter, int set, int first, int* type, int* count,
-                     void* values, char* strings) {
+int innerQXGetData1M(int table, int filter, int set, int first, int* type, int* count, void* values,
+                     char* strings) {
   return read_values({table, filter, set, first, count}, type, values, strings,
                      TStrArray::kMaxText + 1);
 }

@@ -27,8 +27,8 @@ int search_values(const char* layer, int table, int ope, const char* value1, con
   });
 }
 
-int search_by_field(const char* layer, int table, int filter, int set, int ope,
-                    const char* value1, const char* value2) {
+int search_by_field(const char* layer, int table, int filter, int set, int ope, const char* value1,
+                    const char* value2) {
   return search_values(layer, table, ope, value1, value2, [&](TBaseTable& target) {
     return target.SearchByField(filter, set, ope, value1, value2);
   });
@@ -43,14 +43,13 @@ int innerQXSearchByField(int table, int filter, int set, int ope, const char* va
 
 int innerQXSearchByField2(int table, int filter, int set, int ope, const char* value1,
                           const char* value2) {
-  return search_values(
-      "QXSearchByField2", table, ope, value1, value2, [&](TBaseTable& target) {
-        const TFilter* const column = target.GetFilter(filter);
-        if (column == nullptr) return QX_ERROR_NO_FILTER;
-        return column->data_type() == QX_DT_STRING
-                   ? target.SearchByField2(filter, set, ope, value1, value2)
-                   : target.SearchByField(filter, set, ope, value1, value2);
-      });
+  return search_values("QXSearchByField2", table, ope, value1, value2, [&](TBaseTable& target) {
+    const TFilter* const column = target.GetFilter(filter);
+    if (column == nullptr) return QX_ERROR_NO_FILTER;
+    return column->data_type() == QX_DT_STRING
+               ? target.SearchByField2(filter, set, ope, value1, value2)
+               : target.SearchByField(filter, set, ope, value1, value2);
+  });
 }
 
 int innerQXSearchByFieldSJIS(int table, int filter, int set, int ope, const char* value1,
@@ -72,10 +71,9 @@ int innerQXSearchByFieldLocale(int table, int filter, int set, int ope, const ch
 }
 
 int innerQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2) {
-  return with_table({.layer = "QXSearchByRowNo", .saved = &g_TFSSaved}, table,
-                    [&](TBaseTable& target) {
-                      return target.SearchByRecNo(filter, set, ope, n1, n2);
-                    });
+  return with_table(
+      {.layer = "QXSearchByRowNo", .saved = &g_TFSSaved}, table,
+      [&](TBaseTable& target) { return target.SearchByRecNo(filter, set, ope, n1, n2); });
 }
 
 int innerQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2) {

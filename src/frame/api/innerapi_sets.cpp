@@ -80,14 +80,14 @@ int check_rows(const TBaseTable& table, int count, const int* rows) {
 }  // namespace
 
 int innerQXAddSetReal(int table, int count, const int* rows) {
-  return with_real_table(
-      {.layer = "QXAddSetReal", .saved = &g_TFSSaved}, table, [&](TRealTable& target) {
-        const int status = check_rows(target, count, rows);
-        if (status < 0) return status;
-        auto set = std::make_unique<TSetArray>(count, false);
-        std::copy_n(rows, count, set->PIntAr());
-        return target.AddSetWithoutCopy(std::move(set));
-      });
+  return with_real_table({.layer = "QXAddSetReal", .saved = &g_TFSSaved}, table,
+                         [&](TRealTable& target) {
+                           const int status = check_rows(target, count, rows);
+                           if (status < 0) return status;
+                           auto set = std::make_unique<TSetArray>(count, false);
+                           std::copy_n(rows, count, set->PIntAr());
+                           return target.AddSetWithoutCopy(std::move(set));
+                         });
 }
 
 int innerQXDeleteSet(int table, int set) {

@@ -21,15 +21,13 @@ int sort_rows(const char* layer, int table, int dir, Sort&& sort) {
 }  // namespace
 
 int innerQXSortByField(int table, int filter, int set, int dir) {
-  return sort_rows("QXSortByField", table, dir, [&](TBaseTable& target) {
-    return target.SortByField(filter, set, dir);
-  });
+  return sort_rows("QXSortByField", table, dir,
+                   [&](TBaseTable& target) { return target.SortByField(filter, set, dir); });
 }
 
 int innerQXSortByRowNo(int table, int filter, int set, int dir) {
-  return sort_rows("QXSortByRowNo", table, dir, [&](TBaseTable& target) {
-    return target.SortByRecNo(filter, set, dir);
-  });
+  return sort_rows("QXSortByRowNo", table, dir,
+                   [&](TBaseTable& target) { return target.SortByRecNo(filter, set, dir); });
 }
 
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order) {

@@ -17,9 +17,8 @@ int innerQXGetNTable() {
 }
 
 int innerQXGenerateTableName(const char* seed, char* out) {
-  return with_collection({.layer = "QXGenerateTableName"}, [&](TTableCollection& tables) {
-    return tables.GenTableName(seed, out);
-  });
+  return with_collection({.layer = "QXGenerateTableName"},
+                         [&](TTableCollection& tables) { return tables.GenTableName(seed, out); });
 }
 
 int innerQXGenTableName(const char* seed, char** out) {
@@ -33,8 +32,7 @@ int innerQXAddRealTable(const char* name, int rows) {
   return with_collection(
       {.layer = "QXAddRealTable", .saved = &g_TFSaved}, [&](TTableCollection& tables) {
         char valid[TBaseTable::kNameSize];
-        const int status =
-            ValidateNames(name, TTableCollection::GeneratedName::kRealTable, valid);
+        const int status = ValidateNames(name, TTableCollection::GeneratedName::kRealTable, valid);
         return status < 0 ? status : tables.AddRealTable(valid, rows);
       });
 }

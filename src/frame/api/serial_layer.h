@@ -30,10 +30,10 @@ struct FailureText {
 };
 
 struct LayerCall {
-  const char* layer;                       // name of the ring entries
-  TableKind kind = TableKind::kBase;       // kBase: any
-  Access access = Access::kRead;           //
-  bool* saved = nullptr;                   // cleared on success
+  const char* layer;                        // name of the ring entries
+  TableKind kind = TableKind::kBase;        // kBase: any
+  Access access = Access::kRead;            //
+  bool* saved = nullptr;                    // cleared on success
   std::span<const FailureText> texts = {};  // entries of some failures instead of the usual words
 };
 
