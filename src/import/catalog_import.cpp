@@ -4,9 +4,7 @@
 
 #include "import/catalog_text.h"
 #include "import/multithread_import.h"
-#include "import/plain_text_parser.h"
 #include "parallel/smpengine.h"
-#include "tables/realtables.h"
 #include "tables/table_collection.h"
 
 namespace qxe {
@@ -15,24 +13,11 @@ namespace {
 
 constexpr const char* kDataFile = "SrcData.dat";
 
-[[noreturn]] void refuse(const char* argument) {
-  throw CQXException(QX_ERROR_FILE, "Invalid Parameter : %s", argument);
-}
-
-void check_path(const char* path, const char* argument) {
-  if (path == nullptr || strlen(path) > kMaxImportName) refuse(argument);
-}
-
-void check_file_name(const char* name, const char* argument) {
-  check_path(name, argument);
-  if (*name == '\0') refuse(argument);
-}
-
 /// The directory from the root. Nothing is opened by a relative name, so the working directory of
 /// the process stays.
 std::string reached_directory(const char* directory, const char* argument) {
   std::string path = CnvRelativeToAbsolute(directory);
-  if (!is_reachable_directory(path)) refuse(argument);
+  if (!is_reachable_directory(path)) refuse_argument(argument);
   return path;
 }
 
@@ -114,33 +99,12 @@ int add_catalog_file_ex2(const char* catalogDir, const char* catalog, const char
   return logged_import([&] {
     if (!is_reachable_directory(data_path)) {
       LogMsg("PATH  [%s] MISSING", data_path.c_str());
-      refuse("FilePath");
+      refuse_argument("FilePath");
     }
     raised(ENG->collection()->CheckTableName(tableName == nullptr ? "" : tableName));
     parser.readInfo(build_AbsoluteName(path, catalog));
     return add_table(parser, build_AbsoluteName(data_path, dataFile), tableName);
   });
-}
-
-int addFilterFromFile(TRealTable& table, int position, const char* name, int type, int rows,
-                      const char* directory, const char* file, const NumericInfo& info) {
-  check_path(directory, "pFilePath");
-  check_file_name(file, "pFileName");
-  if (table.GetNFilter() >= TBaseTable::kMaxFilters) {
-    throw CQXException(QX_ERROR_FILTER_COUNT, "FilterCount overflow");
-  }
-  if (rows < 0) throw CQXException(QX_ERROR_ROW_SIZE, "Invalid Parameter : RowCount(%d)", rows);
-  char valid_name[TBaseTable::kNameSize];
-  raised(ValidateNames(name, TTableCollection::GeneratedName::kFilter, valid_name));
-  const std::string path = CnvRelativeToAbsolute(directory);
-  const std::string file_path = build_AbsoluteName(path, file);
-  LOGOBJ.setFileName(build_AbsoluteName(path, CErrorLog::kDefaultName).c_str());
-  CErrorLog::isBegin = true;
-  const DataLayout layout = CPlainTextParser::layout_of({valid_name, type, 0, 0, info});
-  CatalogErrorInfo errors;
-  CPlainTextParser parser(layout, file_path, errors);
-  return raised(table.AddFilter(
-      position, valid_name, parser.parse_txt2(std::min(rows, table.TotalRecs()), table.TotalRecs())));
 }
 
 }  // namespace qxe

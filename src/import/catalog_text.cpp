@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "qxe.h"
+#include "frame/base/exception.h"
 
 namespace qxe {
 
@@ -71,6 +71,20 @@ bool is_reachable_directory(const std::string& directory) {
   struct stat info;
   return stat(directory.c_str(), &info) == 0 && S_ISDIR(info.st_mode) &&
          access(directory.c_str(), X_OK) == 0;
+}
+
+void refuse_argument(const char* argument) {
+  throw CQXException(QX_ERROR_FILE, "Invalid Parameter : %s", argument);
+}
+
+void check_path(const char* path, const char* argument) {
+  constexpr size_t kMaxPath = 511;
+  if (path == nullptr || strlen(path) > kMaxPath) refuse_argument(argument);
+}
+
+void check_file_name(const char* name, const char* argument) {
+  check_path(name, argument);
+  if (*name == '\0') refuse_argument(argument);
 }
 
 }  // namespace qxe

@@ -1,4 +1,4 @@
-// Small text rules of catalogs: tokens, quotes, names of files and rounding modes.
+// Small text rules of imports: tokens and quotes, names of rounding modes, files and directories.
 #pragma once
 
 #include <string>
@@ -6,9 +6,6 @@
 #include <vector>
 
 namespace qxe {
-
-/// Longest directory or file name that an import takes, in bytes.
-constexpr size_t kMaxImportName = 511;
 
 /// Drops every space and carriage return: no name or value of a catalog can hold one.
 std::string removeSpaceCR(std::string_view line);
@@ -29,5 +26,13 @@ std::string CnvRelativeToAbsolute(std::string_view directory);
 std::string build_AbsoluteName(std::string_view directory, std::string_view name);
 /// Whether there is such a directory and it can be entered.
 bool is_reachable_directory(const std::string& directory);
+
+
+// The arguments of calls. A failure throws QX_ERROR_FILE and names the argument.
+[[noreturn]] void refuse_argument(const char* argument);
+/// A directory or file name of at most 511 bytes; null is none.
+void check_path(const char* path, const char* argument);
+/// A path that is not empty.
+void check_file_name(const char* name, const char* argument);
 
 }  // namespace qxe

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "qxe.h"
-
 namespace qxe {
 
 namespace {

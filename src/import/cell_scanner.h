@@ -14,6 +14,7 @@
 #endif
 
 #include "import/mapped_file.h"
+#include "qxe.h"
 
 namespace qxe {
 

@@ -81,7 +81,7 @@ void CCMultiThreadImport::collect_shares(int status) {
     rows_ += share->parser->rows();
   }
   if (lines >= kMaxRows) {
-    LogMsg(CatalogErrTable[kErrMaxRows].text, static_cast<int>(kMaxRows));
+    LogMsg(CatalogErrTable[kErrMaxRows], static_cast<int>(kMaxRows));
     throw CQXException(QX_ERROR_TEXT_ROWS);
   }
 }
