@@ -7,8 +7,8 @@
 // clang-format off
 #define RQX_TASKS(task, unused) \
   unused(QX_MPP_DUMMY, "Dummy") \
-  unused(QX_MPP_IMPORT_PARSE, "Parallel Import Step1") \
-  unused(QX_MPP_IMPORT_MERGE, "Parallel Import Step2") \
+  task(QX_MPP_IMPORT_PARSE, "Parallel Import Step1", mpp_import_step1) \
+  task(QX_MPP_IMPORT_MERGE, "Parallel Import Step2", mpp_import_step2) \
   unused(QX_MPP_EXPORT, "Parallel Export ") \
   task(QX_MPP_SINGLE_SORT_COUNTUP, "Parallel Single Sort CountUp", mpp_single_sort_countup) \
   task(QX_MPP_SINGLE_SORT_TRANSFER, "Parallel Single Sort Transfer", mpp_single_sort_transfer) \
