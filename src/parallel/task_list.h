@@ -9,7 +9,7 @@
   unused(QX_MPP_DUMMY, "Dummy") \
   unused(QX_MPP_IMPORT_PARSE, "Parallel Import Step1") \
   unused(QX_MPP_IMPORT_MERGE, "Parallel Import Step2") \
-  unused(QX_MPP_EXPORT, "Parallel Export ") \
+  task(QX_MPP_EXPORT, "Parallel Export ", mpp_export_createCsv) \
   unused(QX_MPP_SINGLE_SORT_COUNTUP, "Parallel Single Sort CountUp") \
   unused(QX_MPP_SINGLE_SORT_TRANSFER, "Parallel Single Sort Transfer") \
   unused(QX_MPP_MULTI_SORT_COUNTUP, "Parallel Multi Sort CountUp") \
