@@ -34,7 +34,10 @@ std::string decimal_part(const TNumericArray& values, const EXPTFMT_t* format) {
   if (format != nullptr && format->decimals >= 0 && format->decimals <= kMaxScale) {
     info = {format->decimals, format->rounding};
   }
-  return "\t" + std::to_string(info.scale) + "\t" + TransNumericRoundType2Str(info.rounding);
+  std::string part("\t");
+  part.append(std::to_string(info.scale)).append("\t");
+  part.append(TransNumericRoundType2Str(info.rounding));
+  return part;
 }
 
 std::string column_line(TBaseTable& table, int id, const ExportFormats& formats) {
@@ -43,17 +46,21 @@ std::string column_line(TBaseTable& table, int id, const ExportFormats& formats)
   table.FilterID2Name(id, table_name, name);
   const TBaseArray& values = *table.GetFilter(id)->VL;
   const int type = ArrayDataTypeEx(values);
-  std::string line = std::string(1, type_letter(type)) + "\t" + kWidth + "\t" + name;
+  std::string line(1, type_letter(type));
+  line.append("\t").append(kWidth).append("\t").append(name);
   if (type == QX_DT_DECIMAL) {
     line += decimal_part(static_cast<const TNumericArray&>(values), find_format(formats, name));
   }
-  return line + "\n";
+  line += '\n';
+  return line;
 }
 
 std::string head_lines(char separator) {
   char code[32];
   getDBCharCode(code, false);
-  return std::string(separator == '\t' ? "//TAB" : "//CSV") + "\n//" + code + "\n";
+  std::string lines(separator == '\t' ? "//TAB" : "//CSV");
+  lines.append("\n//").append(code).append("\n");
+  return lines;
 }
 
 int write_text(const std::string& path, const std::string& text) {

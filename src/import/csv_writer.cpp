@@ -93,7 +93,11 @@ void CsvColumn::cache_texts(long rows) {
   cache_ = std::move(texts);
 }
 
-void CsvColumn::prefetch(const int* numbers, int count) const {
+inline const char* CsvColumn::string(int number) const {
+  return (number >= 0 ? pool_ : tail_pool_) + value<long>(number);
+}
+
+inline void CsvColumn::prefetch(const int* numbers, int count) const {
   if (list_size_ <= kMaxCachedValues) return;
   const int unit = filter_->VL->FUnitSize;
   for (int i = 0; i < count; ++i) {
@@ -101,10 +105,6 @@ void CsvColumn::prefetch(const int* numbers, int count) const {
   }
   if (!is_string()) return;
   for (int i = 0; i < count; ++i) __builtin_prefetch(string(numbers[i]));
-}
-
-const char* CsvColumn::string(int number) const {
-  return (number >= 0 ? pool_ : tail_pool_) + value<long>(number);
 }
 
 char* CsvColumn::put(int number, char* out) const {
