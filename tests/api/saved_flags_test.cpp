@@ -44,7 +44,7 @@ int rows[] = {1};
 int one = 1;
 int keys[] = {1, 0};
 int dirs[] = {0, 0};
-NumericInfo info = {3, QX_ROUND_HALFUP};
+NumericInfo finer = {3, QX_ROUND_HALFUP};
 char* value() {
   return reinterpret_cast<char*>(&one);
 }
@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
             kTables},
         ChangeCase{
             "NumericInfo",
-            [](const TestTable& table) { return RQXSetNumericInfo(table.id(), 2, &info, false); },
+            [](const TestTable& table) { return RQXSetNumericInfo(table.id(), 2, &finer, false); },
             kTables},
         ChangeCase{"AddSet",
                    [](const TestTable& table) { return RQXAddSetReal(table.id(), 1, rows); },
