@@ -19,8 +19,8 @@ void CWorkThread::setup_task(int task) {
 }
 
 void CWorkThread::resume() {
+  keep_alive();  // a thread that ended while parked is replaced before it has something to lose
   running_ = true;
-  keep_alive();
   gate_.release();
 }
 
@@ -73,7 +73,9 @@ void CWorkThread::thread_mainloop() {
   for (;;) {
     gate_.acquire();
     if (task_ == 0) return;
-    notify_finish(mpp_func_map[task_].function(&param_));
+    const TaskFunction function = mpp_func_map[task_].function;
+    if (function == nullptr) throw CQXException(QX_ERROR_INNER_ENGINE);
+    notify_finish(function(&param_));
   }
 }
 
