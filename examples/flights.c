@@ -39,7 +39,10 @@ typedef struct Grid {
 } Grid;
 
 static void set_cell(Grid* grid, int row, int column, const char* text) {
-  snprintf(grid->cells[row][column], kCellSize, "%s", text);
+  size_t length = strlen(text);
+  if (length >= kCellSize) length = kCellSize - 1;
+  memcpy(grid->cells[row][column], text, length);
+  grid->cells[row][column][length] = '\0';
 }
 
 static void set_title(Grid* grid, int column, const char* text, bool is_number) {
