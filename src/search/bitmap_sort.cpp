@@ -25,7 +25,7 @@ int* put_upward(uint64_t bits, int first_row, int* out) {
 
 int* put_downward(uint64_t bits, int first_row, int* out) {
   while (bits != 0) {
-    const int top = std::bit_width(bits) - 1;
+    const int top = kWordBits - 1 - std::countl_zero(bits);
     *out++ = first_row + top;
     bits ^= uint64_t{1} << top;
   }

@@ -63,8 +63,8 @@ struct SortBucketsParams {
 
 template <class Key>
 int run_countup(void* block) {
-  return run_task<CountupParams<Key>>(
-      block, [](auto& p) { countup(p.source, p.slice, p.counters); });
+  return run_task<CountupParams<Key>>(block,
+                                      [](auto& p) { countup(p.source, p.slice, p.counters); });
 }
 
 template <class Key>
@@ -85,8 +85,7 @@ inline int run_sort_buckets(void* block) {
 
 /// Counts all rows and turns the counts into start positions.
 template <class Key>
-BucketCounters mpp_form_starts(TaskId id, const KeyedRows<Key>& source, int n,
-                               int* bucket_starts) {
+BucketCounters mpp_form_starts(TaskId id, const KeyedRows<Key>& source, int n, int* bucket_starts) {
   SlicedTask<CountupParams<Key>> task(id, n, ENG->rows_per_worker());
   BucketCounters counters(task.workers(), source.buckets);
   task.run([&](Slice slice, int worker) {

@@ -16,10 +16,12 @@ constexpr long kCountersPerRow = 8;
 // Then a bucket has some 4096 rows, and a pass at most as many counters.
 constexpr int kBucketRowBits = 12;
 constexpr int kMaxPassBits = 12;
+// Above a thousand write positions the first step loses more than a later pass costs.
+constexpr int kMaxLongFirstBits = 9;
 
 /// ceil(log2(count)) - 1, and -1 below 2: a step's share of the cache in bits.
 int step_bits(long count) {
-  return count < 2 ? -1 : std::bit_width(static_cast<uint64_t>(count - 1)) - 1;
+  return count < 2 ? -1 : ConvertFromVLtoBitsize(static_cast<uint64_t>(count - 1)) - 1;
 }
 
 /// Write positions of the first step: a cache line each, in a fifth of the cache.
@@ -37,7 +39,7 @@ int second_step_bits(uint64_t nValues, long n) {
 }  // namespace
 
 int ConvertFromVLtoBitsize(uint64_t highest) {
-  return std::bit_width(highest);
+  return static_cast<int>(std::bit_width(highest));
 }
 
 int build_radix_info(uint64_t nValues, long n, _RADIX_INFO_* info) {
@@ -59,7 +61,7 @@ int build_n_filter_radix_info(uint64_t limit, long n, _RADIX_INFO_* info) {
   const bool sparse = n >> info->first_bits < (1L << info->low_bits) / kCountersPerRow;
   if (info->bits <= kMaxTwoStepBits && !sparse) return 2;
   const int paying = ConvertFromVLtoBitsize(static_cast<uint64_t>(n)) - kBucketRowBits;
-  info->first_bits = std::clamp(paying, kMinFirstBits, std::max(first_step_bits(), kMinFirstBits));
+  info->first_bits = std::clamp(paying, kMinFirstBits, kMaxLongFirstBits);
   info->low_bits = std::max(info->bits - info->first_bits, 0);
   info->low_passes = std::max((info->low_bits + kMaxPassBits - 1) / kMaxPassBits, 1);
   return info->low_passes > 1 ? 3 : 2;

@@ -11,14 +11,6 @@ namespace qxe {
 
 namespace {
 
-/// Room for the sorted rows of `source`, with its attribute block and name.
-std::unique_ptr<TSetArray> set_like(const TSetArray& source) {
-  auto set = std::make_unique<TSetArray>(source.FArraySize, false);
-  std::copy(std::begin(source.FUserArea), std::end(source.FUserArea), set->FUserArea);
-  set->SetSetName(source.GetSetName());
-  return set;
-}
-
 using CountingSortFunction = void (*)(int, int, const int*, int*, const int*, int);
 
 /// Sorts `set` by `filter` and registers the result.

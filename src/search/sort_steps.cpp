@@ -25,8 +25,20 @@ struct Digit {
 /// Makes `counters` the start positions of the words' digits.
 void form_digit_starts(const uint64_t* words, long n, Digit digit, int* counters) {
   std::fill_n(counters, digit.mask + 1, 0);
+#pragma GCC unroll 4
   for (long i = 0; i < n; ++i) ++counters[digit(words[i])];
   Aggregate(QX_SORT_ASC, static_cast<int>(digit.mask) + 1, counters, counters);
+}
+
+void move_words(const uint64_t* words, long n, Digit digit, int* starts, uint64_t* to) {
+#pragma GCC unroll 4
+  for (long i = 0; i < n; ++i) to[starts[digit(words[i])]++] = words[i];
+}
+
+void move_rows(const uint64_t* words, long n, Digit digit, int* __restrict starts,
+               WordLayout layout, int* __restrict out) {
+#pragma GCC unroll 4
+  for (long i = 0; i < n; ++i) out[starts[digit(words[i])]++] = layout.row(words[i]);
 }
 
 /// Sorts the buckets of one worker; keeps counters and a second place for words between them.
@@ -62,13 +74,12 @@ class BucketSorter {
     for (int pass = 0; pass < radix_.low_passes - 1; ++pass) {
       const Digit digit = digit_of(pass);
       form_digit_starts(from, n, digit, counters);
-      for (long i = 0; i < n; ++i) to[counters[digit(from[i])]++] = from[i];
+      move_words(from, n, digit, counters, to);
       std::swap(from, to);
     }
     const Digit digit = digit_of(radix_.low_passes - 1);
-    const WordLayout layout = layout_;
     form_digit_starts(from, n, digit, counters);
-    for (long i = 0; i < n; ++i) out[counters[digit(from[i])]++] = layout.row(from[i]);
+    move_rows(from, n, digit, counters, layout_, out);
   }
 
   Digit digit_of(int pass) const {

@@ -53,9 +53,7 @@ struct WordLayout {
   uint64_t pack(uint64_t key, int row) const {
     return key << row_bits | static_cast<uint64_t>(row);
   }
-  int row(uint64_t word) const {
-    return static_cast<int>(word & ((uint64_t{1} << row_bits) - 1));
-  }
+  int row(uint64_t word) const { return static_cast<int>(word & ((uint64_t{1} << row_bits) - 1)); }
 };
 
 /// For keys below 2^32 and any rows.
@@ -82,20 +80,41 @@ struct KeyedRows {
   int buckets;    // in all
 };
 
+/// keys[i] = base + the sum of weight * pv(i) over the digits; `pv_of(digit)` gives pv.
+template <class Key, class PvOf>
+void combine_digits(const SortKey& sort_key, long n, Key* keys, PvOf&& pv_of) {
+  std::fill_n(keys, n, static_cast<Key>(sort_key.base));
+  for (const SortKey::Digit& digit : sort_key.digits) {
+    const auto pv = pv_of(digit);
+    const Key weight = static_cast<Key>(digit.weight);
+    for (long i = 0; i < n; ++i) keys[i] += weight * static_cast<Key>(pv(i));
+  }
+}
+
+/// Whether the rows are r, r + 1, r + 2, ...
+inline bool is_run(const int* rows, long n) {
+  int gaps = 0;
+  for (long i = 1; i < n; ++i) gaps |= rows[i] - rows[i - 1] - 1;
+  return gaps == 0;
+}
+
 /// keys[i] = the key of rows[i].
 template <class Key>
 void gather_keys(const SortKey& sort_key, const int* rows, long n, Key* keys) {
-  const Key base = static_cast<Key>(sort_key.base);
-  for (long i = 0; i < n; ++i) keys[i] = base;
-  for (const SortKey::Digit& digit : sort_key.digits) {
-    const int* const pv = digit.pv;
-    const Key weight = static_cast<Key>(digit.weight);
-    for (long i = 0; i < n; ++i) keys[i] += weight * static_cast<Key>(pv[rows[i]]);
+  if (is_run(rows, n)) {  // without row numbers the loop is vectorized
+    combine_digits(sort_key, n, keys, [=](const SortKey::Digit& digit) {
+      return [pv = digit.pv + *rows](long i) { return pv[i]; };
+    });
+  } else {
+    combine_digits(sort_key, n, keys, [=](const SortKey::Digit& digit) {
+      return [pv = digit.pv, rows](long i) { return pv[rows[i]]; };
+    });
   }
 }
 
 template <class Key>
 void count_keys(const Key* keys, long n, int shift, int* counters) {
+#pragma GCC unroll 4
   for (long i = 0; i < n; ++i) ++counters[keys[i] >> shift];
 }
 
@@ -114,19 +133,25 @@ void countup(const KeyedRows<Key>& source, Slice slice, int* counters) {
 /// Puts each row of a slice at its bucket's next position; `starts` are the slice's own, so that
 /// slices write disjoint places.
 template <class Key>
-void transfer_rows(const KeyedRows<Key>& source, Slice slice, int* starts, int* out) {
-  for (long i = slice.begin; i < slice.end; ++i) {
-    out[starts[source.keys[i] >> source.shift]++] = source.rows[i];
-  }
+void transfer_rows(const KeyedRows<Key>& source, Slice slice, int* __restrict starts,
+                   int* __restrict out) {
+  const Key* const keys = source.keys;
+  const int* const rows = source.rows;
+  const int shift = source.shift;
+#pragma GCC unroll 4
+  for (long i = slice.begin; i < slice.end; ++i) out[starts[keys[i] >> shift]++] = rows[i];
 }
 
 /// The same with the key beside the row.
 template <class Key>
 void transfer_words(const KeyedRows<Key>& source, Slice slice, int* starts, WordLayout layout,
                     uint64_t* words) {
+  const Key* const keys = source.keys;
+  const int* const rows = source.rows;
+  const int shift = source.shift;
+#pragma GCC unroll 4
   for (long i = slice.begin; i < slice.end; ++i) {
-    const Key key = source.keys[i];
-    words[starts[key >> source.shift]++] = layout.pack(key, source.rows[i]);
+    words[starts[keys[i] >> shift]++] = layout.pack(keys[i], rows[i]);
   }
 }
 
