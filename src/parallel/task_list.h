@@ -7,8 +7,8 @@
 // clang-format off
 #define RQX_TASKS(task, unused) \
   unused(QX_MPP_DUMMY, "Dummy") \
-  unused(QX_MPP_IMPORT_PARSE, "Parallel Import Step1") \
-  unused(QX_MPP_IMPORT_MERGE, "Parallel Import Step2") \
+  task(QX_MPP_IMPORT_PARSE, "Parallel Import Step1", mpp_import_step1) \
+  task(QX_MPP_IMPORT_MERGE, "Parallel Import Step2", mpp_import_step2) \
   unused(QX_MPP_EXPORT, "Parallel Export ") \
   task(QX_MPP_SINGLE_SORT_COUNTUP, "Parallel Single Sort CountUp", mpp_single_sort_countup) \
   task(QX_MPP_SINGLE_SORT_TRANSFER, "Parallel Single Sort Transfer", mpp_single_sort_transfer) \
@@ -22,8 +22,8 @@
   unused(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ") \
   unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
   unused(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ") \
-  unused(QX_MPP_MERGE_LIST, "Parallel Merge ") \
-  unused(QX_MPP_COMPILE, "Parallel Compile ") \
+  task(QX_MPP_MERGE_LIST, "Parallel Merge ", mpp_merge_list) \
+  task(QX_MPP_COMPILE, "Parallel Compile ", mpp_compile) \
   unused(QX_MPP_TYPECONV, "Parallel Type Conversion") \
   unused(QX_MPP_INTEGRATED_CALC, "Parallel Integrated Calc") \
   unused(QX_MPP_CALC, "Parallel Calc") \
@@ -43,7 +43,7 @@
   unused(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable") \
   unused(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable") \
   task(QX_MPP_MEMCPY, "Parallel Memcpy", mpp_memcpy) \
-  unused(QX_MPP_RENUMBER, "Parallel Renumber after Merge ") \
+  task(QX_MPP_RENUMBER, "Parallel Renumber after Merge ", mpp_renumber) \
   unused(QX_MPP_CATEGORIZE, "Parallel Categorize ") \
   task(QX_MPP_MEMSET, "Parallel Memset", mpp_memset) \
   task(QX_MPP_SINGLE_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp", mpp_single_sort_n_filter_countup) \
