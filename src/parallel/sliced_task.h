@@ -45,8 +45,8 @@ int run_task(void* block, Body&& body) {
   }
 }
 
-/// `elements` divided evenly among as many workers as the work is worth; each gets a `Params`.
-/// One worker's share runs on the calling thread, so that small work wakes nobody.
+/// `elements` divided evenly among as many workers as the work is worth; each gets a `Params`. The
+/// first share runs on the calling thread, so that small work wakes nobody.
 template <class Params>
 class SlicedTask : NonCopyable {
  public:
@@ -69,11 +69,7 @@ class SlicedTask : NonCopyable {
         (*this)[i] = fill(slice);
       }
     }
-    if (workers_ == 1) {
-      raised(mpp_func_map[task_].function(&ENG->get_thread_param(0)));
-    } else {
-      ENG->run_threads_task(workers_, task_);
-    }
+    ENG->run_threads_task(workers_, task_);
   }
 
   int workers() const { return workers_; }

@@ -19,6 +19,9 @@ namespace {
 // How long a round may take before the pool looks after its threads.
 constexpr std::chrono::seconds kLostWorkerDeadline{5};
 
+// About a tenth of a millisecond, the time between two steps of one operation.
+constexpr int kSpinRounds = 2000;
+
 /// Value of a key that must be a whole number above 0; anything else counts as absent.
 int positive_setting(const char* key, int fallback) {
   char text[64];
@@ -70,7 +73,7 @@ void CSmpEngine::finit() {
 
 void CSmpEngine::ReInitialize() {
   finit();
-  setup_threads();
+  renew_workers();
   buildSystemHeader();
   renew_collection();
 }
@@ -96,9 +99,10 @@ void CSmpEngine::renew_collection() {
 
 void CSmpEngine::setup_threads() {
   workers_.reserve(static_cast<size_t>(created_threads_));
+  spin_ = SpinWait(created_threads_ <= get_nprocs() ? kSpinRounds : 0);
   try {
     for (int i = 0; i < created_threads_; ++i) {
-      workers_.push_back(std::make_unique<CWorkThread>(i, &notice_));
+      workers_.push_back(std::make_unique<CWorkThread>(i, notice_.get(), spin_));
     }
   } catch (...) {
     notify_process_detach();
@@ -127,7 +131,7 @@ int CSmpEngine::assign_elements_to_threads(int elements, int minimum) {
 }
 
 void CSmpEngine::setup_task(int i, int task) {
-  workers_.at(static_cast<size_t>(i))->setup_task(task);
+  worker(i).setup_task(task);
 }
 
 void CSmpEngine::setup_task2(int n, int task) {
@@ -135,18 +139,15 @@ void CSmpEngine::setup_task2(int n, int task) {
 }
 
 void CSmpEngine::resume_wkthread(int i) {
-  workers_.at(static_cast<size_t>(i))->resume();
+  worker(i).resume();
 }
 
 void CSmpEngine::resume_wkthread(int i, int task) {
-  workers_.at(static_cast<size_t>(i))->resume(task);
+  worker(i).resume(task);
 }
 
 void CSmpEngine::resume_wkthreads(int n) {
-  {
-    std::lock_guard<std::mutex> guard(notice_.lock);
-    notice_.finished = 0;
-  }
+  notice_->finished.store(0, std::memory_order_relaxed);
   for (int i = 0; i < resolved_count(n); ++i) resume_wkthread(i);
 }
 
@@ -156,16 +157,17 @@ void CSmpEngine::resume_wkthreads(int n, int task) {
 }
 
 void CSmpEngine::wait_until_finish(int n) {
-  if (n < 1) return;
-  std::unique_lock<std::mutex> guard(notice_.lock);
+  const auto finished = [&] { return notice_->finished.load(std::memory_order_acquire) >= n; };
+  if (spin_.until(finished)) return;
+  std::unique_lock<std::mutex> guard(notice_->lock);
   // The deadline is not moved on: a round that outlives it polls its workers from then on.
   const auto deadline = std::chrono::steady_clock::now() + kLostWorkerDeadline;
-  while (notice_.finished < n) {
-    if (notice_.changed.wait_until(guard, deadline) == std::cv_status::timeout) {
+  while (!finished()) {
+    if (notice_->changed.wait_until(guard, deadline) == std::cv_status::timeout) {
       guard.unlock();
-      keep_all_threads_alive(n);
+      keep_all_threads_alive();
       guard.lock();
-      notice_.changed.wait_for(guard, std::chrono::milliseconds(1));
+      notice_->changed.wait_for(guard, std::chrono::milliseconds(1));
     }
   }
 }
@@ -184,17 +186,38 @@ int CSmpEngine::get_wkthreads_retcode(int n) const {
   return result;
 }
 
-void CSmpEngine::keep_all_threads_alive(int n) {
-  for (int i = 0; i < n; ++i) workers_.at(static_cast<size_t>(i))->keep_alive();
+void CSmpEngine::keep_all_threads_alive() {
+  for (auto& worker : workers_) worker->keep_alive();
 }
 
 int CSmpEngine::run_threads_task(int n, int task) {
-  resume_wkthreads(n, task);
-  wait_until_finish(n);
+  if (n < 1) return 0;
+  CWorkThread& first = worker(0);
+  notice_->finished.store(0, std::memory_order_relaxed);
+  for (int i = 1; i < n; ++i) resume_wkthread(i, task);
+  first.run_on_caller(task);
+  wait_until_finish(n - 1);
   return raised(get_wkthreads_retcode(n));
 }
 
+CWorkThread& CSmpEngine::worker(int i) {
+  if (forked_) renew_workers();
+  return *workers_.at(static_cast<size_t>(i));
+}
+
+void CSmpEngine::forget_workers() {
+  forked_ = true;
+}
+
+void CSmpEngine::renew_workers() {
+  workers_.clear();
+  notice_ = std::make_unique<NOTIFY_HANDLE>();
+  forked_ = false;
+  setup_threads();
+}
+
 void CSmpEngine::notify_process_detach() {
+  if (forked_) return;
   for (auto& worker : workers_) worker->resume(0);
   for (auto& worker : workers_) worker->join();
 }

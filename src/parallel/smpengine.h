@@ -45,7 +45,7 @@ class CSmpEngine : NonCopyable {
   int assign_elements_to_threads(int elements, int minimum);
 
   // The pool.
-  WorkerParam& get_thread_param(int i) { return workers_.at(static_cast<size_t>(i))->param(); }
+  WorkerParam& get_thread_param(int i) { return worker(i).param(); }
   void setup_task(int i, int task);
   void setup_task2(int n, int task);
   void resume_wkthread(int i);
@@ -57,9 +57,13 @@ class CSmpEngine : NonCopyable {
   int get_wkthread_retcode(int i) const;
   /// The first negative result of workers 0 to n - 1, else the last result; 0 when n is below 1.
   int get_wkthreads_retcode(int n) const;
-  void keep_all_threads_alive(int n);
-  /// One round: starts `task` on workers 0 to n - 1, waits, and throws the first negative result.
+  void keep_all_threads_alive();
+  /// One round: runs `task` on workers 0 to n - 1, the first of them on the calling thread, waits,
+  /// and throws the first negative result.
   int run_threads_task(int n, int task);
+  /// In a child process after fork(), which has no threads but its own: the pool is made anew
+  /// before the next round.
+  void forget_workers();
   /// Stops and joins all workers.
   void notify_process_detach();
 
@@ -75,11 +79,15 @@ class CSmpEngine : NonCopyable {
   void sysinfo();
   void setDefaultDateFormat();
   void setup_threads();
+  void renew_workers();
+  CWorkThread& worker(int i);
   int resolved_count(int n) const { return n == -1 ? run_threads_ : n; }
 
   std::mutex write_lock_;
   std::vector<std::unique_ptr<CWorkThread>> workers_;
-  NOTIFY_HANDLE notice_;
+  std::unique_ptr<NOTIFY_HANDLE> notice_ = std::make_unique<NOTIFY_HANDLE>();
+  SpinWait spin_{0};
+  bool forked_ = false;  // the workers' threads are in another process
   int run_threads_ = 1;
   int created_threads_ = 1;
   int processors_ = 1;
@@ -88,7 +96,7 @@ class CSmpEngine : NonCopyable {
   int l1_line_ = 64;
   int l2_size_ = 1048576;
   int l2_line_ = 64;
-  long rows_per_worker_ = 16384;
+  long rows_per_worker_ = 65536;
   std::unique_ptr<TTableCollection> collection_;
   ErrorRing error_ring_;
   int date_format_ = 0;  // 0 year first, 1 day first, 2 month first

@@ -7,7 +7,8 @@
 
 namespace qxe {
 
-CWorkThread::CWorkThread(int index, NOTIFY_HANDLE* notice) : notice_(notice) {
+CWorkThread::CWorkThread(int index, NOTIFY_HANDLE* notice, SpinWait spin)
+    : notice_(notice), spin_(spin) {
   param_.index = index;
   param_.self = this;
   if (keep_alive() != 0) throw CQXException(QX_ERROR_OUT_OF_MEMORY);
@@ -44,11 +45,21 @@ int CWorkThread::keep_alive() {
   return 0;
 }
 
+void CWorkThread::run_on_caller(int task) {
+  setup_task(task);
+  const WorkerMark mark;
+  try {
+    result_ = run_task_function();
+  } catch (...) {
+    result_ = QX_ERROR_WORKER_LOST;
+  }
+}
+
 void CWorkThread::notify_finish(int result) {
-  std::lock_guard<std::mutex> guard(notice_->lock);
   result_ = result;
   running_ = false;
-  ++notice_->finished;
+  std::lock_guard<std::mutex> guard(notice_->lock);
+  notice_->finished.fetch_add(1, std::memory_order_release);
   notice_->changed.notify_all();
 }
 
@@ -60,7 +71,7 @@ int CWorkThread::join() {
 }
 
 void* CWorkThread::thread_main(void* self) {
-  mark_worker_thread();
+  const WorkerMark mark;
   try {
     static_cast<CWorkThread*>(self)->thread_mainloop();
   } catch (...) {
@@ -71,12 +82,16 @@ void* CWorkThread::thread_main(void* self) {
 
 void CWorkThread::thread_mainloop() {
   for (;;) {
-    gate_.acquire();
+    if (!spin_.until([this] { return gate_.try_acquire(); })) gate_.acquire();
     if (task_ == 0) return;
-    const TaskFunction function = mpp_func_map[task_].function;
-    if (function == nullptr) throw CQXException(QX_ERROR_INNER_ENGINE);
-    notify_finish(function(&param_));
+    notify_finish(run_task_function());
   }
+}
+
+int CWorkThread::run_task_function() {
+  const TaskFunction function = mpp_func_map[task_].function;
+  if (function == nullptr) throw CQXException(QX_ERROR_INNER_ENGINE);
+  return function(&param_);
 }
 
 }  // namespace qxe

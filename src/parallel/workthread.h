@@ -17,7 +17,27 @@ namespace qxe {
 struct NOTIFY_HANDLE {
   std::mutex lock;
   std::condition_variable changed;
-  int finished = 0;
+  std::atomic<int> finished = 0;
+};
+
+/// How often a thread looks for a change before it sleeps: waking a sleeper costs more than a small
+/// step takes. 0 when there are more workers than processors.
+class SpinWait {
+ public:
+  explicit SpinWait(int rounds) : rounds_(rounds) {}
+
+  /// Whether `changed()` came true while spinning.
+  template <class Changed>
+  bool until(Changed&& changed) const {
+    for (int i = 0; i < rounds_; ++i) {
+      if (changed()) return true;
+      __builtin_ia32_pause();
+    }
+    return changed();
+  }
+
+ private:
+  int rounds_;
 };
 
 class CWorkThread;
@@ -35,7 +55,7 @@ struct WorkerParam {
 class CWorkThread : NonCopyable {
  public:
   /// Starts the thread. Throws QX_ERROR_OUT_OF_MEMORY when the system refuses.
-  CWorkThread(int index, NOTIFY_HANDLE* notice);
+  CWorkThread(int index, NOTIFY_HANDLE* notice, SpinWait spin);
   ~CWorkThread() = default;
 
   void setup_task(int task);
@@ -44,6 +64,9 @@ class CWorkThread : NonCopyable {
     setup_task(task);
     resume();
   }
+  /// Runs a task on the calling thread in this worker's place: the controlling thread takes the
+  /// first share of a round instead of waiting for it.
+  void run_on_caller(int task);
   /// Sees to it that the thread exists. A thread that was lost inside a task reports
   /// QX_ERROR_WORKER_LOST for it and is replaced. Returns 0, or -1 without a thread.
   int keep_alive();
@@ -57,11 +80,13 @@ class CWorkThread : NonCopyable {
  private:
   static void* thread_main(void* self);
   void thread_mainloop();
+  int run_task_function();
   bool exists() const;
 
   pthread_t thread_{};
   std::binary_semaphore gate_{0};
   NOTIFY_HANDLE* notice_;
+  SpinWait spin_;
   WorkerParam param_;
   int task_ = 0;  // index into mpp_func_map; 0 ends the thread
   int result_ = -1;

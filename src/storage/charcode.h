@@ -38,7 +38,9 @@ int ms949_bytes(unsigned char lead);
 /// The same by character code; 1 for single-byte codes.
 int countMultiBytes(int code, unsigned char lead);
 
-/// Whether `position` in the string at `start` is a character's first byte.
+/// Whether `position` in the string at `start` is a character's first byte, by the bytes before it;
+/// the terminator is one. The bytes of a UTF-8 character from the third on pass too. Under a
+/// single-byte code every byte is a character.
 bool ismbsptr_sjis(const char* start, const char* position);
 bool ismbsptr_locale(const char* start, const char* position);
 
@@ -46,6 +48,7 @@ bool ismbsptr_locale(const char* start, const char* position);
 /// at once.
 const char* mbsstr_locale(const char* text, const char* pattern);
 const char* qxembsstr(const char* text, const char* pattern);
+/// First place of the bytes of `pattern`, boundary or not.
 const char* memmem_locale(const char* text, size_t textSize, const char* pattern, size_t size);
 
 }  // namespace qxe

@@ -261,7 +261,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(SearchTest, PlaceSearchesRefuseOtherOperatorsAndSets) {
   TestTable table({{"a", ints({1})}});
-  for (const int ope : {-1, 8, 11, QX_OPE_STRICT}) {
+  for (const int ope : {-1, 8, 11, int{QX_OPE_STRICT}}) {
     expect_failure(RQXSearchByRowNo(table.id(), 0, -1, ope, 1, 1), QX_ERROR_OPERATION,
                    "Invalid Parameter : OpeNo");
     expect_failure(RQXSearchByDispRowNoReal(table.id(), -1, ope, 1, 1), QX_ERROR_OPERATION,

@@ -65,8 +65,12 @@ int report(const char* name, int code, const char* format, ...) {
   return code;
 }
 
-void mark_worker_thread() {
+WorkerMark::WorkerMark() {
   t_worker = true;
+}
+
+WorkerMark::~WorkerMark() {
+  t_worker = false;
 }
 
 bool on_worker_thread() {

@@ -41,8 +41,15 @@ const char* getString(const char* format, ...) __attribute__((format(printf, 1, 
 int report(const char* name, int code, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 
-/// Marks the current thread as a worker, which never writes to the ring.
-void mark_worker_thread();
+/// Marks the current thread as a worker, which never writes to the ring, while it lives.
+class WorkerMark {
+ public:
+  WorkerMark();
+  ~WorkerMark();
+  WorkerMark(const WorkerMark&) = delete;
+  WorkerMark& operator=(const WorkerMark&) = delete;
+};
+
 bool on_worker_thread();
 
 }  // namespace qxe

@@ -1,0 +1,30 @@
+#include "support/temp_dir.h"
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+namespace qxe::test {
+
+TempDir::TempDir() : path_(std::filesystem::temp_directory_path() / "qxe_test_XXXXXX") {
+  if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("cannot make " + path_);
+}
+
+TempDir::~TempDir() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+WorkingDirectory::WorkingDirectory(const std::string& path)
+    : before_(std::filesystem::current_path()) {
+  std::filesystem::current_path(path);
+}
+
+WorkingDirectory::~WorkingDirectory() {
+  std::error_code ignored;
+  std::filesystem::current_path(before_, ignored);
+}
+
+}  // namespace qxe::test
