@@ -57,7 +57,8 @@ void sort_by_key(Entry* data, Entry* other, long count, bool stay) {
     if (!stay) std::copy_n(data, count, other);
     return;
   }
-  const int bits = std::min<int>(std::bit_width(static_cast<uint64_t>(count)) - 2, kMaxDigitBits);
+  const int bits = std::min<int>(static_cast<int>(std::bit_width(static_cast<uint64_t>(count))) - 2,
+                                 kMaxDigitBits);
   const int shift = std::max<int>(static_cast<int>(std::bit_width(high - low)) - bits, 0);
   const size_t digits = static_cast<size_t>((high - low) >> shift) + 1;
   std::array<long, (size_t{1} << kMaxDigitBits) + 1> ends;
