@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "import/growing_block.h"
 #include "import/text_table.h"
 #include "storage/family.h"
 
@@ -107,7 +108,7 @@ class TextField : public CField {
   const ColumnDescription column_;
 
  private:
-  void convert_new_texts();
+  void add_value(const Cell& text);
   void forget_unused_texts();
 
   TextTable texts_;
