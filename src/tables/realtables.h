@@ -40,6 +40,7 @@ class TRealTable : public TBaseTable {
   int GetVNo(int set, int filter, int pos, int* out) override;
   int Export(int set, const int* filters, int from, int to, char separator, char dateSeparator,
              const char* directory, const char* file, const char* formatFile) override;
+  void OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) override;
   int CountN(int set, int filter, int* out) override;
   int GetFilterIDFromName(const char* name, int side) override;
   long GetMemSize() const override;

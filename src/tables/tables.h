@@ -10,6 +10,9 @@
 
 namespace qxe {
 
+class CsvRowWriter;
+struct CsvLineDiv_t;
+
 enum class TableKind : int { kBase = 0, kReal = 1, kJoin = 2 };
 
 /// Virtual operations stand in the fixed order of the class; an operation joins at its place when
@@ -73,6 +76,9 @@ class TBaseTable : NonCopyable {
   virtual int Export(int set, const int* filters, int from, int to, char separator,
                      char dateSeparator, const char* directory, const char* file,
                      const char* formatFile) = 0;
+  /// Hands the value numbers of a part of an export's rows to `writer`, block by block. Runs on a
+  /// worker.
+  virtual void OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) = 0;
 
   /// Rows of the set per value number; `out` has one int per entry of the value list.
   virtual int CountN(int set, int filter, int* out) = 0;
