@@ -42,6 +42,9 @@ class CField : NonCopyable {
   /// Writes the value number of each row.
   virtual void number_rows(int* out) const = 0;
 
+  /// Distinct texts that the share keeps.
+  virtual long texts() const { return 0; }
+
   long rows() const { return rows_.size(); }
   /// Room for this many rows in all.
   void CreateMemCache(long rows) { rows_.reserve(rows); }
@@ -95,6 +98,7 @@ class TextField : public CField {
   std::unique_ptr<TBaseArray> merge(std::span<CField* const> shares) override;
   void number_rows(int* out) const override;
   int getType() const override { return column_.type; }
+  long texts() const override { return values_.size(); }
 
  protected:
   using Value = typename Family<Array>::Value;
