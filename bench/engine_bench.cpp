@@ -30,7 +30,8 @@ int rows() {
 const std::string& directory() {
   static const std::string path = [] {
     const char* const base = std::getenv("QXE_BENCH_DIR");
-    std::string made = (base == nullptr ? "/tmp/qxe-bench" : base) + ("/" + std::to_string(rows()));
+    std::string made = base == nullptr ? "/tmp/qxe-bench" : base;
+    made.append("/").append(std::to_string(rows()));
     std::filesystem::create_directories(made);
     write_sales(made, rows());
     write_products(made);
@@ -231,8 +232,11 @@ BENCHMARK(T21_read_cells)->Unit(benchmark::kNanosecond);
 void T22_search_small_table(benchmark::State& state) {
   std::vector<std::string> texts;
   std::vector<char*> regions;
-  for (int i = 0; i < 10000; ++i)
-    texts.push_back(i % 10 == 0 ? "Islands" : "Region" + std::to_string(i % 11));
+  for (int i = 0; i < 10000; ++i) {
+    texts.emplace_back("Region");
+    texts.back() += std::to_string(i % 11);
+    if (i % 10 == 0) texts.back() = "Islands";
+  }
   for (std::string& text : texts) regions.push_back(text.data());
   const int table = require(RQXAddRealTable("small", 10000));
   const int id = require(

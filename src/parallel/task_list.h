@@ -7,23 +7,23 @@
 // clang-format off
 #define RQX_TASKS(task, unused) \
   unused(QX_MPP_DUMMY, "Dummy") \
-  unused(QX_MPP_IMPORT_PARSE, "Parallel Import Step1") \
-  unused(QX_MPP_IMPORT_MERGE, "Parallel Import Step2") \
+  task(QX_MPP_IMPORT_PARSE, "Parallel Import Step1", mpp_import_step1) \
+  task(QX_MPP_IMPORT_MERGE, "Parallel Import Step2", mpp_import_step2) \
   task(QX_MPP_EXPORT, "Parallel Export ", mpp_export_createCsv) \
-  unused(QX_MPP_SINGLE_SORT_COUNTUP, "Parallel Single Sort CountUp") \
-  unused(QX_MPP_SINGLE_SORT_TRANSFER, "Parallel Single Sort Transfer") \
-  unused(QX_MPP_MULTI_SORT_COUNTUP, "Parallel Multi Sort CountUp") \
-  unused(QX_MPP_MULTI_SORT_TRANSFER, "Parallel Multi Sort Transfer") \
+  task(QX_MPP_SINGLE_SORT_COUNTUP, "Parallel Single Sort CountUp", mpp_single_sort_countup) \
+  task(QX_MPP_SINGLE_SORT_TRANSFER, "Parallel Single Sort Transfer", mpp_single_sort_transfer) \
+  task(QX_MPP_MULTI_SORT_COUNTUP, "Parallel Multi Sort CountUp", mpp_multi_sort_countup) \
+  task(QX_MPP_MULTI_SORT_TRANSFER, "Parallel Multi Sort Transfer", mpp_multi_sort_transfer) \
   unused(QX_MPP_SORT_STEP1, "Parallel Sort by 1 Step ") \
-  unused(QX_MPP_SORT_STEP2, "Parallel Multi Sort by 2 Step") \
+  task(QX_MPP_SORT_STEP2, "Parallel Multi Sort by 2 Step", mpp_sort_2step) \
   unused(QX_MPP_SORT_STEP3, "Parallel Multi Sort by 3 Step") \
   unused(QX_MPP_SEARCH, "Parallel Search ") \
   unused(QX_MPP_COMBINE_REALTABLE, "Parallel Combine RealTable ") \
   unused(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ") \
   unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
   unused(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ") \
-  unused(QX_MPP_MERGE_LIST, "Parallel Merge ") \
-  unused(QX_MPP_COMPILE, "Parallel Compile ") \
+  task(QX_MPP_MERGE_LIST, "Parallel Merge ", mpp_merge_list) \
+  task(QX_MPP_COMPILE, "Parallel Compile ", mpp_compile) \
   unused(QX_MPP_TYPECONV, "Parallel Type Conversion") \
   unused(QX_MPP_INTEGRATED_CALC, "Parallel Integrated Calc") \
   unused(QX_MPP_CALC, "Parallel Calc") \
@@ -43,15 +43,15 @@
   unused(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable") \
   unused(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable") \
   task(QX_MPP_MEMCPY, "Parallel Memcpy", mpp_memcpy) \
-  unused(QX_MPP_RENUMBER, "Parallel Renumber after Merge ") \
+  task(QX_MPP_RENUMBER, "Parallel Renumber after Merge ", mpp_renumber) \
   unused(QX_MPP_CATEGORIZE, "Parallel Categorize ") \
   task(QX_MPP_MEMSET, "Parallel Memset", mpp_memset) \
-  unused(QX_MPP_SINGLE_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp") \
-  unused(QX_MPP_SINGLE_SORT_N_FILTER_TRANSFER, "Parallel Multi Sort NFilter Transfer") \
-  unused(QX_MPP_MULTI_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp") \
-  unused(QX_MPP_MULTI_SORT_N_FILTER_TRANSFER, "Parallel Multi Sort NFilter Transfer") \
-  unused(QX_MPP_SORT_N_FILTER_STEP2, "Parallel Multi Sort NFilter CountUp") \
-  unused(QX_MPP_SORT_N_FILTER_STEP3, "Parallel Multi Sort NFilter Transfer") \
+  task(QX_MPP_SINGLE_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp", mpp_single_sort_n_filter_countup) \
+  task(QX_MPP_SINGLE_SORT_N_FILTER_TRANSFER, "Parallel Multi Sort NFilter Transfer", mpp_single_sort_n_filter_transfer) \
+  task(QX_MPP_MULTI_SORT_N_FILTER_COUNTUP, "Parallel Multi Sort NFilter CountUp", mpp_multi_sort_n_filter_countup) \
+  task(QX_MPP_MULTI_SORT_N_FILTER_TRANSFER, "Parallel Multi Sort NFilter Transfer", mpp_multi_sort_n_filter_transfer) \
+  task(QX_MPP_SORT_N_FILTER_STEP2, "Parallel Multi Sort NFilter CountUp", mpp_sort_n_filter_2step) \
+  task(QX_MPP_SORT_N_FILTER_STEP3, "Parallel Multi Sort NFilter Transfer", mpp_sort_n_filter_3step) \
   unused(QX_MPP_RENUMBER_VLORD, "Parallel VLORD Renumber") \
   unused(QX_MPP_CUBESUM_MEASURE_STEP1, "Parallel CubeSum Measure Step1") \
   unused(QX_MPP_CUBESUM_MEASURE_STEP2, "Parallel CubeSum Measure Step2") \

@@ -69,7 +69,8 @@ struct Family<TStrArray> {
   static bool is_null(Value value) { return *value == '\0'; }
   static int compare(Value left, Value right) { return strcmp(left, right); }
   static bool equal(Value left, Value right) { return strcmp(left, right) == 0; }
-  static uint64_t hash(Value value);
+  static uint64_t hash(Value value) { return hash(value, strlen(value)); }
+  static uint64_t hash(const char* text, size_t length);
   static Value normalized(Value value) { return value == nullptr ? QX_NULL_STR : value; }
 };
 

@@ -1,0 +1,277 @@
+/* Which flights from an airport were more than an hour late?
+ *
+ * A tour of the engine: imports two text files through catalogs, tells what their columns hold,
+ * searches, sorts, reads rows, looks names up in the second table and exports the answer. */
+#include <stdbool.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "qxe.h"
+
+enum { kLateMinutes = 60, kWorstRows = 10, kMaxFilters = 512 };
+
+/* Hands a result on; after a failure prints its status and what the error ring knows about it, the
+ * nearest to the cause first, and ends the program. */
+static int require(int status, const char* call) {
+  if (status >= 0) return status;
+  fprintf(stderr, "%s failed with status 0x%08x\n", call, (unsigned)status);
+  int time = 0;
+  int code = 0;
+  char reporter[64];
+  char message[128];
+  while (RQXGetErrorLog(&time, reporter, &code, message) == 1) {
+    fprintf(stderr, "  0x%08x %s: %s\n", (unsigned)code, reporter, message);
+  }
+  exit(EXIT_FAILURE);
+}
+
+/* ---- Aligned text ---- */
+
+enum { kGridRows = 24, kGridColumns = 8, kCellSize = 64 };
+
+/* Texts in rows and columns; row 0 holds the titles. */
+typedef struct Grid {
+  int rows;
+  int columns;
+  bool is_number[kGridColumns]; /* aligned to the right */
+  char cells[kGridRows][kGridColumns][kCellSize];
+} Grid;
+
+/* Longer texts are cut. */
+static void copy_text(char* cell, const char* text) {
+  snprintf(cell, kCellSize, "%.*s", kCellSize - 1, text);
+}
+
+static void set_cell(Grid* grid, int row, int column, const char* text) {
+  copy_text(grid->cells[row][column], text);
+}
+
+static void set_title(Grid* grid, int column, const char* text, bool is_number) {
+  set_cell(grid, 0, column, text);
+  grid->is_number[column] = is_number;
+}
+
+static int column_width(const Grid* grid, int column) {
+  size_t width = 0;
+  for (int row = 0; row < grid->rows; ++row) {
+    const size_t length = strlen(grid->cells[row][column]);
+    if (length > width) width = length;
+  }
+  return (int)width;
+}
+
+static void print_cell(const Grid* grid, int row, int column) {
+  const int width = column_width(grid, column);
+  const bool last = column == grid->columns - 1;
+  const int padding = grid->is_number[column] ? width : last ? 0 : -width; /* below 0: behind */
+  printf("  %*s", padding, grid->cells[row][column]);
+}
+
+static void print_grid(const Grid* grid) {
+  for (int row = 0; row < grid->rows; ++row) {
+    for (int column = 0; column < grid->columns; ++column) print_cell(grid, row, column);
+    printf("\n");
+  }
+  printf("\n");
+}
+
+/* ---- Import and description ---- */
+
+/* Imports DIRECTORY/NAME.csv by the catalog DIRECTORY/NAME.cat as the table NAME. */
+static int import_table(const char* directory, const char* name) {
+  char catalog[kCellSize];
+  char data[kCellSize];
+  snprintf(catalog, sizeof catalog, "%s.cat", name);
+  snprintf(data, sizeof data, "%s.csv", name);
+  return require(RQXAddCatalogFileEx2(directory, catalog, directory, data, name),
+                 "RQXAddCatalogFileEx2");
+}
+
+static int filter_named(int table, const char* name) {
+  return require(RQXGetFilterIDFromName(table, name), "RQXGetFilterIDFromName");
+}
+
+static const char* type_name(int type) {
+  switch (type) {
+    case QX_DT_INTEGER: return "integer";
+    case QX_DT_DOUBLE: return "float";
+    case QX_DT_DATE: return "date";
+    case QX_DT_TIME: return "time";
+    case QX_DT_STRING: return "string";
+    case QX_DT_DATETIME: return "date-time";
+    case QX_DT_DECIMAL: return "decimal";
+    default: return "?";
+  }
+}
+
+static void describe_filter(Grid* grid, int table, int filter) {
+  _TRFilterInfo info;
+  require(RQXGetFilterInfo(table, filter, &info), "RQXGetFilterInfo");
+  char distinct[kCellSize];
+  snprintf(distinct, sizeof distinct, "%d", info.valueCount - 1); /* entry 0 is NULL */
+  const int row = grid->rows++;
+  set_cell(grid, row, 0, info.name);
+  set_cell(grid, row, 1, type_name(info.type));
+  set_cell(grid, row, 2, distinct);
+}
+
+static void describe_table(int table) {
+  int filters[kMaxFilters];
+  const int count = require(RQXGetFilterIDList(table, filters), "RQXGetFilterIDList");
+  const int rows = require(RQXGetTotalRows(table), "RQXGetTotalRows");
+  printf("Table %s, %d rows\n", RQXGetTableNameR1(table), rows);
+
+  Grid grid = {.rows = 1, .columns = 3};
+  set_title(&grid, 0, "column", false);
+  set_title(&grid, 1, "type", false);
+  set_title(&grid, 2, "distinct values", true);
+  for (int i = 0; i < count && grid.rows < kGridRows; ++i) {
+    describe_filter(&grid, table, filters[i]);
+  }
+  print_grid(&grid);
+}
+
+/* ---- Search ---- */
+
+typedef struct Airport {
+  char name[kCellSize];
+  char city[kCellSize];
+} Airport;
+
+/* Text of the value at a position, counted from 1, of a set. */
+static void read_text(int table, int filter, int set, int position, char* out) {
+  copy_text(out, RQXGetData1Cnv2StrR1(table, filter, set, position));
+}
+
+/* Finds an airport by its code; false when there is none. */
+static bool find_airport(int airports, char* code, Airport* out) {
+  const int all = -1; /* the current set, which is the set of all rows */
+  const int found = require(
+      RQXSearchByFieldStr(airports, filter_named(airports, "iata"), all, QX_OPE_EQ, code, NULL),
+      "RQXSearchByFieldStr");
+  const bool known = require(RQXGetSetSize(airports, found), "RQXGetSetSize") > 0;
+  if (known) {
+    read_text(airports, filter_named(airports, "name"), found, 1, out->name);
+    read_text(airports, filter_named(airports, "city"), found, 1, out->city);
+  }
+  require(RQXDeleteSet(airports, found), "RQXDeleteSet");
+  return known;
+}
+
+/* The set of the flights that left `airport` more than an hour late: one search of all rows, and
+ * one of its result. */
+static int search_late_flights(int flights, char* airport) {
+  const int from_airport = require(
+      RQXSearchByFieldStr(flights, filter_named(flights, "origin"), -1, QX_OPE_EQ, airport, NULL),
+      "RQXSearchByFieldStr");
+  const int late = require(RQXSearchByFieldIntR1(flights, filter_named(flights, "delay"),
+                                                 from_airport, QX_OPE_GT, kLateMinutes, 0),
+                           "RQXSearchByFieldIntR1");
+  printf("  origin = %-10s %6d flights\n", airport, RQXGetSetSize(flights, from_airport));
+  printf("  delay > %-3d        %6d of them\n\n", kLateMinutes, RQXGetSetSize(flights, late));
+  return late;
+}
+
+/* ---- Rows of the answer ---- */
+
+enum { kAirportColumns = 2 }; /* behind the flights' own: name and city of the destination */
+
+static void set_flight_titles(Grid* grid, int flights, const int* filters, int count) {
+  for (int column = 0; column < count; ++column) {
+    const int type = require(RQXGetFilterType(flights, filters[column]), "RQXGetFilterType");
+    set_title(grid, column, RQXGetFilterNameR1(flights, filters[column]), type == QX_DT_INTEGER);
+  }
+  set_title(grid, count, "airport", false);
+  set_title(grid, count + 1, "city", false);
+}
+
+/* Adds name and city of an airport to a row; nothing when the code is unknown. */
+static void add_airport(Grid* grid, int row, int column, int airports, char* code) {
+  Airport airport;
+  if (!find_airport(airports, code, &airport)) return;
+  set_cell(grid, row, column, airport.name);
+  set_cell(grid, row, column + 1, airport.city);
+}
+
+static void print_worst(int flights, int airports, int set) {
+  int filters[kMaxFilters];
+  int count = require(RQXGetFilterIDList(flights, filters), "RQXGetFilterIDList");
+  if (count > kGridColumns - kAirportColumns) count = kGridColumns - kAirportColumns;
+  const int size = require(RQXGetSetSize(flights, set), "RQXGetSetSize");
+  const int shown = size < kWorstRows ? size : kWorstRows;
+
+  Grid grid = {.rows = shown + 1, .columns = count + kAirportColumns};
+  set_flight_titles(&grid, flights, filters, count);
+  for (int row = 1; row <= shown; ++row) {
+    for (int column = 0; column < count; ++column) {
+      read_text(flights, filters[column], set, row, grid.cells[row][column]);
+    }
+    char code[kCellSize];
+    read_text(flights, filter_named(flights, "destination"), set, row, code);
+    add_airport(&grid, row, count, airports, code);
+  }
+  printf("The %d worst of them\n", shown);
+  print_grid(&grid);
+}
+
+/* ---- Export ---- */
+
+static void export_flights(int flights, int set, const char* directory) {
+  const int all[] = {-1};
+  require(RQXExportAsCSV(flights, set, all, -1, -1, directory, "late_flights.csv", '/'),
+          "RQXExportAsCSV");
+  require(RQXSaveAsCatalog(flights, set, all, QX_EXPORT_TAB, -1, -1, '/', directory,
+                           "late_flights.cat"),
+          "RQXSaveAsCatalog");
+  const int copy = require(RQXAddCatalogFile(directory, "late_flights.cat"), "RQXAddCatalogFile");
+  printf("Written to %s\n", directory);
+  printf("  late_flights.csv   text, separated by commas\n");
+  printf("  late_flights.cat   catalog of SrcData.dat, separated by tabs\n");
+  printf("Read back through the catalog: table %s, %d rows\n", RQXGetTableNameR1(copy),
+         require(RQXGetTotalRows(copy), "RQXGetTotalRows"));
+}
+
+/* ---- Program ---- */
+
+static int show_late_flights(const char* data, const char* output, char* code) {
+  const int flights = import_table(data, "flights");
+  const int airports = import_table(data, "airports");
+  describe_table(flights);
+  describe_table(airports);
+
+  Airport airport;
+  if (!find_airport(airports, code, &airport)) {
+    fprintf(stderr, "no airport has the code %s\n", code);
+    return EXIT_FAILURE;
+  }
+  printf("Flights from %s, %s, more than an hour late\n", airport.name, airport.city);
+  const int late = search_late_flights(flights, code);
+  const int sorted =
+      require(RQXSortByField(flights, filter_named(flights, "delay"), late, QX_SORT_DESC),
+              "RQXSortByField");
+  print_worst(flights, airports, sorted);
+  export_flights(flights, sorted, output);
+  return EXIT_SUCCESS;
+}
+
+static void print_usage(FILE* out) {
+  fprintf(out,
+          "usage: qxe_example_flights DATA OUTPUT [AIRPORT]\n"
+          "  DATA     directory of flights.csv, airports.csv and their catalogs\n"
+          "  OUTPUT   existing directory that gets the exported files\n"
+          "  AIRPORT  code of the airport that the flights leave; ORD unless told\n");
+}
+
+int main(int argc, char** argv) {
+  if (argc == 2 && (strcmp(argv[1], "-h") == 0 || strcmp(argv[1], "--help") == 0)) {
+    print_usage(stdout);
+    return EXIT_SUCCESS;
+  }
+  if (argc < 3 || argc > 4) {
+    print_usage(stderr);
+    return 2;
+  }
+  char usual[] = "ORD";
+  return show_late_flights(argv[1], argv[2], argc == 4 ? argv[3] : usual);
+}

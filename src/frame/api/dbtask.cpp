@@ -1,0 +1,105 @@
+#include "frame/api/dbtask.h"
+
+#include "calc/datetime.h"
+#include "frame/api/serial_layer.h"
+#include "import/catalog_import.h"
+#include "parallel/smpengine.h"
+#include "search/sort.h"
+
+namespace qxe {
+
+CDBParallelTask* MPTask = nullptr;
+
+int CDBTask::GetErrorLog(int* time, char* apiName, int* code, char* message) {
+  return ENG->error_ring().take(time, apiName, code, message);
+}
+
+int CDBTask::StrToTime(const char* text, double* out) {
+  bool bad = false;
+  *out = Str2Time(text, true, &bad);
+  return bad ? report("QXStrToTime", QX_ERROR_PARAMETER, "NOT A TIME: %s", text) : 0;
+}
+
+CDBParallelTask& CDBParallelTask::Instance() {
+  static CDBParallelTask task;
+  return task;
+}
+
+// Search and sort
+
+namespace {
+
+int check_direction(const char* layer, int dir) {
+  if (dir == QX_SORT_ASC || dir == QX_SORT_DESC) return 0;
+  return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : SortDir(%d)", dir);
+}
+
+/// Directions of the keys of a list that ends at its first entry below 1.
+int check_directions(const char* layer, const int* filters, const int* dirs) {
+  for (int i = 0; i < QX_MAX_SORT_KEYS && filters[i] >= 1; ++i) {
+    const int status = check_direction(layer, dirs[i]);
+    if (status < 0) return status;
+  }
+  return 0;
+}
+
+}  // namespace
+
+int CDBParallelTask::SearchByField(int table, int filter, int set, int ope, const char* value1,
+                                   const char* value2) {
+  return with_table({.layer = "RQXSearchByField", .saved = &g_TFSSaved}, table,
+                    [&](TBaseTable& target) {
+                      return target.MppSearchByField(filter, set, ope, value1, value2);
+                    });
+}
+
+int CDBParallelTask::ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,
+                                    int* order) {
+  return with_collection({.layer = "RQXServiceSortByN"}, [&](TTableCollection&) {
+    return service_sort_by_n(n, counts, nonZero, nonZeroIndex, order);
+  });
+}
+
+int CDBParallelTask::SortByField(int table, int filter, int set, int dir) {
+  static constexpr char kLayer[] = "RQXSortByField";
+  const int status = check_direction(kLayer, dir);
+  if (status < 0) return status;
+  return with_table({.layer = kLayer, .saved = &g_TFSSaved}, table,
+                    [&](TBaseTable& target) { return target.MppSortByField(filter, set, dir); });
+}
+
+int CDBParallelTask::IntegratedSortByField(int table, int set, const int* filters,
+                                           const int* dirs) {
+  static constexpr char kLayer[] = "RQXIntegratedSortByField";
+  const int status = check_directions(kLayer, filters, dirs);
+  if (status < 0) return status;
+  return with_table({.layer = kLayer, .saved = &g_TFSSaved}, table, [&](TBaseTable& target) {
+    return target.MppIntegratedSortByField(set, filters, dirs);
+  });
+}
+
+int CDBParallelTask::SearchByFieldNValues(int table, int filter, int set, int count,
+                                          const void* values) {
+  return with_table({.layer = "RQXSearchByFieldNValues", .saved = &g_TFSSaved}, table,
+                    [&](TBaseTable& target) {
+                      return target.MppSearchByFieldNValues(filter, set, count, values);
+                    });
+}
+
+// Import
+
+int CDBParallelTask::AddCatalogFile(const char* directory, const char* catalog) {
+  return with_collection({.layer = "RQXAddCatalogFile", .saved = &g_TFSaved},
+                         [&](TTableCollection&) { return add_catalog_file(directory, catalog); });
+}
+
+int CDBParallelTask::AddCatalogFileEx2(const char* catalogDirectory, const char* catalog,
+                                       const char* dataDirectory, const char* dataFile,
+                                       const char* tableName) {
+  return with_collection(
+      {.layer = "RQXAddCatalogFileEx2", .saved = &g_TFSaved}, [&](TTableCollection&) {
+        return add_catalog_file_ex2(catalogDirectory, catalog, dataDirectory, dataFile, tableName);
+      });
+}
+
+}  // namespace qxe

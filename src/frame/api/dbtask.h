@@ -1,0 +1,95 @@
+// The task object: the operations that an exported function runs on the worker pool. It shares the
+// serial layer's shape; its layer names are the exported ones.
+#pragma once
+
+#include "frame/base/memory.h"
+
+namespace qxe {
+
+/// Virtual operations stand in the fixed order of the class; an operation joins at its place when
+/// it is built.
+class CDBTask : NonCopyable {
+ public:
+  virtual ~CDBTask() = default;
+
+  virtual int SearchByField(int table, int filter, int set, int ope, const char* value1,
+                            const char* value2) = 0;
+  virtual int ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,
+                             int* order) = 0;
+  virtual int SortByField(int table, int filter, int set, int dir) = 0;
+  virtual int Export(int table, int set, const int* filters, int from, int to, char separator,
+                     char dateSeparator, const char* directory, const char* file) = 0;
+  virtual int ExportWithF(int table, int set, const int* filters, int from, int to, char separator,
+                          char dateSeparator, const char* directory, const char* file,
+                          const char* formatFile) = 0;
+  virtual int SaveAsCatalog(int table, int set, const int* filters, int type, int from, int to,
+                            char dateSeparator, const char* directory, const char* file) = 0;
+  virtual int SaveAsCatalogEx(int table, int set, const int* filters, int type, int from, int to,
+                              char dateSeparator, const char* directory, const char* file,
+                              const char* catalogDirectory, const char* catalogFile) = 0;
+  virtual int SaveAsCatalogwithF(int table, int set, const int* filters, int type, int from, int to,
+                                 char dateSeparator, const char* directory, const char* file,
+                                 const char* formatFile) = 0;
+  virtual int SaveAsCatalogwithFEx(int table, int set, const int* filters, int type, int from,
+                                   int to, char dateSeparator, const char* directory,
+                                   const char* file, const char* catalogDirectory,
+                                   const char* catalogFile, const char* formatFile) = 0;
+  virtual int AddCatalogFile(const char* directory, const char* catalog) = 0;
+  virtual int AddCatalogFileEx2(const char* catalogDirectory, const char* catalog,
+                                const char* dataDirectory, const char* dataFile,
+                                const char* tableName) = 0;
+  virtual int IntegratedSortByField(int table, int set, const int* filters, const int* dirs) = 0;
+  virtual int SearchByFieldNValues(int table, int filter, int set, int count,
+                                   const void* values) = 0;
+
+  /// Takes the oldest failure out of the ring: 1, or 0 when there is none.
+  int GetErrorLog(int* time, char* apiName, int* code, char* message);
+  /// Fraction of the day of a text that must be a time as a whole.
+  int StrToTime(const char* text, double* out);
+};
+
+class CDBParallelTask : public CDBTask {
+ public:
+  static CDBParallelTask& Instance();
+
+  int SearchByField(int table, int filter, int set, int ope, const char* value1,
+                    const char* value2) override;
+  int ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,
+                     int* order) override;
+  int SortByField(int table, int filter, int set, int dir) override;
+  int Export(int table, int set, const int* filters, int from, int to, char separator,
+             char dateSeparator, const char* directory, const char* file) override;
+  int ExportWithF(int table, int set, const int* filters, int from, int to, char separator,
+                  char dateSeparator, const char* directory, const char* file,
+                  const char* formatFile) override;
+  int SaveAsCatalog(int table, int set, const int* filters, int type, int from, int to,
+                    char dateSeparator, const char* directory, const char* file) override;
+  int SaveAsCatalogEx(int table, int set, const int* filters, int type, int from, int to,
+                      char dateSeparator, const char* directory, const char* file,
+                      const char* catalogDirectory, const char* catalogFile) override;
+  int SaveAsCatalogwithF(int table, int set, const int* filters, int type, int from, int to,
+                         char dateSeparator, const char* directory, const char* file,
+                         const char* formatFile) override;
+  int SaveAsCatalogwithFEx(int table, int set, const int* filters, int type, int from, int to,
+                           char dateSeparator, const char* directory, const char* file,
+                           const char* catalogDirectory, const char* catalogFile,
+                           const char* formatFile) override;
+  int AddCatalogFile(const char* directory, const char* catalog) override;
+  int AddCatalogFileEx2(const char* catalogDirectory, const char* catalog,
+                        const char* dataDirectory, const char* dataFile,
+                        const char* tableName) override;
+  int IntegratedSortByField(int table, int set, const int* filters, const int* dirs) override;
+  int SearchByFieldNValues(int table, int filter, int set, int count, const void* values) override;
+
+ private:
+  CDBParallelTask() = default;
+};
+
+/// Set while the library loads.
+extern CDBParallelTask* MPTask;
+
+inline CDBTask* DBTASK() {
+  return MPTask;
+}
+
+}  // namespace qxe

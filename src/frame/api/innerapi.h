@@ -1,0 +1,153 @@
+// The serial layer: one function per operation, named after the plain (QX) function. Every one
+// catches all exceptions and logs failures under that name, so both families may call it as it is.
+// What a call does, its arguments and its result stand in qxe.h.
+#pragma once
+
+#include "storage/array.h"
+
+namespace qxe {
+
+/// Side of a join for names that may come from either.
+constexpr int kBothSides = -1;
+
+// Engine
+int innerQXGetVersion(int** version, char** copyright);
+int innerQXGetErrorLog(int* time, char* apiName, int* code, char* message);
+int innerQXClearDB();
+int innerQXGetEnvironment(_TREnvironment* out);
+int innerQXGetSystemMemInfo(unsigned long* total, unsigned long* available);
+int innerQXSetKanjiCode(int localeId);
+int innerQXSetDBCharCode(const char* code);
+int innerQXSetTailSpaceFlag(int flag);
+int innerQXSetSavedFlag(int sets, int tables, int settings);
+int innerQXGetSavedFlag(int* sets, int* tables, int* settings);
+int innerQXStrToTime(const char* text, double* out);
+int innerQXStrToInt(const char* text, int* out);
+int innerQXStrToFloat(const char* text, double* out);
+int innerQXFreeMem(void** memory);
+
+// Tables
+int innerQXGetNTable();
+int innerQXGenerateTableName(const char* seed, char* out);
+/// `*out` is a static buffer.
+int innerQXGenTableName(const char* seed, char** out);
+int innerQXAddRealTable(const char* name, int rows);
+int innerQXDeleteTable(int table);
+int innerQXGetTableIDList(int* out);
+int innerQXGetTableName(int table, char* out);
+int innerQXSetTableName(int table, const char* name);
+int innerQXGetTableProperty(int table, _TTableInfo* out);
+int innerQXGetTableIDFromName(const char* name);
+/// `*out` is a static buffer of the referring tables' ids.
+int innerQXTableCanEdit(int table, int** out);
+
+// Memory accounting
+int innerQXGetTotalMemorySize(unsigned long* size);
+int innerQXGetTotalMemorySizeWithShared(unsigned long* size);
+int innerQXGetTableMemorySize(int table, unsigned long* size);
+int innerQXGetFilterMemorySize(int table, int filter, unsigned long* size);
+int innerQXGetSetMemorySize(int table, int set, unsigned long* size);
+
+// Sets
+int innerQXGetNSet(int table);
+int innerQXGetTotalRows(int table);
+int innerQXPurgeSubsets(int table);
+int innerQXGetSetSize(int table, int set);
+/// `*out` are the live elements.
+int innerQXGetSet(int table, int set, int** out);
+int innerQXCopySet(int table, int set, int* count, int max, int* out);
+int innerQXGetSetIDList(int table, int max, int* out);
+int innerQXAddSetReal(int table, int count, const int* rows);
+int innerQXDeleteSet(int table, int set);
+int innerQXGetCurrentSetID(int table);
+int innerQXChangeCurrentSetID(int table, int set);
+int innerQXResetSetID(int table, int next);
+/// `*out` is the live attribute block.
+int innerQXGetSubsetAttr(int table, int set, void** out);
+int innerQXSetSubsetAttr(int table, int set, const void* in);
+int innerQXSetSetName(int table, int set, const char* name);
+int innerQXGetSetName(int table, int set, char* out);
+
+// Filters
+int innerQXGetNFilter(int table);
+int innerQXGetFilterIDList(int table, int* out);
+int innerQXGetFilterWidth(int table, int filter);
+int innerQXGetFilterType(int table, int filter);
+int innerQXDeleteRealFilter(int table, int filter);
+int innerQXMoveRealFilter(int table, int from, int to);
+int innerQXSetFilterName(int table, int filter, const char* name);
+int innerQXGetFilterName(int table, int filter, char* out);
+int innerQXGetFilterIDFromName(int table, const char* name, int side);
+int innerQXGetValCount(int table, int filter, int set, int* counts);
+
+// What a filter is made of
+int innerQXGetFilter(int table, int filter, _TFilterInfo* out);
+int innerQXGetFilterInfo(int table, int filter, _TRFilterInfo* out);
+int innerQXGetFilterBody(int table, int filter, const _TRFilterBody* body);
+int innerQXGetAllFilterInfo(int table, int max, int* count, _TRFilterInfo* infos,
+                            char (*names)[64]);
+/// `*out` is the live attribute block.
+int innerQXGetFilterAttr(int table, int filter, void** out, bool valueList);
+int innerQXSetFilterAttr(int table, int filter, const void* in, bool valueList);
+
+// New filters
+int innerQXAddRealFilter2(int table, int pos, const char* name, int type, int rows, void* data,
+                          const char* dir, const char* file);
+int innerQXAddRealFilter2Numeric(int table, int pos, const char* name, int type, int rows,
+                                 void* data, const char* dir, const char* file,
+                                 const NumericInfo& info);
+
+// Scale and rounding of decimals
+/// 0, or QX_ERROR_PARAMETER after logging under `layer`.
+int check_numeric_info(const char* layer, const NumericInfo* info);
+int innerQXGetNumericInfo(int table, int filter, NumericInfo* info, char* name);
+int innerQXSetNumericInfo(int table, int filter, const NumericInfo* info);
+
+// Reading rows. Positions count from 0 here, from 1 in the ...1 forms.
+int innerQXGetData(int table, int filter, int set, int pos, int* type, void* out);
+int innerQXGetData1(int table, int filter, int set, int pos, int* type, void* out);
+int innerQXGetData1Ex(int table, int filter, int set, int pos, int* type, void* out, int size);
+int innerQXGetData1ExPtr(int table, int filter, int set, int pos, int* type, long* out);
+int innerQXGetRowNo(int table, int set, int pos, int* out);
+int innerQXGetRowNo1(int table, int set, int pos, int* out);
+int innerQXGetRowNo1M(int table, int set, int first, int count, int* out);
+int innerQXGetVNoList(int table, int filter, int set, int* out);
+
+// Reading blocks of up to 128 rows
+int innerQXGetData1M(int table, int filter, int set, int first, int* type, int* count, void* values,
+                     char* strings);
+int innerQXGetData1MEx(int table, int filter, int set, int first, int* type, int* count,
+                       void* values, char* strings, int size);
+int innerQXGetData1MExPtr(int table, int filter, int set, int first, int* type, int* count,
+                          long* values);
+/// Decimals alone, without their info.
+int innerQXGetData1MNumeric(int table, int filter, int set, int first, int* count, Numeric* values);
+
+// Searches
+int innerQXSearchByField(int table, int filter, int set, int ope, const char* value1,
+                         const char* value2);
+int innerQXSearchByField2(int table, int filter, int set, int ope, const char* value1,
+                          const char* value2);
+int innerQXSearchByFieldSJIS(int table, int filter, int set, int ope, const char* value1,
+                             const char* value2);
+int innerQXSearchByFieldLocale(int table, int filter, int set, int ope, const char* value1,
+                               const char* value2, int localeId);
+int innerQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
+int innerQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
+int innerQXSearch(int table, int filter, int set, const unsigned char* flags);
+
+// Sorts
+int innerQXSortByField(int table, int filter, int set, int dir);
+int innerQXSortByRowNo(int table, int filter, int set, int dir);
+int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order);
+
+/// Copies the attribute block whose address `get(&area)` finds.
+template <class Get>
+int copy_area(void* out, Get&& get) {
+  void* area = nullptr;
+  const int status = get(&area);
+  if (status >= 0) memcpy(out, area, TBaseArray::kUserAreaSize);
+  return status;
+}
+
+}  // namespace qxe

@@ -1,0 +1,110 @@
+#include "import/catalog_import.h"
+
+#include <new>
+
+#include "import/catalog_text.h"
+#include "import/multithread_import.h"
+#include "parallel/smpengine.h"
+#include "tables/table_collection.h"
+
+namespace qxe {
+
+namespace {
+
+constexpr const char* kDataFile = "SrcData.dat";
+
+/// The directory from the root. Nothing is opened by a relative name, so the working directory of
+/// the process stays.
+std::string reached_directory(const char* directory, const char* argument) {
+  std::string path = CnvRelativeToAbsolute(directory);
+  if (!is_reachable_directory(path)) refuse_argument(argument);
+  return path;
+}
+
+std::string name_from_catalog(const char* catalog) {
+  std::string title = getTitleName(catalog);
+  if (title.size() > CCatalogParser::kMaxNameSize) {
+    LogMsg("ADD TABLE FAILED \t\t----->\t = %s\t QX_ERROR_ILLEGAL_TABLE_NAME", title.c_str());
+    throw CQXException(QX_ERROR_TABLE_NAME, "Illegal table name  : %s", title.c_str());
+  }
+  return title;
+}
+
+const char* text_of_status(int status) {
+  switch (status) {
+    case QX_ERROR_FILE: return "FILE MISSING";
+    case QX_ERROR_INVALID_DATA: return "Invalid Data";
+    case QX_ERROR_CATALOG: return "Failed to parse catalog";
+    case QX_ERROR_TEXT_FIELD: return "DataSize overflow";
+    case QX_ERROR_TEXT_ROWS: return "RowSize overflow";
+    case QX_ERROR_OUT_OF_MEMORY: return "Out of memory";
+    default: return "";
+  }
+}
+
+/// Throws a failure on with a text, after a last line in the log when it has lines of this import.
+[[noreturn]] void give_up(const CQXException& failure) {
+  const int status = failure.ErrorCode();
+  const bool log_is_open = !CErrorLog::isBegin;
+  if (log_is_open && status == QX_ERROR_OUT_OF_MEMORY) {
+    LogMsg("ADD CATALOG FAILURE  \t\t ErrorCode = QX_ERROR_OUT_OF_MEMORY");
+  } else if (log_is_open) {
+    LogMsg("ADD CATALOG FAILURE  \t\t ErrorCode = %d ", status);
+  }
+  const bool told = *failure.Message() != '\0';
+  throw CQXException(status, "%s", told ? failure.Message() : text_of_status(status));
+}
+
+/// Runs an import and sees to the log when it fails.
+template <class Import>
+int logged_import(Import&& import) {
+  try {
+    return import();
+  } catch (const CQXException& failure) {
+    give_up(failure);
+  } catch (const std::bad_alloc&) {
+    give_up(CQXException(QX_ERROR_OUT_OF_MEMORY));
+  }
+}
+
+int add_table(const CCatalogParser& parser, const std::string& data_file, const char* name) {
+  return CCMultiThreadImport(parser.layout()).MppImport(data_file, name);
+}
+
+}  // namespace
+
+int add_catalog_file(const char* directory, const char* catalog) {
+  check_path(directory, "pchFilePath");
+  check_file_name(catalog, "pchFileName");
+  const std::string path = reached_directory(directory, "pchFilePath");
+  CCatalogParser parser(path);
+  parser.init();
+  return logged_import([&] {
+    parser.readInfo(build_AbsoluteName(path, catalog));
+    return add_table(parser, build_AbsoluteName(path, kDataFile),
+                     name_from_catalog(catalog).c_str());
+  });
+}
+
+int add_catalog_file_ex2(const char* catalogDir, const char* catalog, const char* dataDir,
+                         const char* dataFile, const char* tableName) {
+  check_path(catalogDir, "archPath");
+  check_file_name(catalog, "archName");
+  check_path(dataDir, "FilePath");
+  check_file_name(dataFile, "FileName");
+  const std::string path = reached_directory(catalogDir, "archPath");
+  const std::string data_path = CnvRelativeToAbsolute(dataDir);
+  CCatalogParser parser(path);
+  parser.init();
+  return logged_import([&] {
+    if (!is_reachable_directory(data_path)) {
+      LogMsg("PATH  [%s] MISSING", data_path.c_str());
+      refuse_argument("FilePath");
+    }
+    raised(ENG->collection()->CheckTableName(tableName == nullptr ? "" : tableName));
+    parser.readInfo(build_AbsoluteName(path, catalog));
+    return add_table(parser, build_AbsoluteName(data_path, dataFile), tableName);
+  });
+}
+
+}  // namespace qxe

@@ -1,0 +1,150 @@
+// Text parsers: they divide the lines of a data file into cells and hand them, a batch of rows at a
+// time, to the fields of the columns. The file is mapped as a whole and a parser gets a range of
+// whole lines, so no line ever lies across two blocks; memory stays bounded nevertheless, because
+// fields keep no text but the distinct ones.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "import/catalog.h"
+
+namespace qxe {
+
+class CatalogErrorInfo;
+
+/// The base of all: fault policy, batches and fields. A derived class divides lines.
+class CTextParser : NonCopyable {
+ public:
+  /// `file` is the name that faults show. Both references must outlive the parser.
+  CTextParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors);
+  virtual ~CTextParser();
+
+  /// Takes the lines from `begin` to `end`. `data_end` is the end of the whole data; a range that
+  /// stops before it ends with a line feed. Throws the status of a fault that ends the import.
+  void ParseMem(const char* begin, const char* end, const char* data_end);
+
+  /// Lines read, good and bad; rows stored.
+  long lines() const { return lines_; }
+  long rows() const { return rows_; }
+  CField& field(size_t column) { return *fields_[column]; }
+  std::unique_ptr<CField> take_field(size_t column) { return std::move(fields_[column]); }
+
+ protected:
+  virtual void parse_lines(const char* begin, const char* end) = 0;
+  /// Notes a value that does not convert.
+  virtual void data_fault(const Cell& cell, int column, int line);
+
+  int inputs() const { return static_cast<int>(layout_.inputs.size()); }
+  bool at_data_end(const char* place) const { return place == data_end_; }
+  /// Place of the present line's cell of an input field.
+  Cell& cell(int input) { return cells_of_input_[static_cast<size_t>(input)][batch_rows_]; }
+  /// A quoted cell without its quotes; the text stays until the batch is stored.
+  Cell unquoted(const Cell& cell, bool doubled);
+
+  // Each ends a line, whose follower begins at `next`.
+  void take_row(const char* next);
+  void take_bad_scan(int status, const char* next);
+  void take_bad_count(int fields, const char* next);
+  /// Of fixed width: bytes left behind the last field, or a field shorter than it should be.
+  void take_surplus(const char* next);
+  void take_short_field(int width, int size, const char* next);
+
+  const DataLayout& layout_;
+
+ private:
+  struct Fault {
+    int row;  // in the batch
+    int column;
+  };
+
+  /// Counts a bad line, the batch before it being stored; true when faults are logged.
+  bool begin_fault(const char* next);
+  void fixed_width_fault() const;
+  /// Ends the import, unless bad lines are left out.
+  void fail_unless_skipping(int status) const;
+  void store_batch();
+  void handle_faults();
+  void reserve_rows();
+  long first_line_of_batch() const { return lines_ - batch_rows_ + 1; }
+
+  const std::string& file_;
+  CatalogErrorInfo& errors_;
+  std::vector<std::unique_ptr<CField>> fields_;
+
+  int batch_size_;
+  int batch_rows_ = 0;
+  std::vector<Cell> cells_;            // batch_size_ cells of each column, then of dropped fields
+  std::vector<Cell*> cells_of_input_;  // where the cells of an input field begin
+  std::deque<std::string> unquoted_;   // texts of cells that do not stand in the file as they are
+  std::vector<Fault> faults_;
+  std::vector<int> bad_;  // positions in a batch
+
+  const char* begin_ = nullptr;
+  const char* end_ = nullptr;
+  const char* data_end_ = nullptr;
+  const char* position_ = nullptr;  // behind the lines read
+  long lines_ = 0;
+  long rows_ = 0;
+};
+
+/// Cells between delimiters, `N` separators being possible.
+template <int N>
+class DelimitedParser : public CTextParser {
+ public:
+  DelimitedParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors,
+                  const Delimiters<N>& delimiters)
+      : CTextParser(layout, file, errors), delimiters_(delimiters) {}
+
+ protected:
+  void parse_lines(const char* begin, const char* end) override;
+
+ private:
+  using Finder = DelimiterFinder<N + 1>;
+
+  const char* parse_line(Finder& finder, const char* line, const char* end);
+  const char* parse_cell(Finder& finder, const char* begin, const char* end, Cell& cell,
+                         int& status);
+  const char* parseQuoted(Finder& finder, const char* begin, const char* end, Cell& cell,
+                          int& status);
+
+  const Delimiters<N> delimiters_;
+};
+
+class CCSVParser : public DelimitedParser<1> {
+ public:
+  CCSVParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors)
+      : DelimitedParser(layout, file, errors, {',', '\n'}) {}
+};
+
+class CTABParser : public DelimitedParser<1> {
+ public:
+  CTABParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors)
+      : DelimitedParser(layout, file, errors, {'\t', '\n'}) {}
+};
+
+/// Five separators of the user's choice.
+class CUSRParser : public DelimitedParser<5> {
+ public:
+  CUSRParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors);
+};
+
+/// Cells of fixed width, without separators or quotes.
+class CFixedLengthParser : public CTextParser {
+ public:
+  using CTextParser::CTextParser;
+
+ protected:
+  void parse_lines(const char* begin, const char* end) override;
+
+ private:
+  void parse_line(const char* line, const char* stop, const char* next);
+};
+
+/// The parser for a layout's file type.
+std::unique_ptr<CTextParser> make_parser(const DataLayout& layout, const std::string& file,
+                                         CatalogErrorInfo& errors);
+
+}  // namespace qxe

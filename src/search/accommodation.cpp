@@ -1,0 +1,90 @@
+// Accommodation: the value lists of two columns become one, and the row pointers follow, so that
+// from then on equal values have equal numbers in both.
+#include "search/compiler.h"
+#include "search/compiler_steps.h"
+#include "search/merge_item.h"
+#include "search/value_list.h"
+
+namespace qxe {
+
+namespace {
+
+struct RenumberParams {
+  int* numbers;
+  const int* map;
+  Slice slice;
+};
+
+void renumber(int* numbers, const int* map, Slice slice) {
+  for (long i = slice.begin; i < slice.end; ++i) numbers[i] = map[numbers[i]];
+}
+
+}  // namespace
+
+int mpp_merge_list(void* block) {
+  return run_pool_step(block);
+}
+
+int mpp_renumber(void* block) {
+  return run_task<RenumberParams>(
+      block, [](RenumberParams& p) { renumber(p.numbers, p.map, p.slice); });
+}
+
+namespace {
+
+/// A map ascends strictly, so the last entry tells whether it changes anything.
+bool changes(const int* map, int size) {
+  return map[size - 1] != size - 1;
+}
+
+void DoRenumber(TIntArray& numbers, const int* map, int size) {
+  if (changes(map, size)) renumber(numbers.PIntAr(), map, {0, numbers.FArraySize});
+}
+
+void DoMppRenumber(TIntArray& numbers, const int* map, int size) {
+  if (!changes(map, size)) return;
+  SlicedTask<RenumberParams> task(QX_MPP_RENUMBER, numbers.FArraySize, ENG->rows_per_worker());
+  task.run([&](Slice slice) { return RenumberParams{numbers.PIntAr(), map, slice}; });
+}
+
+void check_lists(const TBaseArray& vl1, const TBaseArray& vl2) {
+  if (vl1.GetDataType() != vl2.GetDataType()) {
+    throw CQXException(report("AccommodationMain", QX_ERROR_MERGE_TYPE, "Illegal data type"));
+  }
+  if (vl1.FArraySize < 1 || vl2.FArraySize < 1) {
+    throw CQXException(
+        report("DoMppRenumber", QX_ERROR_PARAMETER, "Invalid Parameter : pAggrSize"));
+  }
+}
+
+std::unique_ptr<TBaseArray> accommodate(TIntArray& pv1, const TBaseArray& vl1, TIntArray& pv2,
+                                        const TBaseArray& vl2, bool mpp) {
+  check_lists(vl1, vl2);
+  return with_family(vl1, [&]<class Array>(const Array& first) -> std::unique_ptr<TBaseArray> {
+    const int entries = std::max(vl1.FArraySize, vl2.FArraySize);
+    ListMerge<Array> merge(first, static_cast<const Array&>(vl2), compile_workers(entries, mpp));
+    if (merge.same()) return nullptr;
+    const auto make_values = mpp ? mpp_make_value_array : make_value_array;
+    auto merged = make_values(vl1.GetDataType(), merge.size(), as_bytes(merge.move_values()));
+    copy_type_info(vl1, *merged);
+    // Nothing fails from here on, so that both columns change or none.
+    const auto renumber_rows = mpp ? DoMppRenumber : DoRenumber;
+    renumber_rows(pv1, merge.map1(), vl1.FArraySize);
+    renumber_rows(pv2, merge.map2(), vl2.FArraySize);
+    return merged;
+  });
+}
+
+}  // namespace
+
+std::unique_ptr<TBaseArray> AccommodationMain(TIntArray& pv1, const TBaseArray& vl1, TIntArray& pv2,
+                                              const TBaseArray& vl2) {
+  return accommodate(pv1, vl1, pv2, vl2, false);
+}
+
+std::unique_ptr<TBaseArray> MppAccommodationMain(TIntArray& pv1, const TBaseArray& vl1,
+                                                 TIntArray& pv2, const TBaseArray& vl2) {
+  return accommodate(pv1, vl1, pv2, vl2, true);
+}
+
+}  // namespace qxe

@@ -1,0 +1,154 @@
+// The saved flags tell a client what it has not saved yet.
+#include <functional>
+
+#include "support/case_name.h"
+#include "support/engine_test.h"
+#include "support/test_table.h"
+
+namespace qxe::test {
+namespace {
+
+using Flags = std::vector<int>;  // sets, tables, settings
+
+Flags flags() {
+  Flags now(3);
+  EXPECT_EQ(RQXGetSavedFlag(&now[0], &now[1], &now[2]), 0);
+  return now;
+}
+
+struct ChangeCase {
+  const char* name;
+  std::function<int(const TestTable&)> change;
+  Flags after;
+  Flags before = {1, 1, 1};
+};
+
+class SavedFlagsTest : public EngineTest, public testing::WithParamInterface<ChangeCase> {};
+
+TEST_P(SavedFlagsTest, FollowTheChange) {
+  const ChangeCase& wanted = GetParam();
+  const TestTable table({{"a", ints({2, 1})}, {"n", decimals(2, {"1.25", "2.50"})}});
+  const int set = table.add_set({1});
+  RQXChangeCurrentSetID(table.id(), 1);
+  EXPECT_EQ(set, 2);
+  RQXSetSavedFlag(wanted.before[0], wanted.before[1], wanted.before[2]);
+  EXPECT_GE(wanted.change(table), 0);
+  EXPECT_EQ(flags(), wanted.after);
+}
+
+const Flags kSets = {0, 1, 1};
+const Flags kTables = {1, 0, 1};
+const Flags kNone = {1, 1, 1};
+char block[64];
+int rows[] = {1};
+int one = 1;
+int keys[] = {1, 0};
+int dirs[] = {0, 0};
+NumericInfo finer = {3, QX_ROUND_HALFUP};
+char* value() {
+  return reinterpret_cast<char*>(&one);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, SavedFlagsTest,
+    testing::Values(
+        ChangeCase{"AddTable", [](const TestTable&) { return RQXAddRealTable("x", 1); }, kTables},
+        ChangeCase{"DeleteTable", [](const TestTable& table) { return QXDeleteTable(table.id()); },
+                   kTables},
+        ChangeCase{"RenameTable",
+                   [](const TestTable& table) { return RQXSetTableName(table.id(), "x"); },
+                   kTables},
+        ChangeCase{"AddFilter",
+                   [](const TestTable& table) {
+                     return RQXAddRealFilter2(table.id(), 0, "x", 2, 0, nullptr, nullptr, nullptr);
+                   },
+                   kTables},
+        ChangeCase{"DeleteFilter",
+                   [](const TestTable& table) { return RQXDeleteRealFilter(table.id(), 1); },
+                   kTables},
+        ChangeCase{"MoveFilter",
+                   [](const TestTable& table) { return RQXMoveRealFilter(table.id(), 0, 1); },
+                   kTables},
+        ChangeCase{"RenameFilter",
+                   [](const TestTable& table) { return RQXSetFilterName(table.id(), 1, "x"); },
+                   kTables},
+        ChangeCase{
+            "FilterAttributes",
+            [](const TestTable& table) { return RQXSetFilterAttr(table.id(), 1, block, false); },
+            kTables},
+        ChangeCase{
+            "NumericInfo",
+            [](const TestTable& table) { return RQXSetNumericInfo(table.id(), 2, &finer, false); },
+            kTables},
+        ChangeCase{"AddSet",
+                   [](const TestTable& table) { return RQXAddSetReal(table.id(), 1, rows); },
+                   kSets},
+        ChangeCase{"DeleteSet", [](const TestTable& table) { return RQXDeleteSet(table.id(), 2); },
+                   kSets},
+        ChangeCase{"Purge", [](const TestTable& table) { return RQXPurgeSubsets(table.id()); },
+                   kSets},
+        ChangeCase{"NameSet",
+                   [](const TestTable& table) { return RQXSetSetName(table.id(), 2, "x"); }, kSets},
+        ChangeCase{"Search",
+                   [](const TestTable& table) {
+                     return RQXSearchByField(table.id(), 1, 1, QX_OPE_EQ, value(), value());
+                   },
+                   kSets},
+        ChangeCase{"SearchManyValues",
+                   [](const TestTable& table) {
+                     return RQXSearchByFieldNValues(table.id(), 1, 1, 1, value());
+                   },
+                   kSets},
+        ChangeCase{
+            "SearchRows",
+            [](const TestTable& table) { return RQXSearchByRowNo(table.id(), 1, 1, 0, 1, 1); },
+            kSets},
+        ChangeCase{"Sort",
+                   [](const TestTable& table) { return RQXSortByField(table.id(), 1, 1, 0); },
+                   kSets},
+        ChangeCase{"SortByRow",
+                   [](const TestTable& table) { return QXSortByRowNo(table.id(), 1, 1, 0); },
+                   kSets},
+        ChangeCase{"SortByKeys",
+                   [](const TestTable& table) {
+                     return RQXIntegratedSortByField(table.id(), 1, keys, dirs);
+                   },
+                   kSets},
+        ChangeCase{"ChangeCurrentSet",
+                   [](const TestTable& table) { return RQXChangeCurrentSetID(table.id(), 2); },
+                   kNone,
+                   {1, 1, 0}},
+        ChangeCase{"Clear", [](const TestTable&) { return RQXClearDB(); }, kNone},
+        ChangeCase{"ClearKeepsThemAsTheyAre",
+                   [](const TestTable&) { return RQXClearDB(); },
+                   {0, 1, 0},
+                   {0, 1, 0}},
+        ChangeCase{"Read",
+                   [](const TestTable& table) {
+                     table.texts("a");
+                     table.rows();
+                     return 0;
+                   },
+                   kNone}),
+    case_name<ChangeCase>);
+
+TEST_F(SavedFlagsTest, StayWhenTheChangeFails) {
+  const TestTable table({{"a", ints({2, 1})}});
+  RQXSetSavedFlag(1, 1, 1);
+  RQXDeleteTable(99);
+  RQXDeleteSet(table.id(), 1);
+  RQXSortByField(table.id(), 1, 1, 2);
+  RQXAddRealTable("x", -1);
+  RQXDeleteRealFilter(table.id(), 99);
+  EXPECT_EQ(flags(), kNone);
+}
+
+TEST_F(SavedFlagsTest, AreTrueOrFalseWhateverIsSet) {
+  EXPECT_EQ(QXSetSavedFlag(5, 0, -1), 0);
+  Flags now(3);
+  EXPECT_EQ(QXGetSavedFlag(&now[0], &now[1], &now[2]), 0);
+  EXPECT_EQ(now, (Flags{1, 0, 1}));
+}
+
+}  // namespace
+}  // namespace qxe::test
