@@ -146,7 +146,7 @@ void write_sale(FILE* file, int row, long comment_keys) {
 
 std::string city_name(int city) {
   // Spread over the ranks, so that no head is rarer than another.
-  const auto place = static_cast<size_t>(city) * 1109 % kCities;
+  const auto place = (static_cast<size_t>(city) * 1109 + 777) % kCities;
   return std::string(kCityHeads[place / 100]) + kCityMiddles[place / 10 % 10] +
          kCityTails[place % 10];
 }

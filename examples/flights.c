@@ -38,11 +38,13 @@ typedef struct Grid {
   char cells[kGridRows][kGridColumns][kCellSize];
 } Grid;
 
+/* Longer texts are cut. */
+static void copy_text(char* cell, const char* text) {
+  snprintf(cell, kCellSize, "%.*s", kCellSize - 1, text);
+}
+
 static void set_cell(Grid* grid, int row, int column, const char* text) {
-  size_t length = strlen(text);
-  if (length >= kCellSize) length = kCellSize - 1;
-  memcpy(grid->cells[row][column], text, length);
-  grid->cells[row][column][length] = '\0';
+  copy_text(grid->cells[row][column], text);
 }
 
 static void set_title(Grid* grid, int column, const char* text, bool is_number) {
@@ -139,7 +141,7 @@ typedef struct Airport {
 
 /* Text of the value at a position, counted from 1, of a set. */
 static void read_text(int table, int filter, int set, int position, char* out) {
-  snprintf(out, kCellSize, "%s", RQXGetData1Cnv2StrR1(table, filter, set, position));
+  copy_text(out, RQXGetData1Cnv2StrR1(table, filter, set, position));
 }
 
 /* Finds an airport by its code; false when there is none. */

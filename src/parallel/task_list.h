@@ -9,7 +9,7 @@
   unused(QX_MPP_DUMMY, "Dummy") \
   task(QX_MPP_IMPORT_PARSE, "Parallel Import Step1", mpp_import_step1) \
   task(QX_MPP_IMPORT_MERGE, "Parallel Import Step2", mpp_import_step2) \
-  unused(QX_MPP_EXPORT, "Parallel Export ") \
+  task(QX_MPP_EXPORT, "Parallel Export ", mpp_export_createCsv) \
   task(QX_MPP_SINGLE_SORT_COUNTUP, "Parallel Single Sort CountUp", mpp_single_sort_countup) \
   task(QX_MPP_SINGLE_SORT_TRANSFER, "Parallel Single Sort Transfer", mpp_single_sort_transfer) \
   task(QX_MPP_MULTI_SORT_COUNTUP, "Parallel Multi Sort CountUp", mpp_multi_sort_countup) \
