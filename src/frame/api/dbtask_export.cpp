@@ -1,6 +1,10 @@
 // The task object's exports: the checks of a call, then the table's writers.
+#include <string>
+
 #include "frame/api/dbtask.h"
 #include "frame/api/serial_layer.h"
+#include "import/mtexport.h"
+#include "import/output_path.h"
 
 namespace qxe {
 
@@ -52,15 +56,15 @@ int check_export(const char* layer, TBaseTable& table, const ExportData& data) {
   return check_file(layer, data.directory, data.file);
 }
 
-int export_data(TBaseTable& table, const ExportData& data, char separator) {
-  return table.Export(data.set, data.filters, data.from, data.to, separator, data.dateSeparator,
-                      data.directory, data.file, data.formatFile);
+int export_data(const ExportData& data, char separator) {
+  return MppCsvExport(data.table, data.set, data.filters, data.from, data.to, separator,
+                      data.dateSeparator, data.directory, data.file, data.formatFile);
 }
 
 int export_rows(const char* layer, const ExportData& data, char separator) {
   return with_table({.layer = layer}, data.table, [&](TBaseTable& table) {
     const int status = check_export(layer, table, data);
-    return status < 0 ? status : export_data(table, data, separator);
+    return status < 0 ? status : export_data(data, separator);
   });
 }
 
@@ -80,15 +84,23 @@ int check_catalog(const char* layer, const ExportData& data, int type, const Cat
   return check_file(layer, place.directory, place.file);
 }
 
+/// A format file counts from the data's directory for both files.
+int create_catalog(TBaseTable& table, const ExportData& data, char separator,
+                   const CatalogPlace& place) {
+  const bool formatted = data.formatFile != nullptr;
+  const std::string format = formatted ? path_in(data.directory, data.formatFile) : "";
+  return table.CreateCatalogFile(data.filters, separator, place.directory, place.file,
+                                 formatted ? format.c_str() : nullptr);
+}
+
 int save_catalog(const char* layer, const ExportData& data, int type, const CatalogPlace& place) {
   return with_table({.layer = layer}, data.table, [&](TBaseTable& table) {
     int status = check_export(layer, table, data);
     if (status >= 0) status = check_catalog(layer, data, type, place);
     if (status < 0) return status;
     const char separator = type == QX_EXPORT_TAB ? kTab : kComma;
-    status = table.CreateCatalogFile(data.filters, separator, place.directory, place.file,
-                                     data.formatFile);
-    return status < 0 ? status : export_data(table, data, separator);
+    status = create_catalog(table, data, separator, place);
+    return status < 0 ? status : export_data(data, separator);
   });
 }
 
