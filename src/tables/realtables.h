@@ -96,8 +96,9 @@ class TRealTable : public TBaseTable {
   const int* row_at(int set, int pos) const;
   template <class PutRow, class Put>
   int read_cell(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
-  template <class Make, class Store>
-  int make_set(const char* layer, int filter, int set, Make&& make, Store&& store);
+  template <class Store, class Make>
+  int make_set(const char* layer, int filter, int set, Store store, Make&& make);
+  int search_values(const char* layer, int filter, int set, int count, const void* values);
 
   std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
   std::vector<std::unique_ptr<TFilter>> filters_;  // in display order
