@@ -23,7 +23,16 @@ constexpr int kMaxCachedValues = 16384;
 // Rows for each value that make rendering it in advance pay.
 constexpr int kRowsPerCachedValue = 4;
 
+// Rows between asking for a value, asking for its text and writing it.
+constexpr int kAhead = 16;
+
 constexpr size_t kBufferSize = 0x100000;
+
+/// The assembler line keeps the compiler from dropping calls of functions that only prefetch.
+inline void prefetch_line(const void* address) {
+  __builtin_prefetch(address);
+  asm volatile("");
+}
 
 int double_decimals(const TDoubleArray& values, const EXPTFMT_t* format) {
   if (format != nullptr && format->decimals >= 0 && format->decimals <= kMaxFormatDecimals) {
@@ -50,6 +59,7 @@ CsvColumn::CsvColumn(int filterId, const TFilter& filter, const EXPTFMT_t* forma
       list_(filter.VL->data()),
       tail_(data_of(filter.TVL)),
       list_size_(filter.VL->FArraySize),
+      unit_(filter.VL->FUnitSize),
       date_separator_(dateSeparator) {
   switch (type_) {
     case QX_DT_INTEGER: max_width_ = kIntegerTextSize; break;
@@ -97,14 +107,16 @@ inline const char* CsvColumn::string(int number) const {
   return (number >= 0 ? pool_ : tail_pool_) + value<long>(number);
 }
 
-inline void CsvColumn::prefetch(const int* numbers, int count) const {
-  if (list_size_ <= kMaxCachedValues) return;
-  const int unit = filter_->VL->FUnitSize;
-  for (int i = 0; i < count; ++i) {
-    __builtin_prefetch(static_cast<const char*>(list_) + static_cast<long>(numbers[i]) * unit);
-  }
-  if (!is_string()) return;
-  for (int i = 0; i < count; ++i) __builtin_prefetch(string(numbers[i]));
+bool CsvColumn::is_far() const {
+  return list_size_ > kMaxCachedValues;
+}
+
+inline void CsvColumn::prefetch_value(int number) const {
+  prefetch_line(static_cast<const char*>(list_) + static_cast<long>(number) * unit_);
+}
+
+inline void CsvColumn::prefetch_text(int number) const {
+  prefetch_line(string(number));
 }
 
 char* CsvColumn::put(int number, char* out) const {
@@ -157,11 +169,27 @@ CsvRowWriter::CsvRowWriter(const CsvLayout& layout, CCMultiThreadExport& exporte
   buffer_ = make_block<char>(static_cast<long>(size));
   at_ = buffer_.get();
   end_ = at_ + size;
+  for (int i = 0; i < columns(); ++i) {
+    if (column(i).is_far()) far_columns_.push_back(i);
+  }
 }
 
 void CsvRowWriter::put_rows(int rows) {
-  for (int i = 0; i < columns(); ++i) column(i).prefetch(numbers(i), rows);
-  for (int row = 0; row < rows; ++row) put_row(row);
+  for (int row = -2 * kAhead; row < 0; ++row) prefetch(row, rows);
+  for (int row = 0; row < rows; ++row) {
+    prefetch(row, rows);
+    put_row(row);
+  }
+}
+
+/// Two steps, so that the text's place is known when it is asked for.
+inline void CsvRowWriter::prefetch(int row, int rows) {
+  const int value_row = std::min(row + 2 * kAhead, rows - 1);
+  const int text_row = std::clamp(row + kAhead, 0, rows - 1);
+  for (const int i : far_columns_) {
+    column(i).prefetch_value(numbers(i)[value_row]);
+    if (column(i).is_string()) column(i).prefetch_text(numbers(i)[text_row]);
+  }
 }
 
 void CsvRowWriter::put_row(int row) {

@@ -95,10 +95,26 @@ int CCMultiThreadImport::MppImport_run_step2(const char* tableName) {
   raised(tables.GenTableName(tableName, name));
   auto table =
       std::make_unique<TRealTable>(tables.issue_table_id(), name, static_cast<int>(rows_));
-  for (size_t i = 0; i < layout_.columns.size(); ++i) {
-    raised(table->AddFilter(static_cast<int>(i), layout_.columns[i].name.c_str(), pvvl2filt(i)));
+  std::vector<Column> columns(layout_.columns.size());
+  for (const size_t i : columns_by_size()) columns[i] = pvvl2filt(i);
+  for (size_t i = 0; i < columns.size(); ++i) {
+    raised(table->AddFilter(static_cast<int>(i), layout_.columns[i].name.c_str(),
+                            std::move(columns[i])));
   }
   return tables.adopt_table(std::move(table));
+}
+
+/// Those with the most texts first, so that their memory is given back before the others need some.
+std::vector<size_t> CCMultiThreadImport::columns_by_size() const {
+  std::vector<long> texts(layout_.columns.size());
+  std::vector<size_t> order(texts.size());
+  for (size_t i = 0; i < order.size(); ++i) {
+    order[i] = i;
+    for (const auto& share : shares_) texts[i] += share->parser->field(i).texts();
+  }
+  std::stable_sort(order.begin(), order.end(),
+                   [&](size_t left, size_t right) { return texts[left] > texts[right]; });
+  return order;
 }
 
 /// Makes a finished column of its shares, whose memory is given back.

@@ -39,6 +39,7 @@ class CCMultiThreadImport : NonCopyable {
   void text2pvvl(Share& share, const std::string& dataFile, const char* data_end);
   void collect_shares(int status);
   int MppImport_run_step2(const char* tableName);
+  std::vector<size_t> columns_by_size() const;
   Column pvvl2filt(size_t column);
 
   const DataLayout& layout_;

@@ -26,8 +26,8 @@ int mpp_merge_list(void* block) {
 }
 
 int mpp_renumber(void* block) {
-  return run_task<RenumberParams>(
-      block, [](RenumberParams& p) { renumber(p.numbers, p.map, p.slice); });
+  return run_task<RenumberParams>(block,
+                                  [](RenumberParams& p) { renumber(p.numbers, p.map, p.slice); });
 }
 
 namespace {

@@ -82,8 +82,7 @@ class ListMerge {
     });
     for (size_t i = 1; i < before_.size(); ++i) before_[i] += before_[i - 1];
     if (before_.back() > std::numeric_limits<int>::max()) {
-      throw CQXException(report("DoMppMerge", QX_ERROR_ROW_SIZE,
-                                "Illrgal row size : nUnique(%d)",
+      throw CQXException(report("DoMppMerge", QX_ERROR_ROW_SIZE, "Illrgal row size : nUnique(%d)",
                                 static_cast<int>(before_.back())));
     }
   }
