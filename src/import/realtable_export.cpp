@@ -7,7 +7,8 @@
 namespace qxe {
 
 void TRealTable::OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) {
-  const int* rows = GetSet(set)->PIntAr() + part.first - 1;
+  const TSetArray& source = *GetSet(set);  // constant: read by several workers
+  const int* rows = source.PIntAr() + part.first - 1;
   for (int left = part.size(); left > 0; left -= CsvRowWriter::kBlockRows) {
     const int count = std::min(left, CsvRowWriter::kBlockRows);
     for (int i = 0; i < writer.columns(); ++i) {
