@@ -1435,8 +1435,7 @@ QXE_API const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo*
  * a field above 4095 bytes (4096 in quotes) in every mode.
  *
  * The log is a text file in the catalog's directory. It is deleted when the import starts and
- * exists afterwards only if there was something to log. The process's working directory changes
- * during an import and is put back. A failed import leaves no table.
+ * exists afterwards only if there was something to log. A failed import leaves no table.
  *
  * Failures of both calls: QX_ERROR_FILE for a directory or file that is missing, unnamed or has a
  * name of 512 bytes or more; QX_ERROR_CATALOG for a fault in the catalog or a wrong number of
@@ -1463,7 +1462,7 @@ QXE_API int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, co
  * come back. NULL is an empty field. Integers are plain; floats have 3 digits behind the point and
  * from 1e18 on an exponent; dates have the engine's date order; times show milliseconds only when
  * not 0; decimals have all their digits. An existing file is overwritten; a failed export may leave
- * part of one. The process's working directory changes during an export and is put back.
+ * part of one.
  *
  * set: -1 for the current set. filters: in, ids in the order of the columns, ends at -1; a filter
  * may stand twice; -1 as the first entry means all. rowFrom, rowTo: positions in the set, from 1;
