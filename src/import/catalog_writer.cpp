@@ -14,7 +14,6 @@ namespace {
 constexpr char kLayer[] = "CreateCatalogFile";
 // Imports of separated values do not read the width.
 constexpr char kWidth[] = "01";
-constexpr int kMaxScale = 38;
 
 char type_letter(int type) {
   switch (type) {
@@ -30,10 +29,7 @@ char type_letter(int type) {
 
 /// Scale and rounding mode of a column of decimals.
 std::string decimal_part(const TNumericArray& values, const EXPTFMT_t* format) {
-  NumericInfo info = values.GetDecimalInfo();
-  if (format != nullptr && format->decimals >= 0 && format->decimals <= kMaxScale) {
-    info = {format->decimals, format->rounding};
-  }
+  const NumericInfo info = exported_info(values.GetDecimalInfo(), format);
   std::string part("\t");
   part.append(std::to_string(info.scale)).append("\t");
   part.append(TransNumericRoundType2Str(info.rounding));

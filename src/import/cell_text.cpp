@@ -123,15 +123,15 @@ char* put_double(double value, int decimals, char* out) {
       .ptr;
 }
 
-char* put_decimal(const Numeric& value, const NumericInfo& info, int scale, int rounding,
-                  char* out) {
+char* put_decimal(const Numeric& value, const NumericInfo& info, const NumericInfo& as, char* out) {
   const bool negative = value.hi < 0;
   const bool is_narrow = negative ? value.hi == -1 && value.lo != 0 : value.hi == 0;
-  if (is_narrow && info.scale <= kMaxScale && (scale < 0 || scale == info.scale)) {
+  if (is_narrow && as.scale == info.scale && info.scale <= kMaxScale) {
     return put_scaled(negative ? 0 - value.lo : value.lo, info.scale, put_sign(negative, out));
   }
   char text[kDecimalTextSize];
-  if (RQXNumericNum2Str(&value, &info, scale, rounding, text, sizeof text) != QX_NUMERIC_DONE) {
+  if (RQXNumericNum2Str(&value, &info, as.scale, as.rounding, text, sizeof text) !=
+      QX_NUMERIC_DONE) {
     return out;
   }
   const size_t length = strlen(text);

@@ -19,9 +19,8 @@ char* put_integer(int value, char* out);
 /// As "%0.*f" prints it, and from 1e18 in magnitude on as "%0.13E".
 char* put_double(double value, int decimals, char* out);
 
-/// A decimal of `info` with `scale` digits behind the point, dropped ones rounded by `rounding`; -1
-/// for either means the info's own. Nothing for NaN and for a number that does not fit.
-char* put_decimal(const Numeric& value, const NumericInfo& info, int scale, int rounding,
-                  char* out);
+/// A number of `info` at the scale of `as`, dropped digits rounded by its mode. Nothing for NaN and
+/// for a number that does not fit.
+char* put_decimal(const Numeric& value, const NumericInfo& info, const NumericInfo& as, char* out);
 
 }  // namespace qxe

@@ -12,10 +12,8 @@ namespace qxe {
 
 namespace {
 
-// Digits of doubles beyond the column's display decimals, and what a format file may ask for.
+// Digits of doubles beyond the column's display decimals.
 constexpr int kExtraDecimals = 3;
-constexpr int kMaxFormatDecimals = 15;
-constexpr int kMaxScale = 38;
 
 // Lists up to this size stay in the processor's cache when rendered.
 constexpr int kMaxCachedValues = 16384;
@@ -36,10 +34,7 @@ inline void prefetch_line(const void* address) {
 }
 
 int double_decimals(const TDoubleArray& values, const EXPTFMT_t* format) {
-  if (format != nullptr && format->decimals >= 0 && format->decimals <= kMaxFormatDecimals) {
-    return format->decimals;
-  }
-  return std::max(values.display_scale() + kExtraDecimals, 0);
+  return exported_decimals(std::max(values.display_scale() + kExtraDecimals, 0), format);
 }
 
 const void* data_of(const TBaseArray* array) {
@@ -74,10 +69,7 @@ CsvColumn::CsvColumn(int filterId, const TFilter& filter, const EXPTFMT_t* forma
       break;
     case QX_DT_DECIMAL:
       info_ = static_cast<const TNumericArray&>(*filter.VL).GetDecimalInfo();
-      if (format != nullptr && format->decimals <= kMaxScale) {
-        decimals_ = format->decimals;
-        rounding_ = format->rounding;
-      }
+      output_info_ = exported_info(info_, format);
       max_width_ = kDecimalTextSize;
       break;
     default: max_width_ = kSerialTextSize;
@@ -135,8 +127,7 @@ char* CsvColumn::render(int number, char* out) const {
       const int integer = value<int>(number);
       return Family<TIntArray>::is_null(integer) ? out : put_integer(integer, out);
     }
-    case QX_DT_DECIMAL:
-      return put_decimal(value<Numeric>(number), info_, decimals_, rounding_, out);
+    case QX_DT_DECIMAL: return put_decimal(value<Numeric>(number), info_, output_info_, out);
     default: return put_serial(value<double>(number), out);
   }
 }

@@ -64,10 +64,10 @@ class CsvColumn {
   const char* pool_ = "";  // of strings
   const char* tail_pool_ = "";
   int list_size_;
-  int unit_;  // bytes of an entry
-  int decimals_ = -1;
-  int rounding_ = -1;
-  NumericInfo info_{};
+  int unit_;                   // bytes of an entry
+  int decimals_ = 0;           // of doubles
+  NumericInfo info_{};         // of decimals in the list
+  NumericInfo output_info_{};  // and in the output
   char date_separator_;
   int max_width_ = 0;
   std::vector<CachedText> cache_;  // by value number; empty when the list is not cached

@@ -15,6 +15,8 @@ namespace qxe {
 namespace {
 
 constexpr int kParts = 3;
+constexpr int kMaxDecimals = 15;
+constexpr int kMaxScale = 38;
 
 /// The next line without its line feed, whatever its length. False at the end of the file.
 bool read_line(zvk_fstream& stream, std::string* line) {
@@ -91,6 +93,16 @@ const EXPTFMT_t* find_format(const ExportFormats& list, const char* name) {
     return strcmp(format.name, name) == 0;
   });
   return found == list.rend() ? nullptr : &*found;
+}
+
+int exported_decimals(int own, const EXPTFMT_t* format) {
+  if (format == nullptr || format->decimals < 0 || format->decimals > kMaxDecimals) return own;
+  return format->decimals;
+}
+
+NumericInfo exported_info(const NumericInfo& own, const EXPTFMT_t* format) {
+  if (format == nullptr || format->decimals < 0 || format->decimals > kMaxScale) return own;
+  return {format->decimals, format->rounding};
 }
 
 }  // namespace qxe

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+#include "qxe_numeric.h"
+
 namespace qxe {
 
 struct EXPTFMT_t {
@@ -20,5 +22,10 @@ int readFmtInfo(const char* path, ExportFormats* list);
 
 /// The last entry for a filter's name, or null.
 const EXPTFMT_t* find_format(const ExportFormats& list, const char* name);
+
+/// Digits of a column of doubles that has `own` ones: the entry's if they are 0 to 15.
+int exported_decimals(int own, const EXPTFMT_t* format);
+/// Scale and rounding of a column of decimals: the entry's if the scale is one.
+NumericInfo exported_info(const NumericInfo& own, const EXPTFMT_t* format);
 
 }  // namespace qxe

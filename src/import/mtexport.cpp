@@ -21,8 +21,6 @@ constexpr long kRowCost = 16;
 
 }  // namespace
 
-// ---- Parts on the workers -----------------------------------------------------------------------
-
 int mpp_export_createCsv(void* block) {
   return run_task<ExportParams>(block, [](ExportParams& task) { task.exporter->write_parts(); });
 }
@@ -78,8 +76,6 @@ void CCMultiThreadExport::fail(int status) {
   if (status_ == 0) status_ = status;
   turn_passed_.notify_all();
 }
-
-// ---- Arguments ----------------------------------------------------------------------------------
 
 namespace {
 
@@ -150,15 +146,13 @@ int list_export_filters(TBaseTable& table, const int* filters, std::vector<int>*
   return 0;
 }
 
-// ---- The export as a whole ----------------------------------------------------------------------
-
 namespace {
 
 /// Cuts `rows` into parts of about one size: small enough for a writer's buffer, and one for each
 /// thread at least.
 std::vector<CsvLineDiv_t> SetCsvtable(const CsvLineDiv_t& rows, const CsvLayout& layout,
                                       int threads) {
-  const long share = (rows.size() + threads - 1) / threads;
+  const long share = (static_cast<long>(rows.size()) + threads - 1) / threads;
   const long step = std::clamp(kPartSize / layout.typical_width(), 1L, share);
   std::vector<CsvLineDiv_t> parts;
   for (long first = rows.first; first <= rows.last; first += step) {

@@ -91,18 +91,18 @@ TEST(CellTextTest, DecimalsAreTextsOfTheDecimalLibrary) {
     Numeric value{random() >> shift, wide ? static_cast<long>(random() % 1000) - 500 : 0};
     if (!wide && random() % 2 == 0) value = {0 - value.lo, value.lo == 0 ? 0 : -1};
     const NumericInfo info{static_cast<int>(random() % 39), static_cast<int>(random() % 7)};
-    const int scale = random() % 2 == 0 ? -1 : static_cast<int>(random() % 39);
-    const int rounding = scale < 0 ? -1 : static_cast<int>(random() % 7);
+    NumericInfo as = info;
+    if (random() % 2 == 0) as = {static_cast<int>(random() % 39), static_cast<int>(random() % 7)};
     char wanted[64];
-    RQXNumericNum2Str(&value, &info, scale, rounding, wanted, sizeof wanted);
+    RQXNumericNum2Str(&value, &info, as.scale, as.rounding, wanted, sizeof wanted);
     char text[64];
-    ASSERT_EQ(std::string(text, put_decimal(value, info, scale, rounding, text)), wanted)
-        << value.hi << " " << value.lo << " scale " << info.scale << " to " << scale;
+    ASSERT_EQ(std::string(text, put_decimal(value, info, as, text)), wanted)
+        << value.hi << " " << value.lo << " scale " << info.scale << " to " << as.scale;
   }
   Numeric nan;
   RQXNumericSetNan(&nan);
   char text[64];
-  EXPECT_EQ(put_decimal(nan, {2, 4}, -1, -1, text), text);
+  EXPECT_EQ(put_decimal(nan, {2, 4}, {2, 4}, text), text);
 }
 
 }  // namespace

@@ -88,8 +88,6 @@ class ExportTest : public EngineTest {
   }
 };
 
-// ---- Content ------------------------------------------------------------------------------------
-
 TEST_F(ExportTest, RandomTablesSetsAndRangesEqualThePlainLoop) {
   for (unsigned seed = 1; seed <= 150; ++seed) {
     RandomData random(seed);
@@ -210,8 +208,6 @@ TEST_F(ExportTest, ATableWithoutFiltersGivesAnEmptyFile) {
   EXPECT_EQ(output(), "");
 }
 
-// ---- Rows ---------------------------------------------------------------------------------------
-
 struct RangeCase {
   const char* name;
   int from, to;
@@ -247,8 +243,6 @@ TEST_F(ExportTest, AnEmptySetGivesAnEmptyFileWhateverTheRange) {
   EXPECT_EQ(export_csv(table, kAllFilters, 0, 5, set), 0);
   EXPECT_EQ(output(), "");
 }
-
-// ---- Format files -------------------------------------------------------------------------------
 
 struct FormatCase {
   const char* name;
@@ -318,8 +312,6 @@ TEST_F(ExportTest, FormatFilesOfAnySizeAreRead) {
   EXPECT_EQ(output(), "2.5\n");
 }
 
-// ---- Files --------------------------------------------------------------------------------------
-
 TEST_F(ExportTest, LeavesNothingButItsFileAndStaysInItsDirectory) {
   const auto before = std::filesystem::current_path();
   std::filesystem::create_directory("sub");
@@ -359,8 +351,6 @@ TEST_F(ExportTest, AFullDeviceIsReported) {
                    QX_ERROR_FILE, "Failed to write (/dev/full)");
   }
 }
-
-// ---- Catalogs -----------------------------------------------------------------------------------
 
 TEST_F(ExportTest, ACatalogDescribesTheColumns) {
   const TestTable table({{"i", ints({1})},
