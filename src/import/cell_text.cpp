@@ -3,6 +3,7 @@
 // their count.
 #include "import/cell_text.h"
 
+#include <assert.h>
 #include <stdint.h>
 #include <string.h>
 
@@ -44,6 +45,7 @@ int leading_zeros(uint64_t digits) {
 
 /// Digits without the leading `zeros` as text, eight bytes whose end has no meaning.
 void put_digits(uint64_t digits, int zeros, char* out) {
+  assert(zeros < kShortDigits);
   const uint64_t text = (digits + kAsciiZeros) >> (8 * zeros);
   memcpy(out, &text, sizeof text);
 }
@@ -129,14 +131,8 @@ char* put_decimal(const Numeric& value, const NumericInfo& info, const NumericIn
   if (is_narrow && as.scale == info.scale && info.scale <= kMaxScale) {
     return put_scaled(negative ? 0 - value.lo : value.lo, info.scale, put_sign(negative, out));
   }
-  char text[kDecimalTextSize];
-  if (RQXNumericNum2Str(&value, &info, as.scale, as.rounding, text, sizeof text) !=
-      QX_NUMERIC_DONE) {
-    return out;
-  }
-  const size_t length = strlen(text);
-  memcpy(out, text, length);
-  return out + length;
+  RQXNumericNum2Str(&value, &info, as.scale, as.rounding, out, kDecimalTextSize);
+  return out + strlen(out);  // a failure leaves the empty text
 }
 
 }  // namespace qxe

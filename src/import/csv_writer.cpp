@@ -206,8 +206,7 @@ inline char* CsvRowWriter::put_string(const char* text, char* at) {
     return buffer_.get();
   }
   at = with_room(at, size);
-  memcpy(at, text, size);
-  return at + size;
+  return std::copy_n(text, size, at);
 }
 
 inline char* CsvRowWriter::with_room(char* at, size_t size) {

@@ -204,7 +204,7 @@ int export_csv(TBaseTable& table, const CsvExportRequest& request, int maxThread
   if (size < 0) {
     return report("Export", QX_ERROR_NO_SET, "Failed to get index SetLoc ( result SetID2Pos )");
   }
-  CsvLineDiv_t rows;
+  CsvLineDiv_t rows{};
   status = find_rows(request, size, &rows);
   if (status < 0) return status;
   CsvLayout layout;

@@ -13,7 +13,7 @@ namespace {
 constexpr size_t kNameSize = 512;
 
 bool can_enter(const std::string& directory) {
-  struct stat entry;
+  struct stat entry = {};
   return stat(directory.c_str(), &entry) == 0 && S_ISDIR(entry.st_mode) &&
          access(directory.c_str(), X_OK) == 0;
 }

@@ -124,9 +124,9 @@ TEST_F(ExportTest, ManyPartsComeOutInOrder) {
   Column text = strings({});
   Column amount = doubles({});
   for (int row = 0; row < kRows; ++row) {
-    number.cells.push_back(row * 37 % kRows);
-    text.cells.push_back("text " + std::to_string(random.below(40000)) + std::string(25, '.'));
-    amount.cells.push_back(random.below(30000) / 8.0);
+    number.cells.emplace_back(row * 37 % kRows);
+    text.cells.emplace_back("text " + std::to_string(random.below(40000)) + std::string(25, '.'));
+    amount.cells.emplace_back(random.below(30000) / 8.0);
   }
   columns.push_back({"number", number});
   columns.push_back({"text", text});
@@ -148,7 +148,7 @@ TEST_F(ExportTest, LongStringsAreWrittenWhole) {
 /// Nearly all rows hold the one long text, so that parts get far larger than their values suggest.
 TEST_F(ExportTest, PartsLargerThanABufferComeOutInOrder) {
   std::vector<std::string> texts(6000, std::string(4000, 'z'));
-  for (int i = 0; i < 2500; ++i) texts[static_cast<size_t>(i * 2)] = std::to_string(i);
+  for (int i = 0; i < 2500; ++i) texts[2 * static_cast<size_t>(i)] = std::to_string(i);
   const Columns columns = {{"text", strings(texts)}};
   const bool equal = exported(columns) == lines(columns, all_rows(columns), ',', '/');
   EXPECT_TRUE(equal);
