@@ -82,8 +82,7 @@ class ListMerge {
     });
     for (size_t i = 1; i < before_.size(); ++i) before_[i] += before_[i - 1];
     if (before_.back() > std::numeric_limits<int>::max()) {
-      throw CQXException(report("DoMppMerge", QX_ERROR_ROW_SIZE,
-                                "Illrgal row size : nUnique(%d)",
+      throw CQXException(report("DoMppMerge", QX_ERROR_ROW_SIZE, "Illrgal row size : nUnique(%d)",
                                 static_cast<int>(before_.back())));
     }
   }
@@ -104,8 +103,8 @@ class ListMerge {
     return merged;
   }
 
-  const int* map1() const { return first_.map.get(); }
-  const int* map2() const { return second_.map.get(); }
+  Block<int> take_map1() { return std::move(first_.map); }
+  Block<int> take_map2() { return std::move(second_.map); }
 
  private:
   /// Numbers the entries of a slice of both lists from 0; returns how many values there are.
