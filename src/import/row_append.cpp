@@ -74,6 +74,7 @@ RowAppend::RowAppend(TRealTable& table, int pos, int count)
 
 void RowAppend::set_column(TFilter& filter, Column rows) {
   filter.check_changeable();
+  if (count_ == 0) return;
   MergedLists merged = merge(*filter.VL, *rows.vl);
   if (merged.map2 != nullptr) DoMppRenumber(*rows.pv, merged.map2.get(), rows.vl->FArraySize);
   parts_.push_back({&filter, std::move(merged), std::move(rows.pv)});

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "import/errlog.h"
+#include "import/plain_text_parser.h"
 
 namespace qxe {
 
@@ -132,8 +133,8 @@ void CTextParser::store_batch() {
   unquoted_.clear();
 }
 
-// Faults come out in the order of the file, as if each row had been stored by itself. Of a line that
-// ends the import or is left out the first bad value counts.
+// Faults come out in the order of the file, as if each row had been stored by itself. Of a line
+// that ends the import or is left out the first bad value counts.
 void CTextParser::handle_faults() {
   std::sort(faults_.begin(), faults_.end(), [](const Fault& left, const Fault& right) {
     return left.row != right.row ? left.row < right.row : left.column < right.column;
@@ -259,7 +260,8 @@ std::unique_ptr<CTextParser> make_parser(const DataLayout& layout, const std::st
     case FileType::kTab: return std::make_unique<CTABParser>(layout, file, errors);
     case FileType::kFix: return std::make_unique<CFixedLengthParser>(layout, file, errors);
     case FileType::kUser: return std::make_unique<CUSRParser>(layout, file, errors);
-    default: return std::make_unique<CCSVParser>(layout, file, errors);
+    case FileType::kCsv: return std::make_unique<CCSVParser>(layout, file, errors);
+    default: return std::make_unique<CPlainTextParser>(layout, file, errors);
   }
 }
 

@@ -37,6 +37,8 @@ class CTextParser : NonCopyable {
   /// Notes a value that does not convert.
   virtual void data_fault(const Cell& cell, int column, int line);
 
+  const std::string& file() const { return file_; }
+  CatalogErrorInfo& errors() { return errors_; }
   int inputs() const { return static_cast<int>(layout_.inputs.size()); }
   bool at_data_end(const char* place) const { return place == data_end_; }
   /// Place of the present line's cell of an input field.
