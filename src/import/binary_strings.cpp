@@ -46,7 +46,7 @@ int find_texts(char* bytes, long size, int rows, const char** texts) {
 }  // namespace
 
 Column parse_bin(const std::string& file, int rows) {
-  const MappedFile mapped(file);
+  const MappedFile mapped = map_logged(file);
   const Block<char> bytes = read_records(mapped);
   const long most = std::min<long>(rows, mapped.size() / kLengthSize);
   const Block<const char*> texts = make_block<const char*>(most);

@@ -28,12 +28,11 @@ int CCMultiThreadImport::MppImport_run_step2(const char* tableName) {
   return tables.adopt_table(std::move(table));
 }
 
-int CCMultiThreadImport::MppAppend(const std::string& dataFile, TRealTable& table, int rowPos,
-                                   int rowCount) {
-  RowAppend append(table, rowPos, rowCount);
-  parse_.parse(dataFile, rowCount);
+int CCMultiThreadImport::MppAppend(const std::string& dataFile, TRealTable& table,
+                                   RowAppend& append) {
+  parse_.parse(dataFile, append.count());
   for (size_t i = 0; i < layout_.columns.size(); ++i) {
-    append.set_column(*table.filter_at(static_cast<int>(i)), parse_.take_column(i, rowCount));
+    append.set_column(*table.filter_at(static_cast<int>(i)), parse_.take_column(i, append.count()));
   }
   return append.commit();
 }

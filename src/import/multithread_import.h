@@ -7,6 +7,7 @@
 
 namespace qxe {
 
+class RowAppend;
 class TRealTable;
 
 class CCMultiThreadImport : NonCopyable {
@@ -20,10 +21,10 @@ class CCMultiThreadImport : NonCopyable {
   /// are in the log, and there is no table.
   int MppImport(const std::string& dataFile, const char* tableName);
 
-  /// Writes the first `rowCount` rows of `dataFile` into `table` from row `rowPos` on, as RowAppend
-  /// does, column by column into the filters in display order. Returns `rowCount`; throws as
-  /// MppImport, and the table is as it was then.
-  int MppAppend(const std::string& dataFile, TRealTable& table, int rowPos, int rowCount);
+  /// Reads the rows of an append to `table` from `dataFile`; the columns go to the filters in
+  /// display order. Returns their number; throws as MppImport and RowAppend, and the table is as it
+  /// was then.
+  int MppAppend(const std::string& dataFile, TRealTable& table, RowAppend& append);
 
  private:
   int MppImport_run_step2(const char* tableName);

@@ -11,15 +11,6 @@ namespace {
 
 constexpr long kMaxRows = 0x7FFFFFFF;
 
-MappedFile map_data(const std::string& name) {
-  try {
-    return MappedFile(name);
-  } catch (const CQXException& failure) {
-    if (failure.ErrorCode() == QX_ERROR_FILE) LogMsg("FILE  [%s] MISSING ", name.c_str());
-    throw;
-  }
-}
-
 }  // namespace
 
 int mpp_import_step1(void* block) {
@@ -33,7 +24,7 @@ int mpp_import_step2(void* block) {
 // With a limit a first round takes as many lines. When some of them are left out, further rounds
 // take lines for the rows still wanted.
 void ParallelParse::parse(const std::string& file, long limit) {
-  const MappedFile mapped = map_data(file);
+  const MappedFile mapped = map_logged(file);
   const char* begin = mapped.begin();
   if (layout_.title_line) begin = behind_lines(begin, mapped.end(), 1);
   do {

@@ -18,6 +18,8 @@ class RowAppend : NonCopyable {
   /// QX_ERROR_PARAMETER for row 0 or a negative count, QX_ERROR_ROW_SIZE for too many rows.
   RowAppend(TRealTable& table, int pos, int count);
 
+  int count() const { return count_; }
+
   /// The new rows of a filter of the same value family: `count` of them, from row 1 on. Decimals
   /// of different scale get the higher one. Throws QX_ERROR_HIGH_SPEED_FILTER, and
   /// QX_ERROR_DATA_SIZE when a decimal has no room for the digits of the higher scale.
