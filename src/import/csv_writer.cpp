@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "calc/datetime.h"
-#include "import/cell_text.h"
 #include "import/mtexport.h"
 #include "storage/family.h"
 
@@ -23,7 +22,18 @@ constexpr int kMaxCachedValues = 16384;
 // Rows for each value that make rendering it in advance pay.
 constexpr int kRowsPerCachedValue = 4;
 
+// Rows between asking for a value, asking for its text and writing it.
+constexpr int kAhead = 8;
+// Bytes of a text to ask for; they often lie in two lines of the cache.
+constexpr int kTextStart = 32;
+
 constexpr size_t kBufferSize = 0x100000;
+
+/// The assembler line keeps the compiler from dropping calls of functions that only prefetch.
+inline void prefetch_line(const void* address) {
+  __builtin_prefetch(address);
+  asm volatile("");
+}
 
 int double_decimals(const TDoubleArray& values, const EXPTFMT_t* format) {
   if (format != nullptr && format->decimals >= 0 && format->decimals <= kMaxFormatDecimals) {
@@ -50,6 +60,7 @@ CsvColumn::CsvColumn(int filterId, const TFilter& filter, const EXPTFMT_t* forma
       list_(filter.VL->data()),
       tail_(data_of(filter.TVL)),
       list_size_(filter.VL->FArraySize),
+      unit_(filter.VL->FUnitSize),
       date_separator_(dateSeparator) {
   switch (type_) {
     case QX_DT_INTEGER: max_width_ = kIntegerTextSize; break;
@@ -82,7 +93,7 @@ void CsvColumn::cache_texts(long rows) {
   if (is_string() || list_size_ > kMaxCachedValues) return;
   if (list_size_ > rows / kRowsPerCachedValue) return;
   std::vector<CachedText> texts(static_cast<size_t>(list_size_));
-  const Block<char> text = make_block<char>(max_width_);
+  const Block<char> text = make_block<char>(max_width_ + kTextOverrun);
   for (int number = 0; number < list_size_; ++number) {
     const auto size = static_cast<size_t>(render(number, text.get()) - text.get());
     CachedText& entry = texts[static_cast<size_t>(number)];
@@ -97,14 +108,18 @@ inline const char* CsvColumn::string(int number) const {
   return (number >= 0 ? pool_ : tail_pool_) + value<long>(number);
 }
 
-inline void CsvColumn::prefetch(const int* numbers, int count) const {
-  if (list_size_ <= kMaxCachedValues) return;
-  const int unit = filter_->VL->FUnitSize;
-  for (int i = 0; i < count; ++i) {
-    __builtin_prefetch(static_cast<const char*>(list_) + static_cast<long>(numbers[i]) * unit);
-  }
-  if (!is_string()) return;
-  for (int i = 0; i < count; ++i) __builtin_prefetch(string(numbers[i]));
+bool CsvColumn::is_far() const {
+  return list_size_ > kMaxCachedValues;
+}
+
+inline void CsvColumn::prefetch_value(int number) const {
+  prefetch_line(static_cast<const char*>(list_) + static_cast<long>(number) * unit_);
+}
+
+inline void CsvColumn::prefetch_text(int number) const {
+  const char* const text = string(number);
+  prefetch_line(text);
+  prefetch_line(text + kTextStart);
 }
 
 char* CsvColumn::put(int number, char* out) const {
@@ -137,7 +152,7 @@ char* CsvColumn::put_serial(double serial, char* out) const {
 }
 
 long CsvLayout::max_width() const {
-  long width = CsvColumn::kOverrun;
+  long width = kTextOverrun;
   for (const CsvColumn& column : columns) width += column.max_width() + 1;
   return width;
 }
@@ -157,51 +172,66 @@ CsvRowWriter::CsvRowWriter(const CsvLayout& layout, CCMultiThreadExport& exporte
   buffer_ = make_block<char>(static_cast<long>(size));
   at_ = buffer_.get();
   end_ = at_ + size;
+  for (int i = 0; i < columns(); ++i) {
+    if (column(i).is_far()) far_columns_.push_back(i);
+  }
 }
 
 void CsvRowWriter::put_rows(int rows) {
-  for (int i = 0; i < columns(); ++i) column(i).prefetch(numbers(i), rows);
-  for (int row = 0; row < rows; ++row) put_row(row);
+  for (int row = -2 * kAhead; row < 0; ++row) prefetch(row, rows);
+  for (int row = 0; row < rows; ++row) {
+    prefetch(row, rows);
+    put_row(row);
+  }
+}
+
+/// Two steps, so that the text's place is known when it is asked for.
+inline void CsvRowWriter::prefetch(int row, int rows) {
+  const int value_row = std::min(row + 2 * kAhead, rows - 1);
+  const int text_row = std::clamp(row + kAhead, 0, rows - 1);
+  for (const int i : far_columns_) {
+    column(i).prefetch_value(numbers(i)[value_row]);
+    if (column(i).is_string()) column(i).prefetch_text(numbers(i)[text_row]);
+  }
 }
 
 void CsvRowWriter::put_row(int row) {
-  make_room(0);
+  char* at = with_room(at_, 0);
   const int* number = numbers_.get() + row;
   for (const CsvColumn& column : layout_.columns) {
-    if (column.is_string()) {
-      put_string(column.string(*number));
-    } else {
-      at_ = column.put(*number, at_);
-    }
-    *at_++ = layout_.separator;
+    at = column.is_string() ? put_string(column.string(*number), at) : column.put(*number, at);
+    *at++ = layout_.separator;
     number += kBlockRows;
   }
-  at_[-1] = '\n';
+  at[-1] = '\n';
+  at_ = at;
 }
 
-void CsvRowWriter::put_string(const char* text) {
+inline char* CsvRowWriter::put_string(const char* text, char* at) {
   const size_t size = strlen(text);
   if (size > kBufferSize) {
-    flush();
+    flush(at);
     exporter_.put(part_, text, size);
-    return;
+    return buffer_.get();
   }
-  make_room(size);
-  memcpy(at_, text, size);
-  at_ += size;
+  at = with_room(at, size);
+  memcpy(at, text, size);
+  return at + size;
 }
 
-void CsvRowWriter::make_room(size_t size) {
-  if (static_cast<size_t>(end_ - at_) < size + line_room_) flush();
+inline char* CsvRowWriter::with_room(char* at, size_t size) {
+  if (static_cast<size_t>(end_ - at) >= size + line_room_) return at;
+  flush(at);
+  return buffer_.get();
 }
 
-void CsvRowWriter::flush() {
-  exporter_.put(part_, buffer_.get(), static_cast<size_t>(at_ - buffer_.get()));
-  at_ = buffer_.get();
+void CsvRowWriter::flush(const char* end) {
+  exporter_.put(part_, buffer_.get(), static_cast<size_t>(end - buffer_.get()));
 }
 
 void CsvRowWriter::end_part() {
-  flush();
+  flush(at_);
+  at_ = buffer_.get();
   exporter_.pass_turn();
 }
 

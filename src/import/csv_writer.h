@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "frame/base/memory.h"
+#include "import/cell_text.h"
 #include "import/export_format.h"
 #include "storage/filters.h"
 
@@ -29,21 +30,21 @@ class CsvColumn {
 
   /// Renders the whole value list in advance when `rows` rows make that pay.
   void cache_texts(long rows);
-  /// Asks for the memory of values that are about to be written. In place at its call, since the
-  /// compiler drops a call that only prefetches.
-  [[gnu::always_inline]] void prefetch(const int* numbers, int count) const;
+  /// Whether the values lie so far apart that they must be asked for before they are needed: first
+  /// the entry of the list and then, for a string, the text that the entry points at.
+  bool is_far() const;
+  void prefetch_value(int number) const;
+  void prefetch_text(int number) const;
   /// The text of a value number of a column of strings.
   const char* string(int number) const;
   /// Writes the text of a value number of any other column at `out` and returns its end. Writes up
-  /// to kOverrun bytes of no meaning behind it.
+  /// to kTextOverrun bytes of no meaning behind it.
   char* put(int number, char* out) const;
-
-  static constexpr int kOverrun = 32;
 
  private:
   // A rendered text, copied whole because that is quicker than by length.
   struct CachedText {
-    char text[kOverrun - 1];
+    char text[kTextOverrun - 1];
     uint8_t size;
   };
 
@@ -63,6 +64,7 @@ class CsvColumn {
   const char* pool_ = "";  // of strings
   const char* tail_pool_ = "";
   int list_size_;
+  int unit_;  // bytes of an entry
   int decimals_ = -1;
   int rounding_ = -1;
   NumericInfo info_{};
@@ -84,7 +86,7 @@ struct CsvLayout {
 /// Collects lines in a buffer of its own, which goes out to the exporter part by part.
 class CsvRowWriter : NonCopyable {
  public:
-  static constexpr int kBlockRows = 128;
+  static constexpr int kBlockRows = 512;
 
   CsvRowWriter(const CsvLayout& layout, CCMultiThreadExport& exporter);
 
@@ -100,16 +102,18 @@ class CsvRowWriter : NonCopyable {
   void end_part();
 
  private:
+  void prefetch(int row, int rows);
   void put_row(int row);
-  void put_string(const char* text);
-  /// Sees to it that `size` bytes and the rest of a line fit.
-  void make_room(size_t size);
-  void flush();
+  char* put_string(const char* text, char* at);
+  /// The place for `size` bytes and the rest of a line behind `at`, the end of what is collected.
+  char* with_room(char* at, size_t size);
+  void flush(const char* end);
 
   const CsvLayout& layout_;
   CCMultiThreadExport& exporter_;
   int part_ = 0;
   size_t line_room_;
+  std::vector<int> far_columns_;
   Block<int> numbers_;
   Block<char> buffer_;
   char* at_;

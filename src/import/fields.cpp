@@ -67,8 +67,7 @@ TextField<Array>::TextField(const ColumnDescription& column, bool checked)
 template <class Array>
 void TextField<Array>::Str2Data(std::span<const Cell> cells, std::vector<int>& bad) {
   int* const rows = rows_.extend(static_cast<long>(cells.size()));
-  texts_.number(cells, rows);
-  convert_new_texts();
+  for (const Cell& text : texts_.number(cells, rows)) add_value(text);
   if (bad_.empty()) return;
   for (size_t i = 0; i < cells.size(); ++i) {
     const auto text = static_cast<size_t>(rows[i]);
@@ -77,14 +76,12 @@ void TextField<Array>::Str2Data(std::span<const Cell> cells, std::vector<int>& b
 }
 
 template <class Array>
-void TextField<Array>::convert_new_texts() {
-  for (int i = static_cast<int>(values_.size()); i < texts_.count(); ++i) {
-    bool is_bad = false;
-    values_.push_back(convert(texts_.text(i), &is_bad));
-    if (is_bad && checked_) {
-      bad_.resize(static_cast<size_t>(i) + 1);
-      bad_.back() = true;
-    }
+void TextField<Array>::add_value(const Cell& text) {
+  bool is_bad = false;
+  values_.push_back(convert(text, &is_bad));
+  if (is_bad && checked_) {
+    bad_.resize(static_cast<size_t>(values_.size()));
+    bad_.back() = true;
   }
 }
 

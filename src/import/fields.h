@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "import/growing_block.h"
 #include "import/text_table.h"
 #include "storage/family.h"
 
@@ -40,6 +41,9 @@ class CField : NonCopyable {
   virtual std::unique_ptr<TBaseArray> merge(std::span<CField* const> shares) = 0;
   /// Writes the value number of each row.
   virtual void number_rows(int* out) const = 0;
+
+  /// Distinct texts that the share keeps.
+  virtual long texts() const { return 0; }
 
   long rows() const { return rows_.size(); }
   /// Room for this many rows in all.
@@ -94,6 +98,7 @@ class TextField : public CField {
   std::unique_ptr<TBaseArray> merge(std::span<CField* const> shares) override;
   void number_rows(int* out) const override;
   int getType() const override { return column_.type; }
+  long texts() const override { return values_.size(); }
 
  protected:
   using Value = typename Family<Array>::Value;
@@ -107,7 +112,7 @@ class TextField : public CField {
   const ColumnDescription column_;
 
  private:
-  void convert_new_texts();
+  void add_value(const Cell& text);
   void forget_unused_texts();
 
   TextTable texts_;

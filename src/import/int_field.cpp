@@ -18,11 +18,11 @@ int short_digits(const char* text, int size) {
   uint64_t word;
   memcpy(&word, text, sizeof word);
   constexpr uint64_t kZeros = 0x3030303030303030;
-  const int unused = 4 * (8 - size);
+  const int unused = 4 * (8 - size);  // half the bits: a shift by all 64 has no meaning
   word = (word << unused << unused) | (kZeros >> (32 - unused) >> (32 - unused));
-  if (size == 8) memcpy(&word, text, sizeof word);
   constexpr uint64_t kHighHalves = 0xf0f0f0f0f0f0f0f0;
-  if ((((word + 0x0606060606060606) | word) & kHighHalves) != kZeros) return -1;
+  if ((word & kHighHalves) != kZeros) return -1;
+  if (((word + 0x0606060606060606) & kHighHalves) != kZeros) return -1;  // above '9'
   // Neighbouring digits, pairs and quadruples become one number each.
   word = (word & 0x0f0f0f0f0f0f0f0f) * 2561 >> 8;
   word = (word & 0x00ff00ff00ff00ff) * 6553601 >> 16;

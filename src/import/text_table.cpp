@@ -1,17 +1,18 @@
 #include "import/text_table.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qxe {
 
 namespace {
 
-static_assert(std::endian::native == std::endian::little, "short texts become keys by shifting");
+static_assert(std::endian::native == std::endian::little, "short texts become numbers by shifting");
 
-constexpr long kFirstSlots = 64;
-constexpr long kLargestPage = 2L << 20;
-// From here on a table is looked up with its memory fetched ahead.
-constexpr int kPrefetchFrom = 4096;
+constexpr int kFirstSlotBits = 6;
+constexpr long kFirstPage = 2048;
+// From here on slots do not stay in the first level cache, and memory is fetched ahead.
+constexpr size_t kPrefetchFrom = 2048;
 
 uint64_t load(const char* text) {
   uint64_t word;
@@ -24,6 +25,7 @@ uint64_t zero_bytes(uint64_t word) {
   return (word - 0x0101010101010101) & ~word & 0x8080808080808080;
 }
 
+// Each step is one to one for each of its arguments.
 uint64_t mix(uint64_t hash, uint64_t word) {
   hash = (hash ^ word) * 0xd6e8feb86659fd93;
   return hash ^ (hash >> 32);
@@ -42,108 +44,117 @@ bool same_long_text(const char* left, const char* right, int size) {
 }  // namespace
 
 TextTable::TextTable()
-    : slots_(make_cleared_block<Slot>(kFirstSlots)), shift_(64 - std::countr_zero(0UL + kFirstSlots)) {
-  texts_.push_back({"", 0});
-}
+    : slots_(make_cleared_block<Slot>(1L << kFirstSlotBits)), shift_(64 - kFirstSlotBits) {}
 
-TextTable::Key TextTable::key_of(Cell cell) {
-  uint64_t key = 0;
+TextTable::Key TextTable::key_of(const Cell& cell) {
+  if (cell.size == 0) return {0, 0};
+  uint64_t hash = 0;
   uint64_t zeros = 0;
-  if (cell.size <= 8) {
-    if (cell.size == 0) return {0, 0};
+  uint64_t last = 0;
+  if (cell.size <= kShortText) {
     const int unused = 64 - 8 * cell.size;
-    key = load(cell.text) << unused >> unused;
-    zeros = zero_bytes(key | ~(~uint64_t{0} >> unused));
-    key ^= key >> 32;  // the product of slot_of must feel the high bytes as well
+    last = load(cell.text) << unused >> unused;
+    zeros = zero_bytes(last | ~(~uint64_t{0} >> unused));
   } else {
-    const char* const last = cell.text + cell.size - 8;
-    for (const char* place = cell.text; place < last; place += 8) {
+    const char* const last_word = cell.text + cell.size - 8;
+    for (const char* place = cell.text; place < last_word; place += 8) {
       const uint64_t word = load(place);
       zeros |= zero_bytes(word);
-      key = mix(key, word);
+      hash = mix(hash, word);
     }
-    zeros |= zero_bytes(load(last));
-    key = mix(key, load(last));
+    last = load(last_word);
+    zeros |= zero_bytes(last);
   }
-  if (zeros == 0) return {key, cell.size};
-  return key_of({cell.text, static_cast<int>(strlen(cell.text))});
+  if (zeros != 0) return key_of({cell.text, static_cast<int>(strlen(cell.text))});
+  return {mix(hash, last), cell.size};
 }
 
-bool TextTable::holds(const Slot& slot, const Key& key, const char* text) const {
-  return slot.key == key.key && slot.size == key.size &&
-         (key.size <= 8 || same_long_text(texts_[slot.number].text, text, key.size));
+// First the slots, then the long texts that will be compared, most of them in two cache lines.
+// Inlined by force: gcc takes a function that only fetches ahead for one without effect and drops
+// the call.
+__attribute__((always_inline)) inline void TextTable::prefetch(std::span<const Key> keys) const {
+  for (const Key& key : keys) __builtin_prefetch(&slots_[home_of(key.hash)]);
+  for (const Key& key : keys) {
+    const Slot& slot = slots_[home_of(key.hash)];
+    if (slot.hash != key.hash || slot.holds == 0 || is_short(slot.holds)) continue;
+    const Record& record = record_at(slot.holds);
+    __builtin_prefetch(&record);
+    __builtin_prefetch(record.text() + key.size);
+  }
 }
 
-void TextTable::number(std::span<const Cell> cells, int* numbers) {
+std::span<const Cell> TextTable::number(std::span<const Cell> cells, int* numbers) {
   Key keys[kMaxCells];
-  for (size_t i = 0; i < cells.size(); ++i) {
-    keys[i] = key_of(cells[i]);
-    __builtin_prefetch(&slots_[slot_of(keys[i].key)]);
-  }
-  if (count() >= kPrefetchFrom) prefetch_texts({keys, cells.size()});
+  added_.clear();
+  for (size_t i = 0; i < cells.size(); ++i) keys[i] = key_of(cells[i]);
+  if (slot_count() >= kPrefetchFrom) prefetch({keys, cells.size()});
   for (size_t i = 0; i < cells.size(); ++i) numbers[i] = number_of(keys[i], cells[i].text);
-}
-
-// First the entries of the texts that will be compared, then the texts.
-void TextTable::prefetch_texts(std::span<const Key> keys) const {
-  const auto candidate = [&](const Key& key) {
-    const Slot& slot = slots_[slot_of(key.key)];
-    return key.size > 8 && slot.key == key.key ? &texts_[slot.number] : nullptr;
-  };
-  for (const Key& key : keys) {
-    if (const Cell* entry = candidate(key)) __builtin_prefetch(entry);
-  }
-  for (const Key& key : keys) {
-    if (const Cell* entry = candidate(key)) __builtin_prefetch(entry->text);
-  }
+  return added_;
 }
 
 int TextTable::number_of(const Key& key, const char* text) {
   if (key.size == 0) return 0;
-  const size_t last = (size_t{1} << (64 - shift_)) - 1;
-  for (size_t place = slot_of(key.key);; place = (place + 1) & last) {
+  const size_t last = slot_count() - 1;
+  for (size_t place = home_of(key.hash);; place = (place + 1) & last) {
     Slot& slot = slots_[place];
-    if (slot.size == 0) return add(slot, key, text);
-    if (holds(slot, key, text)) return slot.number;
+    if (slot.holds == 0) return add(key, text, slot);
+    const int number = number_in(slot, key, text);
+    if (number >= 0) return number;
   }
 }
 
-int TextTable::add(Slot& slot, const Key& key, const char* text) {
-  const int number = count();
-  char* const copy = room_for(key.size + 1);
-  memcpy(copy, text, static_cast<size_t>(key.size));
-  copy[key.size] = '\0';
-  texts_.push_back({copy, key.size});
-  slot = {key.key, key.size, number};
-  if (++used_ * 2 > (1L << (64 - shift_))) grow();
-  return number;
+inline int TextTable::number_in(const Slot& slot, const Key& key, const char* text) const {
+  if (slot.hash != key.hash) return -1;
+  if (is_short(slot.holds)) {
+    const bool same = slot.holds >> kSizeShift == static_cast<uint64_t>(key.size);
+    return same ? static_cast<int>(slot.holds) : -1;
+  }
+  const Record& record = record_at(slot.holds);
+  const bool same = record.size == key.size && same_long_text(record.text(), text, key.size);
+  return same ? record.number : -1;
 }
 
+int TextTable::add(const Key& key, const char* text, Slot& slot) {
+  const uint64_t place = store(key, text);
+  const uint64_t size_and_number =
+      static_cast<uint64_t>(key.size) << kSizeShift | static_cast<uint64_t>(count_);
+  slot = {key.hash, key.size <= kShortText ? size_and_number : place};
+  if (static_cast<size_t>(count_) * 2 > slot_count()) grow();
+  return count_++;
+}
+
+uint64_t TextTable::store(const Key& key, const char* text) {
+  const long bytes = (static_cast<long>(sizeof(Record)) + key.size + 8) & ~7L;  // terminated
+  if (page_used_ + bytes > page_size_) {
+    page_size_ = std::clamp(page_size_ * 2, kFirstPage + bytes, 1L << kPageBits);
+    pages_.push_back(make_block<char>(page_size_));
+    page_used_ = 8;  // place 0 is none's
+  }
+  const uint64_t place =
+      (static_cast<uint64_t>(pages_.size() - 1) << kPageBits) + static_cast<uint64_t>(page_used_);
+  page_used_ += bytes;
+  Record& record = record_at(place);
+  record.number = count_;
+  record.size = key.size;
+  memcpy(record.text(), text, static_cast<size_t>(key.size));
+  record.text()[key.size] = '\0';
+  added_.push_back({record.text(), key.size});
+  return place;
+}
+
+// The slots keep about their order, so both tables are walked once.
 void TextTable::grow() {
-  const long old_size = 1L << (64 - shift_);
-  const Block<Slot> old = std::exchange(slots_, make_cleared_block<Slot>(old_size * 2));
+  const size_t old_count = slot_count();
+  const Block<Slot> old =
+      std::exchange(slots_, make_cleared_block<Slot>(static_cast<long>(old_count) * 2));
   --shift_;
-  const size_t last = static_cast<size_t>(old_size * 2 - 1);
-  for (long i = 0; i < old_size; ++i) {
-    const Slot& slot = old[static_cast<size_t>(i)];
-    if (slot.size == 0) continue;
-    size_t place = slot_of(slot.key);
-    while (slots_[place].size != 0) place = (place + 1) & last;
-    slots_[place] = slot;
+  const size_t last = slot_count() - 1;
+  for (size_t i = 0; i < old_count; ++i) {
+    if (old[i].holds == 0) continue;
+    size_t place = home_of(old[i].hash);
+    while (slots_[place].holds != 0) place = (place + 1) & last;
+    slots_[place] = old[i];
   }
-}
-
-char* TextTable::room_for(long bytes) {
-  if (bytes > free_bytes_) {
-    page_bytes_ = std::max(std::min(page_bytes_ * 2, kLargestPage), bytes);
-    pages_.push_back(make_block<char>(page_bytes_));
-    free_ = pages_.back().get();
-    free_bytes_ = page_bytes_;
-  }
-  char* const room = free_;
-  free_ += bytes;
-  free_bytes_ -= bytes;
-  return room;
 }
 
 }  // namespace qxe

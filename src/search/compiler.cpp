@@ -33,15 +33,9 @@ bool WillBeCompiledBySorting(int DataType, int n, const void* data, _RawIntArray
   return present >= 1 && bound > address_span(*out);
 }
 
-namespace {
-
-void check_input(int size, int type, int width) {
-  if (size < 1) {
-    throw CQXException(report("Compile", QX_ERROR_NO_RECORD, "Invalid Parameter : WholeSize"));
-  }
+void check_raw_values(int type, int width) {
   if (!is_data_type(type)) {
-    throw CQXException(
-        report("Compile", QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d", type));
+    throw CQXException(report("Compile", QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d", type));
   }
   const bool fits = with_family_of(type, [&]<class Array>(std::type_identity<Array>) {
     return width == static_cast<int>(sizeof(typename Family<Array>::Value));
@@ -51,9 +45,14 @@ void check_input(int size, int type, int width) {
   }
 }
 
+namespace {
+
 CompiledColumn compile(int size, int type, int width, const void* data,
                        const _RawIntArrayRangeInfo* range, bool mpp) {
-  check_input(size, type, width);
+  if (size < 1) {
+    throw CQXException(report("Compile", QX_ERROR_NO_RECORD, "Invalid Parameter : WholeSize"));
+  }
+  check_raw_values(type, width);
   return with_family_of(type, [&]<class Array>(std::type_identity<Array>) {
     Block<int> numbers = make_block<int>(size);
     auto list = compile_values<Array>(static_cast<const typename Family<Array>::Value*>(data), size,

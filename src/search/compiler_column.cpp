@@ -23,15 +23,7 @@ Column column_of(int type, int rows, int total_rows, const typename Family<Array
 std::unique_ptr<TFilter> filter_of(int id, const char* name, int type, int rows, int width,
                                    const void* data, bool mpp) {
   auto filter = std::make_unique<TFilter>(id, name);
-  if (is_data_type(type)) {
-    const int wanted = with_family_of(type, []<class Array>(std::type_identity<Array>) {
-      return static_cast<int>(sizeof(typename Family<Array>::Value));
-    });
-    if (width != wanted) {
-      throw CQXException(
-          report("Compile", QX_ERROR_DATA_WIDTH, "Invalid Parameter : Width1Unit"));
-    }
-  }
+  check_raw_values(type, width);
   filter->adopt(compile_column(type, rows, rows, data, mpp));
   return filter;
 }
@@ -39,10 +31,6 @@ std::unique_ptr<TFilter> filter_of(int id, const char* name, int type, int rows,
 }  // namespace
 
 Column compile_column(int type, int rows, int total_rows, const void* data, bool mpp) {
-  if (!is_data_type(type)) {
-    throw CQXException(
-        report("Compile", QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d", type));
-  }
   if (rows < 0) throw CQXException(QX_ERROR_ROW_SIZE);
   return with_family_of(type, [&]<class Array>(std::type_identity<Array>) {
     return column_of<Array>(type, rows, total_rows,

@@ -18,7 +18,7 @@ namespace {
 
 // Share of distinct values among a worker's rows from which on sorting the rows themselves costs
 // less than looking each one up first.
-constexpr double kWorthSorting = 0.6;
+constexpr double kWorthSorting = 0.25;
 // Columns this short are sorted as they are.
 constexpr long kShortColumn = 1024;
 

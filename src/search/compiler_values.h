@@ -6,6 +6,9 @@
 
 namespace qxe {
 
+/// Throws when `type` is none of the data types or its values are not `width` bytes wide.
+void check_raw_values(int type, int width);
+
 /// Compiles `count` raw values into their value list and, in `numbers`, the number of each. With
 /// `null_ahead` NULL is in the list in any case. `range` is that of integers, when it is known.
 template <class Array>

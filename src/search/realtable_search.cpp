@@ -1,6 +1,7 @@
 // Searches of a real table by value, and counts per value.
 #include <algorithm>
 
+#include "search/scan.h"
 #include "search/search_condition.h"
 #include "search/sort.h"
 #include "storage/charcode.h"
@@ -8,67 +9,67 @@
 
 namespace qxe {
 
-/// The frame of every search: finds filter and set, merges pending values, then lets `search` make
-/// a set and `store` register it. Returns the new set's id or a negative status.
-template <class Make, class Store>
-int TRealTable::make_set(const char* layer, int filter, int set, Make&& make, Store&& store) {
+/// The frame of every search: finds filter and set, merges pending values, lets `make` make a set
+/// and `store` register it. Returns the new set's id or a negative status.
+template <class Store, class Make>
+int TRealTable::make_set(const char* layer, int filter, int set, Store store, Make&& make) {
   TFilter* const column = GetFilter(filter);
   if (column == nullptr) {
     return report(layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", filter);
   }
-  TSetArray* const source = GetSet(set);
+  const TSetArray* const source = GetSet(set);
   if (source == nullptr) return report(layer, QX_ERROR_NO_SET_ID, "No Such Set: %d", set);
   CheckMergeFilterTVL(true);
-  return raised(store(make(*source, column)));
+  return raised((this->*store)(make(*source, column)));
 }
 
 int TRealTable::SearchByField(int filter, int set, int ope, const char* v1, const char* v2) {
-  return make_set(
-      "SearchByField", filter, set,
-      [&](TSetArray& source, TFilter* column) {
-        return source.SearchByValue(column, ope, v1, v2, false);
-      },
-      [&](std::unique_ptr<TSetArray> found) { return register_set(std::move(found)); });
+  return make_set("SearchByField", filter, set, &TRealTable::register_set,
+                  [&](const TSetArray& source, TFilter* column) {
+                    return source.SearchByValue(column, ope, v1, v2, false);
+                  });
 }
 
 int TRealTable::MppSearchByField(int filter, int set, int ope, const char* v1, const char* v2) {
-  return make_set(
-      "MppSearchByField", filter, set,
-      [&](TSetArray& source, TFilter* column) {
-        return source.MppSearchByValue(column, ope, v1, v2, false);
-      },
-      [&](std::unique_ptr<TSetArray> found) { return register_set(std::move(found)); });
+  return make_set("MppSearchByField", filter, set, &TRealTable::register_set,
+                  [&](const TSetArray& source, TFilter* column) {
+                    return source.MppSearchByValue(column, ope, v1, v2, false);
+                  });
+}
+
+int TRealTable::search_values(const char* layer, int filter, int set, int count,
+                              const void* values) {
+  return make_set(layer, filter, set, &TRealTable::register_set,
+                  [&](const TSetArray& source, TFilter* column) {
+                    return source.SearchByNValues(column, count, values);
+                  });
 }
 
 int TRealTable::SearchByFieldNValues(int filter, int set, int count, const void* values) {
-  return make_set(
-      "SearchByFieldNValues", filter, set,
-      [&](TSetArray& source, TFilter* column) {
-        return source.SearchByNValues(column, count, values);
-      },
-      [&](std::unique_ptr<TSetArray> found) { return register_set(std::move(found)); });
+  return search_values("SearchByFieldNValues", filter, set, count, values);
 }
 
 int TRealTable::MppSearchByFieldNValues(int filter, int set, int count, const void* values) {
-  return make_set(
-      "MppSearchByFieldNValues", filter, set,
-      [&](TSetArray& source, TFilter* column) {
-        return source.MppSearchByNValues(column, count, values);
-      },
-      [&](std::unique_ptr<TSetArray> found) { return register_set(std::move(found)); });
+  return search_values("MppSearchByFieldNValues", filter, set, count, values);
 }
+
+namespace {
+
+/// The rows that a hit table names, as a set under the source's name.
+std::unique_ptr<TSetArray> named_hits(const TSetArray& source, const TFilter& column,
+                                      const unsigned char* hits) {
+  auto result =
+      MoveRecsForScan(source, column.PVL->PIntAr(), TableTest{hits, column.VL->FArraySize});
+  result->SetSetName(source.GetSetName());
+  return result;
+}
+
+}  // namespace
 
 int TRealTable::Search(int filter, int set, const unsigned char* flags) {
   return make_set(
-      "Search", filter, set,
-      [&](TSetArray& source, TFilter* column) {
-        auto result = set_like(source);
-        result->SetArraySize(MoveRecsForScan(source.FArraySize, source.PIntAr(), result->PIntAr(),
-                                             column->PVL->PIntAr(), TableTest{flags}));
-        result->AdjustMemArea();
-        return result;
-      },
-      [&](std::unique_ptr<TSetArray> found) { return AddSetWithoutCopy(std::move(found)); });
+      "Search", filter, set, &TRealTable::AddSetWithoutCopy,
+      [&](const TSetArray& source, TFilter* column) { return named_hits(source, *column, flags); });
 }
 
 int TRealTable::CountN(int set, int filter, int* out) {
@@ -132,23 +133,17 @@ void mark_skipped_texts(const SkippedTexts& list, int ope, const char* v1, const
 }  // namespace
 
 int TRealTable::SearchByField2(int filter, int set, int ope, const char* v1, const char* v2) {
-  return make_set(
-      "SearchByField2", filter, set,
-      [&](TSetArray& source, TFilter* column) {
-        if (column->VL->GetDataType() != QX_DT_STRING) {
-          throw CQXException(
-              report("SearchByField2", QX_ERROR_NOT_STRING, "Illegal data type ( Not STRING )"));
-        }
-        const SkippedTexts list(static_cast<const TStrArray&>(*column->VL));
-        Block<unsigned char> hits = make_cleared_block<unsigned char>(list.size);
-        mark_skipped_texts(list, ope, v1, v2, hits.get());
-        auto result = set_like(source);
-        result->SetArraySize(MoveRecsForScan(source.FArraySize, source.PIntAr(), result->PIntAr(),
-                                             column->PVL->PIntAr(), TableTest{hits.get()}));
-        result->AdjustMemArea();
-        return result;
-      },
-      [&](std::unique_ptr<TSetArray> found) { return AddSetWithoutCopy(std::move(found)); });
+  return make_set("SearchByField2", filter, set, &TRealTable::AddSetWithoutCopy,
+                  [&](const TSetArray& source, TFilter* column) {
+                    if (column->VL->GetDataType() != QX_DT_STRING) {
+                      throw CQXException(report("SearchByField2", QX_ERROR_NOT_STRING,
+                                                "Illegal data type ( Not STRING )"));
+                    }
+                    const SkippedTexts list(static_cast<const TStrArray&>(*column->VL));
+                    Block<unsigned char> hits = make_cleared_block<unsigned char>(list.size);
+                    mark_skipped_texts(list, ope, v1, v2, hits.get());
+                    return named_hits(source, *column, hits.get());
+                  });
 }
 
 }  // namespace qxe

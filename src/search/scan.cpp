@@ -1,83 +1,125 @@
 #include "search/scan.h"
 
+#include <vector>
+
+#include "parallel/mpp_memory.h"
+#include "parallel/sliced_task.h"
+
 namespace qxe {
 
 namespace {
 
-/// How the rows are tested: by which keys, against what.
+/// How the rows are tested.
 struct Scan {
-  const int* rows;
-  int* out;  // each slice writes from its own start on
-  const int* pv;
-  const int* local_keys;  // instead of pv when not null
-  TableTest table;        // instead of the ranges when not null
+  ScanRows rows;
   RangeTest ranges;
+  BitTest bits;  // instead of the ranges when not null
+
+  long keep(Slice slice, int* out) const {
+    const ScanKernels& kernels = scan_kernels();
+    return bits.words == nullptr ? kernels.in_ranges(rows, slice.begin, slice.end, ranges, out)
+                                 : kernels.in_bits(rows, slice.begin, slice.end, bits, out);
+  }
+  /// Comparing value numbers one behind the other runs at the speed of memory, of which a second
+  /// worker adds little; waking it costs as much as some hundred thousand rows.
+  long rows_per_worker() const {
+    const bool streams = rows.rows == nullptr && bits.words == nullptr;
+    return ENG->rows_per_worker() * (streams ? 16 : 1);
+  }
 };
 
 struct MoveRecParams {
   Scan scan;
   Slice slice;
+  int* out;   // room for the whole slice
   long kept;  // out
 };
 
-long move_slice(const Scan& scan, Slice slice) {
-  int* const out = scan.out + slice.begin;
-  if (scan.local_keys != nullptr) {
-    return move_recs(scan.rows, slice, LocalKeys{scan.local_keys}, scan.table, out);
-  }
-  if (scan.table.hits != nullptr) {
-    return move_recs(scan.rows, slice, RowKeys{scan.pv}, scan.table, out);
-  }
-  return move_recs(scan.rows, slice, RowKeys{scan.pv}, scan.ranges, out);
+/// Hits of one slice.
+struct Part {
+  const int* rows;
+  size_t bytes;
+};
+
+std::unique_ptr<TSetArray> result_like(const TSetArray& source, int capacity) {
+  auto result = std::make_unique<TSetArray>(capacity, false);
+  memcpy(result->FUserArea, source.FUserArea, sizeof result->FUserArea);
+  return result;
 }
 
-int move_all(const Scan& scan, int n) {
-  return static_cast<int>(move_slice(scan, {0, n}));
+/// `room` was made for every row and touched as far as there are hits. Few of them move to a block
+/// of their own, so that the next search finds `room` in the allocator's cache; many stay.
+std::unique_ptr<TSetArray> packed(std::unique_ptr<TSetArray> room, const std::vector<Part>& parts,
+                                  int kept) {
+  if (kept >= room->FArraySize / 2) {
+    char* out = reinterpret_cast<char*>(room->PIntAr());
+    for (const Part& part : parts) {
+      memmove(out, part.rows, part.bytes);
+      out += part.bytes;
+    }
+    room->SetArraySize(kept);
+    room->AdjustMemArea();
+    return room;
+  }
+  auto result = result_like(*room, kept);
+  char* out = reinterpret_cast<char*>(result->PIntAr());
+  for (const Part& part : parts) {
+    MppMemCpy(out, part.rows, part.bytes);
+    out += part.bytes;
+  }
+  return result;
 }
 
-int mpp_move_all(const Scan& scan, int n) {
-  SlicedTask<MoveRecParams> task(QX_MPP_MOVE_REC, n, ENG->rows_per_worker());
-  task.run([&](Slice slice) { return MoveRecParams{scan, slice, 0}; });
-  long kept = task[0].kept;
-  for (int worker = 1; worker < task.workers(); ++worker) {
-    const MoveRecParams& part = task[worker];
-    memmove(scan.out + kept, scan.out + part.slice.begin,
-            sizeof(int) * static_cast<size_t>(part.kept));
-    kept += part.kept;
+std::unique_ptr<TSetArray> scanned(const TSetArray& source, const Scan& scan) {
+  auto room = result_like(source, source.FArraySize);
+  int* const out = room->PIntAr();
+  SlicedTask<MoveRecParams> task(QX_MPP_MOVE_REC, source.FArraySize, scan.rows_per_worker());
+  task.run([&](Slice slice) { return MoveRecParams{scan, slice, out + slice.begin, 0}; });
+  std::vector<Part> parts;
+  long kept = 0;
+  for (int worker = 0; worker < task.workers(); ++worker) {
+    const MoveRecParams& done = task[worker];
+    parts.push_back({done.out, sizeof(int) * static_cast<size_t>(done.kept)});
+    kept += done.kept;
   }
-  return static_cast<int>(kept);
+  return packed(std::move(room), parts, static_cast<int>(kept));
+}
+
+ScanRows rows_of(const TSetArray& source, const int* pv) {
+  return {pv, source.is_counted_up() ? nullptr : source.PIntAr()};
 }
 
 }  // namespace
 
 int mpp_move_rec(void* block) {
-  return run_task<MoveRecParams>(
-      block, [](MoveRecParams& params) { params.kept = move_slice(params.scan, params.slice); });
+  return run_task<MoveRecParams>(block, [](MoveRecParams& params) {
+    params.kept = params.scan.keep(params.slice, params.out);
+  });
 }
 
-int MoveRecsForScan(int n, const int* rows, int* out, const int* pv, const RangeTest& test) {
-  return move_all({rows, out, pv, nullptr, {nullptr}, test}, n);
+std::unique_ptr<TSetArray> MoveRecsForScan(const TSetArray& source, const int* pv,
+                                           const RangeTest& test) {
+  return scanned(source, {rows_of(source, pv), test, {}});
 }
 
-int MoveRecsForScan(int n, const int* rows, int* out, const int* pv, const TableTest& test) {
-  return move_all({rows, out, pv, nullptr, test, {}}, n);
+std::unique_ptr<TSetArray> MoveRecsForScan(const TSetArray& source, const int* pv,
+                                           const TableTest& test) {
+  const Block<uint32_t> words = make_block<uint32_t>((test.size + 31) / 32);
+  pack_hits(test.hits, test.size, words.get());
+  return scanned(source, {rows_of(source, pv), {}, {words.get()}});
 }
 
-int MoveRecsForScanScope(int n, const int* rows, int* out, const int* keys, const TableTest& test) {
-  return move_all({rows, out, nullptr, keys, test, {}}, n);
-}
-
-int MppMoveRecsForScan(int n, const int* rows, int* out, const int* pv, const RangeTest& test) {
-  return mpp_move_all({rows, out, pv, nullptr, {nullptr}, test}, n);
-}
-
-int MppMoveRecsForScan(int n, const int* rows, int* out, const int* pv, const TableTest& test) {
-  return mpp_move_all({rows, out, pv, nullptr, test, {}}, n);
-}
-
-int MppMoveRecsForScanScope(int n, const int* rows, int* out, const int* keys,
-                            const TableTest& test) {
-  return mpp_move_all({rows, out, nullptr, keys, test, {}}, n);
+std::unique_ptr<TSetArray> MoveRecsForScanScope(const TSetArray& source, const int* keys,
+                                                const unsigned char* hits) {
+  auto room = result_like(source, source.FArraySize);
+  const int* const rows = source.PIntAr();
+  int* const out = room->PIntAr();
+  int kept = 0;
+  for (int i = 0; i < source.FArraySize; ++i) {
+    out[kept] = rows[i];
+    kept += hits[keys[i]] != 0;
+  }
+  return packed(std::move(room), {{out, sizeof(int) * static_cast<size_t>(kept)}}, kept);
 }
 
 }  // namespace qxe

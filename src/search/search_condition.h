@@ -2,7 +2,7 @@
 #pragma once
 
 #include "search/find_pos.h"
-#include "search/scan.h"
+#include "search/scan_kernels.h"
 
 namespace qxe {
 

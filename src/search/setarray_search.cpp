@@ -1,7 +1,9 @@
 // Searches of a set: the condition is decided on the value list, then the rows are scanned.
 #include <string>
 
+#include "parallel/sliced_task.h"
 #include "search/compiler.h"
+#include "search/scan.h"
 #include "search/search_condition.h"
 #include "storage/setarray.h"
 
@@ -18,16 +20,6 @@ bool is_narrow(int rows, int listSize) {
 std::unique_ptr<TSetArray> empty_result(const TSetArray& source) {
   auto result = std::make_unique<TSetArray>(0, false);
   memcpy(result->FUserArea, source.FUserArea, sizeof result->FUserArea);
-  return result;
-}
-
-/// A new set of the rows that `move(out)` writes and counts.
-template <class Move>
-std::unique_ptr<TSetArray> scanned(const TSetArray& source, Move&& move) {
-  auto result = std::make_unique<TSetArray>(source.FArraySize, false);
-  result->SetArraySize(move(result->PIntAr()));
-  memcpy(result->FUserArea, source.FUserArea, sizeof result->FUserArea);
-  result->AdjustMemArea();
   return result;
 }
 
@@ -60,44 +52,33 @@ long texts_per_worker() {
   return (ENG->rows_per_worker() + 15) / 16;
 }
 
-void test_texts(const TextTest& test, int n, bool mpp) {
-  if (!mpp) {
-    test.run({0, n});
-    return;
-  }
+void test_texts(const TextTest& test, int n) {
   SlicedTask<TextTestParams> task(QX_MPP_SEARCH_HELPER, n, texts_per_worker());
   task.run([&](Slice slice) { return TextTestParams{test, slice}; });
 }
 
 std::unique_ptr<TSetArray> search_wide(const TSetArray& source, const TFilter& filter,
-                                       TextTest test, bool mpp) {
+                                       TextTest test) {
   const int n = test.list.size;
   Block<unsigned char> hits = make_block<unsigned char>(n);
   test.hits = hits.get();
-  test_texts(test, n, mpp);
-  const auto move = mpp ? static_cast<decltype(&MoveRecsForScanScope)>(MppMoveRecsForScan)
-                        : static_cast<decltype(&MoveRecsForScanScope)>(MoveRecsForScan);
-  return scanned(source, [&](int* out) {
-    return move(source.FArraySize, source.PIntAr(), out, filter.PVL->PIntAr(), {hits.get()});
-  });
+  test_texts(test, n);
+  return MoveRecsForScan(source, filter.PVL->PIntAr(), TableTest{hits.get(), n});
 }
 
 std::unique_ptr<TSetArray> search_narrow(const TSetArray& source, const TFilter& filter,
-                                         TextTest test, bool mpp) {
+                                         TextTest test) {
   const int n = source.FArraySize;
   const int* const rows = source.PIntAr();
   const int* const pv = filter.PVL->PIntAr();
   Block<int> numbers = make_block<int>(n);
   for (int i = 0; i < n; ++i) numbers[i] = pv[rows[i]];
-  const CompiledColumn local = mpp ? MppCompile(n, QX_DT_INTEGER, sizeof(int), numbers.get())
-                                   : Compile(n, QX_DT_INTEGER, sizeof(int), numbers.get());
+  const CompiledColumn local = MppCompile(n, QX_DT_INTEGER, sizeof(int), numbers.get());
   Block<unsigned char> hits = make_block<unsigned char>(local.unique);
   test.numbers = reinterpret_cast<const int*>(local.value_list.get());
   test.hits = hits.get();
-  test_texts(test, local.unique, mpp);
-  const auto move = mpp ? MppMoveRecsForScanScope : MoveRecsForScanScope;
-  return scanned(
-      source, [&](int* out) { return move(n, rows, out, local.row_pointers.get(), {hits.get()}); });
+  test_texts(test, local.unique);
+  return MoveRecsForScanScope(source, local.row_pointers.get(), hits.get());
 }
 
 // Ranges of value numbers.
@@ -155,21 +136,10 @@ bool has_null_bound(const SearchCondition& condition, const TBaseArray& list, co
   });
 }
 
-std::unique_ptr<TSetArray> search_ranges(const TSetArray& source, const TFilter& filter,
-                                         const RangeTest& test, bool mpp) {
-  const auto move = mpp ? static_cast<int (*)(int, const int*, int*, const int*, const RangeTest&)>(
-                              MppMoveRecsForScan)
-                        : static_cast<int (*)(int, const int*, int*, const int*, const RangeTest&)>(
-                              MoveRecsForScan);
-  return scanned(source, [&](int* out) {
-    return move(source.FArraySize, source.PIntAr(), out, filter.PVL->PIntAr(), test);
-  });
-}
-
 /// The work of both forms of SearchByValue.
 std::unique_ptr<TSetArray> _searchByValue(const char* layer, const TSetArray& source,
                                           const TFilter& filter, int ope, const char* v1,
-                                          const char* v2, bool negate, bool mpp) {
+                                          const char* v2, bool negate) {
   const TBaseArray& list = *filter.VL;
   const SearchCondition condition =
       normalized_condition(layer, ope, negate, list.GetDataType() == QX_DT_STRING);
@@ -182,12 +152,12 @@ std::unique_ptr<TSetArray> _searchByValue(const char* layer, const TSetArray& so
                         condition.code,
                         condition.negate,
                         nullptr};
-    return is_narrow(source.FArraySize, list.FArraySize) ? search_narrow(source, filter, test, mpp)
-                                                         : search_wide(source, filter, test, mpp);
+    return is_narrow(source.FArraySize, list.FArraySize) ? search_narrow(source, filter, test)
+                                                         : search_wide(source, filter, test);
   }
   const RangeTest test =
       with_family(list, [&](const auto& own) { return ranges_of(condition, own, v1, v2); });
-  return search_ranges(source, filter, test, mpp);
+  return MoveRecsForScan(source, filter.PVL->PIntAr(), test);
 }
 
 }  // namespace
@@ -198,13 +168,13 @@ int mpp_search_helper(void* block) {
 }
 
 std::unique_ptr<TSetArray> TSetArray::SearchByValue(TFilter* filter, int ope, const char* v1,
-                                                    const char* v2, bool negate) {
-  return _searchByValue("SearchByValue", *this, *filter, ope, v1, v2, negate, false);
+                                                    const char* v2, bool negate) const {
+  return _searchByValue("SearchByValue", *this, *filter, ope, v1, v2, negate);
 }
 
 std::unique_ptr<TSetArray> TSetArray::MppSearchByValue(TFilter* filter, int ope, const char* v1,
-                                                       const char* v2, bool negate) {
-  return _searchByValue("MppSearchByValue", *this, *filter, ope, v1, v2, negate, true);
+                                                       const char* v2, bool negate) const {
+  return _searchByValue("MppSearchByValue", *this, *filter, ope, v1, v2, negate);
 }
 
 // One of N values
@@ -230,27 +200,6 @@ void mark_values(const NValuesParams& params) {
   });
 }
 
-std::unique_ptr<TSetArray> _searchByNValues(const TSetArray& source, const TFilter& filter,
-                                            int count, const void* values, bool mpp) {
-  if (source.FArraySize == 0 || count < 1) return empty_result(source);
-  Block<unsigned char> hits = make_cleared_block<unsigned char>(filter.VL->FArraySize);
-  const auto params = [&](Slice slice) {
-    return NValuesParams{filter.VL, values, slice, hits.get()};
-  };
-  if (mpp) {
-    SlicedTask<NValuesParams>(QX_MPP_SEARCH_NVALUES, count, texts_per_worker()).run(params);
-  } else {
-    mark_values(params({0, count}));
-  }
-  return scanned(source, [&](int* out) {
-    const TableTest test{hits.get()};
-    return mpp ? MppMoveRecsForScan(source.FArraySize, source.PIntAr(), out, filter.PVL->PIntAr(),
-                                    test)
-               : MoveRecsForScan(source.FArraySize, source.PIntAr(), out, filter.PVL->PIntAr(),
-                                 test);
-  });
-}
-
 }  // namespace
 
 int mpp_search_nvalues(void* block) {
@@ -258,13 +207,13 @@ int mpp_search_nvalues(void* block) {
 }
 
 std::unique_ptr<TSetArray> TSetArray::SearchByNValues(TFilter* filter, int count,
-                                                      const void* values) {
-  return _searchByNValues(*this, *filter, count, values, false);
-}
-
-std::unique_ptr<TSetArray> TSetArray::MppSearchByNValues(TFilter* filter, int count,
-                                                         const void* values) {
-  return _searchByNValues(*this, *filter, count, values, true);
+                                                      const void* values) const {
+  if (FArraySize == 0 || count < 1) return empty_result(*this);
+  const int size = filter->VL->FArraySize;
+  const Block<unsigned char> hits = make_cleared_block<unsigned char>(size);
+  SlicedTask<NValuesParams> task(QX_MPP_SEARCH_NVALUES, count, texts_per_worker());
+  task.run([&](Slice slice) { return NValuesParams{filter->VL, values, slice, hits.get()}; });
+  return MoveRecsForScan(*this, filter->PVL->PIntAr(), TableTest{hits.get(), size});
 }
 
 }  // namespace qxe

@@ -53,20 +53,25 @@ class ValueDictionary : NonCopyable {
   /// Codes of `count` raw values, the memory's latency overlapped.
   void codes_of(const Value* raw, long count, int* codes) {
     for (long begin = 0; begin < count; begin += kBatch) {
-      code_batch(raw + begin, std::min(kBatch, count - begin), codes + begin);
+      const long size = std::min(kBatch, count - begin);
+      if constexpr (std::is_same_v<Array, TStrArray>) {
+        const long next = std::min(kBatch, count - begin - size);
+        for (long i = 0; i < next; ++i) __builtin_prefetch(raw[begin + size + i]);
+      }
+      code_batch(raw + begin, size, codes + begin);
     }
   }
 
   static uint32_t tag_of(const Value& value) {
     return static_cast<uint32_t>(Family<Array>::hash(value));
   }
-  static uint32_t tag_of(std::string_view text)
-    requires std::is_same_v<Array, TStrArray>
-  {
+  static uint32_t tag_of(std::string_view text) requires std::is_same_v<Array, TStrArray> {
     return static_cast<uint32_t>(Family<Array>::hash(text.data(), text.size()));
   }
   /// Starts loading the slot that code_of will look at.
-  void prefetch(uint32_t tag) const { __builtin_prefetch(&slots_[tag & mask_]); }
+  [[gnu::always_inline]] void prefetch(uint32_t tag) const {
+    __builtin_prefetch(&slots_[tag & mask_]);
+  }
 
  private:
   using Slot = DictionarySlot<Array>;
@@ -77,9 +82,8 @@ class ValueDictionary : NonCopyable {
   static bool matches(const Value& stored, const Value& value) {
     return Family<Array>::equal(stored, value);
   }
-  static bool matches(const char* stored, std::string_view text)
-    requires std::is_same_v<Array, TStrArray>
-  {
+  static bool matches(const char* stored,
+                      std::string_view text) requires std::is_same_v<Array, TStrArray> {
     return strncmp(stored, text.data(), text.size()) == 0 && stored[text.size()] == '\0';
   }
 
@@ -130,7 +134,8 @@ class ValueDictionary : NonCopyable {
     Block<Value> values = make_block<Value>(static_cast<long>(new_slots / 2));
     if (size_ > 0) memcpy(values.get(), values_.get(), sizeof(Value) * static_cast<size_t>(size_));
     if (old_slots > 0) {
-      Block<Slot> old = std::exchange(slots_, make_cleared_block<Slot>(static_cast<long>(new_slots)));
+      Block<Slot> old =
+          std::exchange(slots_, make_cleared_block<Slot>(static_cast<long>(new_slots)));
       mask_ = new_slots - 1;
       for (size_t i = 0; i < old_slots; ++i) {
         if (old[i].used != 0) slots_[empty_place(tag_in(old[i]))] = old[i];
@@ -163,7 +168,7 @@ class ValueDictionary : NonCopyable {
   }
 
   /// Starts loading the stored values that are likely to be compared.
-  void prefetch_matches(const uint32_t* tags, long count) const {
+  [[gnu::always_inline]] void prefetch_matches(const uint32_t* tags, long count) const {
     const Value* likely[kBatch];
     for (long i = 0; i < count; ++i) {
       const Slot& slot = slots_[tags[i] & mask_];

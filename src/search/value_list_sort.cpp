@@ -102,8 +102,9 @@ class Splitters {
 
   size_t bucket(uint64_t key) const {
     size_t below = 0;  // splitters below the key, found without a branch
+#pragma GCC unroll 8
     for (size_t half = (kMax + 1) / 2; half > 0; half /= 2) {
-      below += keys_[below + half - 1] < key ? half : 0;
+      below += half * static_cast<size_t>(keys_[below + half - 1] < key);
     }
     return 2 * below + (keys_[below] == key ? 1 : 0);
   }
@@ -161,6 +162,9 @@ class ValueSorter {
         const Value* const values = sources_[s].values;
         Entry* const out = entries_.get() + begin;
         for (long i = slice.begin; i < slice.end; ++i) {
+          if constexpr (std::is_same_v<Array, TStrArray>) {
+            if (i + kAhead < slice.end) __builtin_prefetch(values[i + kAhead]);
+          }
           out[i] = {Key::key(Family<Array>::normalized(values[i]), 0), static_cast<uint32_t>(i),
                     static_cast<uint32_t>(s)};
         }
@@ -250,7 +254,7 @@ class ValueSorter {
   }
 
   /// Has the values of the entries on the way to the cache before they are needed.
-  void prefetch(const Entry* entries, long i, long count, int depth) const {
+  [[gnu::always_inline]] void prefetch(const Entry* entries, long i, long count, int depth) const {
     if constexpr (!kKeyIsValue<Array>) {
       const auto address = [&](const Entry& entry) {
         return sources_[entry.source & ~Entry::kRepeat].values + entry.position;

@@ -132,7 +132,22 @@ int TIntArray::GetInt(int index) const {
 
 void TIntArray::PutInt(int index, int value) {
   check_index("PutInt", index);
-  values()[index] = value;
+  PutData(index, &value);
+}
+
+void TIntArray::PutData(int index, const void* value) {
+  FixedArray::PutData(index, value);
+  counted_up_ = std::min(counted_up_, index);
+}
+
+void TIntArray::AppendData(const void* value) {
+  counted_up_ = std::min(counted_up_, FArraySize);
+  FixedArray::AppendData(value);
+}
+
+void TIntArray::SetArraySize(int n) {
+  counted_up_ = std::min({counted_up_, FArraySize, n});
+  FixedArray::SetArraySize(n);
 }
 
 const int* TIntArray::GetIntPtr(int index) const {
@@ -144,6 +159,21 @@ void TIntArray::InitAsSet() {
   AdjustMemArea();
   int* const rows = values();
   for (int i = 0; i < FArraySize; ++i) rows[i] = i + 1;
+  counted_up_ = FArraySize;
+}
+
+bool TIntArray::is_counted_up() const {
+  constexpr int kStep = 1024;  // looked at together, without a branch
+  const int* const rows = PIntAr();
+  counted_up_ = std::min(counted_up_, FArraySize);
+  while (counted_up_ < FArraySize) {
+    const int end = std::min(counted_up_ + kStep, FArraySize);
+    int misfits = 0;
+    for (int i = counted_up_; i < end; ++i) misfits |= rows[i] ^ (i + 1);
+    if (misfits != 0) return false;
+    counted_up_ = end;
+  }
+  return true;
 }
 
 void TIntArray::Exclude0Rec() {

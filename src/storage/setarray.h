@@ -30,14 +30,14 @@ class TSetArray : public TIntArray {
   /// Deletes that sorted set if there is one.
   void RemoveSortedSet(const TFilter* filter);
 
-  // Searches: defined beside the other searches.
+  // Searches: defined beside the other searches. All use the worker pool where it helps; the second
+  // form of the first says its own name in the ring.
   std::unique_ptr<TSetArray> SearchByValue(TFilter* filter, int ope, const char* v1, const char* v2,
-                                           bool negate);
+                                           bool negate) const;
   std::unique_ptr<TSetArray> MppSearchByValue(TFilter* filter, int ope, const char* v1,
-                                              const char* v2, bool negate);
+                                              const char* v2, bool negate) const;
   /// Rows whose value is one of `count` values laid out as an array of the filter's type.
-  std::unique_ptr<TSetArray> SearchByNValues(TFilter* filter, int count, const void* values);
-  std::unique_ptr<TSetArray> MppSearchByNValues(TFilter* filter, int count, const void* values);
+  std::unique_ptr<TSetArray> SearchByNValues(TFilter* filter, int count, const void* values) const;
 
  private:
   std::vector<TSortedSetArray*> sorted_sets_;  // owned

@@ -54,12 +54,12 @@ TEST_F(EngineCallsTest, SetsTheCharacterCodeByLocaleAndByText) {
   _TREnvironment environment;
   EXPECT_EQ(RQXSetKanjiCode(QX_LOCALE_SJIS), 0);
   RQXGetEnvironment(&environment);
-  EXPECT_STREQ(environment.dbCharCode, "SHIFT_JIS");
+  EXPECT_STREQ(environment.dbCharCode, "Shift_JIS");
   expect_failure(RQXSetKanjiCode(7), QX_ERROR_CHAR_CODE, "Invalid Parameter");
   char unknown[] = "NotDefined";
   expect_failure(RQXSetDBCharCode(unknown), QX_ERROR_CHAR_CODE, "Invalid Parameter");
   RQXGetEnvironment(&environment);
-  EXPECT_STREQ(environment.dbCharCode, "SHIFT_JIS");
+  EXPECT_STREQ(environment.dbCharCode, "Shift_JIS");
   char hyphenated[] = "UTF-8";
   EXPECT_EQ(RQXSetDBCharCode(hyphenated), 0);
   RQXGetEnvironment(&environment);

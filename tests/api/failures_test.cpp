@@ -517,12 +517,12 @@ INSTANTIATE_TEST_SUITE_P(
              [](int table, int, int set) {
                return RQXExportAsCSV(table, set, all_filters, -1, -1, nullptr, "out.csv", '/');
              },
-             QX_ERROR_FILE, "Invalid Parameter : FilePath"},
+             QX_ERROR_FILE, "Illegal FileName"},
         Call{"NoFile",
              [](int table, int, int set) {
                return RQXExportAsCSVwithF(table, set, all_filters, -1, -1, "", "", '/', "f");
              },
-             QX_ERROR_FILE, "Invalid Parameter : FileName"},
+             QX_ERROR_FILE, "Illegal FileName"},
         Call{"RowsBelowTheAllowed",
              [](int table, int, int) { return save_catalog(table, 0, -2, -1); }, QX_ERROR_PARAMETER,
              "Invalid Parameter : RowFrom(-2) RowTo(-1)"},

@@ -271,7 +271,7 @@ class NumericInfoTest : public FiltersTest, public testing::WithParamInterface<R
 
 TEST_P(NumericInfoTest, RewritesTheValues) {
   const RescaleCase& wanted = GetParam();
-  const TestTable table({{"a", decimals(2, {"1.25", "NULL", "1.30", "-1.25", "0.04", "1.25"})}});
+  const TestTable table({{"a", decimals(2, {"1.25", "", "1.30", "-1.25", "0.04", "1.25"})}});
   const int filter = table.filter("a");
   NumericInfo info = wanted.info;
   EXPECT_EQ(RQXSetNumericInfo(table.id(), filter, &info, false), 0);
@@ -313,7 +313,7 @@ INSTANTIATE_TEST_SUITE_P(
     case_name<RescaleCase>);
 
 TEST_F(FiltersTest, RescaledStayInOrder) {
-  const TestTable table({{"a", decimals(2, {"1.25", "NULL", "0.04", "1.24", "-3.00"})}});
+  const TestTable table({{"a", decimals(2, {"1.25", "", "0.04", "1.24", "-3.00"})}});
   NumericInfo info = {1, QX_ROUND_HALFEVEN};
   ASSERT_EQ(RQXSetNumericInfo(table.id(), table.filter("a"), &info, false), 0);
   EXPECT_EQ(table.rows(table.sort("a")), (std::vector<int>{2, 5, 3, 1, 4}));

@@ -56,12 +56,12 @@ INSTANTIATE_TEST_SUITE_P(
     All, ReadingTypesTest,
     testing::Values(CellCase{"Integer", ints({-5, kNullInt}), 4, "-5", "NULL"},
                     CellCase{"Double", doubles({1.5, kNullDouble}), 8, "1.5", "NULL"},
-                    CellCase{"Date", dates({"2024/02/29", "NULL"}), 8, "2024/02/29", "NULL"},
-                    CellCase{"Time", times({"23:59:58", "NULL"}), 8, "23:59:58", "NULL"},
-                    CellCase{"DateTime", datetimes({"2024/02/29 12:00:00", "NULL"}), 8,
+                    CellCase{"Date", dates({"2024/02/29", ""}), 8, "2024/02/29", "NULL"},
+                    CellCase{"Time", times({"23:59:58", ""}), 8, "23:59:58", "NULL"},
+                    CellCase{"DateTime", datetimes({"2024/02/29 12:00:00", ""}), 8,
                              "2024/02/29 12:00:00", "NULL"},
                     CellCase{"String", strings({"text", ""}), 4, "text", ""},
-                    CellCase{"Decimal", decimals(3, {"-1.250", "NULL"}), 16, "-1.250", "NULL"}),
+                    CellCase{"Decimal", decimals(3, {"-1.250", ""}), 16, "-1.250", "NULL"}),
     case_name<CellCase>);
 
 TEST_F(ReadingTest, PutsTheInfoBeforeADecimal) {

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "storage/family.h"
 
@@ -47,6 +50,46 @@ TEST(ArrayTest, RefusesImpossibleSizesAndIndices) {
     EXPECT_EQ(code_of([&] { array.PutInt(index, 0); }), QX_ERROR_INDEX);
   }
   EXPECT_EQ(array.FArraySize, 3);
+}
+
+// A set that is taken for all rows in order is not read, so no way of writing may go unnoticed.
+TEST(ArrayTest, NoticesEveryChangeOfItsCountedUpElements) {
+  constexpr int kSize = 3000;
+  const int other = 7;
+  const int next = kSize + 1;
+  const std::pair<bool, std::function<void(TIntArray&)>> edits[] = {
+      {true, [](TIntArray&) {}},
+      {false, [](TIntArray& array) { array.PIntAr()[kSize - 1] = 1; }},
+      {false, [](TIntArray& array) { array.values()[0] = 2; }},
+      {true, [](TIntArray& array) { array.PIntAr()[5] = 6; }},
+      {false, [](TIntArray& array) { array.PutInt(kSize - 1, 1); }},
+      {false, [&](TIntArray& array) { static_cast<TBaseArray&>(array).PutData(0, &other); }},
+      {true, [&](TIntArray& array) { array.AppendData(&next); }},
+      {false, [&](TIntArray& array) { array.AppendData(&other); }},
+      {true, [](TIntArray& array) { array.SetArraySize(10); }},
+      {true, [](TIntArray& array) { array.SetAllocSize(0); }},
+      {false,
+       [](TIntArray& array) {
+         array.SetAllocSize(0);  // 1000 elements stay
+         array.SetArraySize(kSize);
+         std::fill_n(array.PIntAr() + 1000, kSize - 1000, 0);
+       }},
+      {false,
+       [&](TIntArray& array) {
+         array.SetAllocSize(0);
+         array.AppendData(&other);
+       }},
+      {true, [](TIntArray& array) { array.Exclude0Rec(); }},
+      {true, [](TIntArray& array) { array.PutInt(3, 0), array.InitAsSet(); }},
+  };
+  for (size_t i = 0; i < std::size(edits); ++i) {
+    TIntArray array(kSize, true);
+    EXPECT_FALSE(array.is_counted_up());
+    array.InitAsSet();
+    EXPECT_TRUE(array.is_counted_up());
+    edits[i].second(array);
+    EXPECT_EQ(array.is_counted_up(), edits[i].first) << "edit " << i;
+  }
 }
 
 TEST(ArrayTest, ExtendedTypeStandsInTheAttributeBlock) {

@@ -1,6 +1,5 @@
 #include "frame/api/call_frame.h"
 
-#include <memory>
 #include <new>
 
 #include "frame/base/error_ring.h"
@@ -11,7 +10,8 @@ std::mutex qx_mutex;
 char FUNC_NAME_EX[256] = "";
 
 void mutex_initialize() {
-  std::construct_at(&qx_mutex);
+  qx_mutex.try_lock();  // held by this call now, or still by an earlier one
+  qx_mutex.unlock();
 }
 
 int status_of_failure(const char* name) {

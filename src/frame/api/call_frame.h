@@ -21,7 +21,7 @@ inline void mutex_lock() {
 inline void mutex_unlock() {
   qx_mutex.unlock();
 }
-/// Makes the lock a fresh, free one, whoever held it.
+/// Makes the lock free whoever holds it.
 void mutex_initialize();
 
 /// Written outside the lock, hence byte by byte without tearing any.

@@ -1,6 +1,10 @@
-// The task object's exports: the checks of a call, then the table's writers.
+// The task object's exports: rows to a text file, with or without a catalog beside it.
+#include <filesystem>
+
 #include "frame/api/dbtask.h"
 #include "frame/api/serial_layer.h"
+#include "import/mtexport.h"
+#include "import/output_path.h"
 
 namespace qxe {
 
@@ -8,7 +12,7 @@ namespace {
 
 constexpr char kComma = ',';
 constexpr char kTab = '\t';
-constexpr char kDataFile[] = "SrcData.dat";  // what a catalog's import reads by default
+constexpr char kDataFile[] = "SrcData.dat";  // what the import of a catalog reads by default
 
 /// The data of one export.
 struct ExportData {
@@ -29,66 +33,49 @@ struct CatalogPlace {
   const char* file;
 };
 
-int check_file(const char* layer, const char* directory, const char* file) {
-  if (directory == nullptr) {
-    return report(layer, QX_ERROR_FILE, "Invalid Parameter : FilePath(%s)", "");
-  }
-  if (file == nullptr || *file == '\0') {
-    return report(layer, QX_ERROR_FILE, "Invalid Parameter : FileName(%s)", "");
-  }
-  return 0;
+int export_data(const ExportData& data, char separator) {
+  return MppCsvExport(data.table, data.set, data.filters, data.from, data.to, separator,
+                      data.dateSeparator, data.directory, data.file, data.formatFile);
 }
 
-int check_export(const char* layer, TBaseTable& table, const ExportData& data) {
-  if (data.filters == nullptr) {
-    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : FltIDs");
-  }
-  if (data.dateSeparator != '-' && data.dateSeparator != '/') {
-    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : Datesep(%d)", data.dateSeparator);
-  }
-  if (data.set < -1 || table.GetSet(data.set) == nullptr) {
-    return report(layer, QX_ERROR_NO_SET, "No Such Set: %d ", data.set);
-  }
-  return check_file(layer, data.directory, data.file);
+/// `csv` and `tab` are the layer names of the two forms.
+int export_rows(const char* csv, const char* tab, const ExportData& data, char separator) {
+  return with_table({.layer = separator == kTab ? tab : csv}, data.table,
+                    [&](TBaseTable&) { return export_data(data, separator); });
 }
 
-int export_data(TBaseTable& table, const ExportData& data, char separator) {
-  return table.Export(data.set, data.filters, data.from, data.to, separator, data.dateSeparator,
-                      data.directory, data.file, data.formatFile);
-}
-
-int export_rows(const char* layer, const ExportData& data, char separator) {
-  return with_table({.layer = layer}, data.table, [&](TBaseTable& table) {
-    const int status = check_export(layer, table, data);
-    return status < 0 ? status : export_data(table, data, separator);
-  });
-}
-
-/// Layer name of the two forms of an export.
-const char* layer_of(char separator, const char* csv, const char* tab) {
-  return separator == kTab ? tab : csv;
-}
-
-int check_catalog(const char* layer, const ExportData& data, int type, const CatalogPlace& place) {
+int check_catalog(const char* layer, TBaseTable& table, const ExportData& data, int type) {
   if (data.from < -1 || data.to < -1 || (data.from > data.to && data.to != -1)) {
     return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : RowFrom(%d) RowTo(%d)", data.from,
                   data.to);
   }
+  if (data.set < -1 || table.GetSet(data.set) == nullptr) {
+    return report(layer, QX_ERROR_NO_SET, "No Such Set: %d ", data.set);
+  }
   if (type != QX_EXPORT_COMMA && type != QX_EXPORT_TAB) {
     return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : type(%d)", type);
   }
-  return check_file(layer, place.directory, place.file);
+  return check_output(layer, data.directory, data.file);
+}
+
+/// Writes the catalog. A relative format file counts from the data's directory here too.
+int write_catalog(TBaseTable& table, const ExportData& data, char separator,
+                  const CatalogPlace& place) {
+  std::string format;
+  if (data.formatFile != nullptr) {
+    format = std::filesystem::absolute(path_in(data.directory, data.formatFile));
+  }
+  return table.CreateCatalogFile(data.filters, separator, place.directory, place.file,
+                                 data.formatFile == nullptr ? nullptr : format.c_str());
 }
 
 int save_catalog(const char* layer, const ExportData& data, int type, const CatalogPlace& place) {
   return with_table({.layer = layer}, data.table, [&](TBaseTable& table) {
-    int status = check_export(layer, table, data);
-    if (status >= 0) status = check_catalog(layer, data, type, place);
+    int status = check_catalog(layer, table, data, type);
     if (status < 0) return status;
     const char separator = type == QX_EXPORT_TAB ? kTab : kComma;
-    status = table.CreateCatalogFile(data.filters, separator, place.directory, place.file,
-                                     data.formatFile);
-    return status < 0 ? status : export_data(table, data, separator);
+    status = write_catalog(table, data, separator, place);
+    return status < 0 ? status : export_data(data, separator);
   });
 }
 
@@ -97,7 +84,7 @@ int save_catalog(const char* layer, const ExportData& data, int type, const Cata
 int CDBParallelTask::Export(int table, int set, const int* filters, int from, int to,
                             char separator, char dateSeparator, const char* directory,
                             const char* file) {
-  return export_rows(layer_of(separator, "RQXExportAsCSV", "RQXExportAsTAB"),
+  return export_rows("RQXExportAsCSV", "RQXExportAsTAB",
                      {table, set, filters, from, to, dateSeparator, directory, file, nullptr},
                      separator);
 }
@@ -105,7 +92,7 @@ int CDBParallelTask::Export(int table, int set, const int* filters, int from, in
 int CDBParallelTask::ExportWithF(int table, int set, const int* filters, int from, int to,
                                  char separator, char dateSeparator, const char* directory,
                                  const char* file, const char* formatFile) {
-  return export_rows(layer_of(separator, "RQXExportAsCSVwithF", "RQXExportAsTABwithF"),
+  return export_rows("RQXExportAsCSVwithF", "RQXExportAsTABwithF",
                      {table, set, filters, from, to, dateSeparator, directory, file, formatFile},
                      separator);
 }

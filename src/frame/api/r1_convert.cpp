@@ -11,7 +11,7 @@ namespace {
 
 template <class Value>
 Value value_in(const char* bytes) {
-  Value value;
+  Value value{};
   memcpy(&value, bytes, sizeof value);
   return value;
 }

@@ -30,9 +30,9 @@ struct FailureText {
 };
 
 struct LayerCall {
-  const char* layer;                        // name of the ring entries
-  TableKind kind = TableKind::kBase;        // kBase: any
-  Access access = Access::kRead;            //
+  const char* layer;                  // name of the ring entries
+  TableKind kind = TableKind::kBase;  // kBase: any
+  Access access = Access::kRead;
   bool* saved = nullptr;                    // cleared on success
   std::span<const FailureText> texts = {};  // entries of some failures instead of the usual words
 };
