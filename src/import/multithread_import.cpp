@@ -21,9 +21,11 @@ int CCMultiThreadImport::MppImport_run_step2(const char* tableName) {
   raised(tables.GenTableName(tableName, name));
   const int rows = static_cast<int>(parse_.rows());
   auto table = std::make_unique<TRealTable>(tables.issue_table_id(), name, rows);
-  for (size_t i = 0; i < layout_.columns.size(); ++i) {
+  std::vector<Column> columns(layout_.columns.size());
+  for (const size_t i : parse_.columns_by_size()) columns[i] = parse_.take_column(i, rows);
+  for (size_t i = 0; i < columns.size(); ++i) {
     raised(table->AddFilter(static_cast<int>(i), layout_.columns[i].name.c_str(),
-                            parse_.take_column(i, rows)));
+                            std::move(columns[i])));
   }
   return tables.adopt_table(std::move(table));
 }
@@ -31,7 +33,7 @@ int CCMultiThreadImport::MppImport_run_step2(const char* tableName) {
 int CCMultiThreadImport::MppAppend(const std::string& dataFile, TRealTable& table,
                                    RowAppend& append) {
   parse_.parse(dataFile, append.count());
-  for (size_t i = 0; i < layout_.columns.size(); ++i) {
+  for (const size_t i : parse_.columns_by_size()) {
     append.set_column(*table.filter_at(static_cast<int>(i)), parse_.take_column(i, append.count()));
   }
   return append.commit();

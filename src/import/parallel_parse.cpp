@@ -85,6 +85,18 @@ void ParallelParse::collect_shares(Shares shares, int status) {
   }
 }
 
+std::vector<size_t> ParallelParse::columns_by_size() const {
+  std::vector<long> texts(layout_.columns.size());
+  std::vector<size_t> order(texts.size());
+  for (size_t i = 0; i < order.size(); ++i) {
+    order[i] = i;
+    for (const auto& share : shares_) texts[i] += share->parser->field(i).texts();
+  }
+  std::stable_sort(order.begin(), order.end(),
+                   [&](size_t left, size_t right) { return texts[left] > texts[right]; });
+  return order;
+}
+
 Column ParallelParse::take_column(size_t column, int rows) {
   std::vector<std::unique_ptr<CField>> fields;
   std::vector<CField*> shares;

@@ -32,6 +32,10 @@ class ParallelParse : NonCopyable {
 
   long rows() const { return rows_; }
 
+  /// The columns, those with the most texts first: taken in this order, they give their memory back
+  /// before the others need some.
+  std::vector<size_t> columns_by_size() const;
+
   /// The column of `rows` rows, at least those read: the further ones are NULL. Gives back the
   /// memory of its shares, so that each column can be taken once.
   Column take_column(size_t column, int rows);

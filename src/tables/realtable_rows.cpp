@@ -2,7 +2,6 @@
 #include <limits.h>
 
 #include <algorithm>
-#include <numeric>
 
 #include "tables/realtables.h"
 
@@ -17,13 +16,6 @@ constexpr long kMaxTotalRows = INT_MAX - 1;
 void shift_rows(TSetArray& set, int at, int count) {
   int* const rows = set.PIntAr();
   for (int i = 0; i < set.FArraySize; ++i) rows[i] += rows[i] >= at ? count : 0;
-}
-
-/// Adds the rows that follow the last one.
-void extend_root(TSetArray& root, int count) {
-  const int total = root.FArraySize;
-  root.SetArraySize(total + count);
-  std::iota(root.PIntAr() + total, root.PIntAr() + total + count, total + 1);
 }
 
 }  // namespace
@@ -41,8 +33,9 @@ int TRealTable::InsRows(int pos, int count) {
   }
   for (const auto& filter : filters_) filter->check_changeable();
   for (const auto& filter : filters_) filter->reserve_rows(total + count);
-  extend_root(root_set(), count);
+  root_set().SetArraySize(total + count);
   // Nothing fails from here on.
+  root_set().InitAsSet();
   const int at = std::clamp(pos, 1, total + 1);
   for (const auto& filter : filters_) {
     filter->Taint();
