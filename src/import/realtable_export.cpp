@@ -6,13 +6,6 @@
 
 namespace qxe {
 
-int TRealTable::Export(int set, const int* filters, int from, int to, char separator,
-                       char dateSeparator, const char* directory, const char* file,
-                       const char* formatFile) {
-  return export_csv(
-      *this, {set, filters, from, to, separator, dateSeparator, directory, file, formatFile}, 1);
-}
-
 void TRealTable::OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) {
   const TSetArray& source = *GetSet(set);  // constant: read by several workers
   const int* rows = source.PIntAr() + part.first - 1;

@@ -38,8 +38,6 @@ class TRealTable : public TBaseTable {
   int ReadData(int set, int filter, int pos, int* type, void* out, int size) override;
   int ReadData(int set, int filter, int pos, int* type, long* out) override;
   int GetVNo(int set, int filter, int pos, int* out) override;
-  int Export(int set, const int* filters, int from, int to, char separator, char dateSeparator,
-             const char* directory, const char* file, const char* formatFile) override;
   void OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) override;
   int CountN(int set, int filter, int* out) override;
   int GetFilterIDFromName(const char* name, int side) override;

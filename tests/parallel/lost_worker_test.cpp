@@ -1,5 +1,5 @@
-// A worker that is lost in a task fails the round and is replaced. The case waits for the pool's deadline
-// of five seconds.
+// A worker that is lost in a task fails the round and is replaced. The case waits for the pool's
+// deadline of five seconds.
 #include <gtest/gtest.h>
 
 #include <vector>

@@ -2,21 +2,14 @@
 // log that cannot be written changes no result.
 #pragma once
 
+#include <mutex>
+
 #include "qxe.h"
 
-extern "C" {
-
-/// Writes one line, cut at 499 bytes, to the place chosen by gLogOutOption.
-QXE_API void LOG_Create(const char* format, ...) __attribute__((format(printf, 1, 2)));
-
-/// Writes one line, cut at 4351 bytes, to `file`. The first line of the process creates the file it
-/// goes to and puts a header in front. A null file makes the next line a first one again, an empty
-/// name does nothing.
-QXE_API void Log_message(const char* file, const char* format, ...)
-    __attribute__((format(printf, 2, 3)));
-}
-
 namespace qxe {
+
+/// Held while a line is written: clients may log from any thread, outside the engine lock.
+extern std::mutex log_lock;
 
 /// Where LOG_Create writes: 0 nowhere, 1 standard output, 2 standard error, 3 the engine's log file
 /// ("vemohist.log" in the working directory at load). Anything else writes nowhere too.
