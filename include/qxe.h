@@ -1385,6 +1385,17 @@ QXE_API int QXSortByRowNo(int table, int filter, int set, int dir);
  * */
 QXE_API int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs);
 
+/** Keeps the first row, in the set's order, of each distinct combination of the values of some
+ * filters, and makes the new set current; it has name and attribute block of its source. NULL is a
+ * value like others. Real tables only. filters: in, 1 to 512 filter ids, ends at the first entry
+ * below 1. Result: the new set's id. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL,
+ * QX_ERROR_UNIQUE_FILTERS for an empty or too long list, QX_ERROR_NO_FILTER, QX_ERROR_NO_SET,
+ * QX_ERROR_SET_COUNT with 10,000 sets. */
+QXE_API int RQXExtractUniqueReal(int table, int set, int* filters);
+
+/** As RQXExtractUniqueReal. */
+QXE_API int QXExtractUniqueReal(int table, int set, int* filters);
+
 /** Orders the positions of an array by descending count; equal counts keep their order. n:
  * elements. counts: in, n counts. nonZero: out, how many counts are not 0. nonZeroIndex: out, room
  * for n ints, the positions (from 0) of those, ascending. order: out, n ints, all positions by
