@@ -200,6 +200,7 @@ static void print_worst(int flights, int airports, int set) {
   if (count > kGridColumns - kAirportColumns) count = kGridColumns - kAirportColumns;
   const int size = require(RQXGetSetSize(flights, set), "RQXGetSetSize");
   const int shown = size < kWorstRows ? size : kWorstRows;
+  if (shown == 0) return;
 
   Grid grid = {.rows = shown + 1, .columns = count + kAirportColumns};
   set_flight_titles(&grid, flights, filters, count);

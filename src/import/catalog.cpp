@@ -65,17 +65,12 @@ void CCatalogParser::set_error_log(const std::string& name) {
 
 int CCatalogParser::readInfo(const std::string& path) {
   path_ = path;
-  try {
-    const MappedFile file(path);
-    for (const char* line = file.begin(); line < file.end();) {
-      const char* const stop = std::find(line, file.end(), '\n');
-      ++row_;
-      read_line(removeSpaceCR({line, static_cast<size_t>(stop - line)}));
-      line = stop + 1;
-    }
-  } catch (const CQXException& failure) {
-    if (failure.ErrorCode() == QX_ERROR_FILE) LogMsg("FILE  [%s] MISSING ", path.c_str());
-    throw;
+  const MappedFile file(path);
+  for (const char* line = file.begin(); line < file.end();) {
+    const char* const stop = std::find(line, file.end(), '\n');
+    ++row_;
+    read_line(removeSpaceCR({line, static_cast<size_t>(stop - line)}));
+    line = stop + 1;
   }
   check_complete();
   return static_cast<int>(layout_.columns.size());
@@ -167,9 +162,8 @@ void CCatalogParser::read_column(const Tokens& tokens) {
     LogMsg("FILTERS EXCEED MAXIMUM LIMIT\t\t [ > %d] ", kMaxColumns);
     fail(QX_ERROR_CATALOG);
   }
-  const bool skipped = std::any_of(tokens.begin() + 3, tokens.end(), [](const std::string& word) {
-    return same_word(word, "SKIP");
-  });
+  const bool skipped = std::any_of(tokens.begin() + 3, tokens.end(),
+                                   [](const std::string& word) { return same_word(word, "SKIP"); });
   layout_.inputs.push_back(
       {number_of(tokens[1]), skipped ? -1 : static_cast<int>(layout_.columns.size())});
   width_words_.push_back({tokens[1], row_});

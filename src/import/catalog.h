@@ -75,7 +75,7 @@ class CCatalogParser : NonCopyable {
 
   std::string directory_;
   std::string path_;
-  int row_ = 0;  // of the catalog, from 1
+  int row_ = 0;                         // of the catalog, from 1
   std::vector<WidthWord> width_words_;  // of the inputs
   DataLayout layout_;
 };

@@ -32,7 +32,6 @@ std::string name_from_catalog(const char* catalog) {
 
 const char* text_of_status(int status) {
   switch (status) {
-    case QX_ERROR_FILE: return "FILE MISSING";
     case QX_ERROR_INVALID_DATA: return "Invalid Data";
     case QX_ERROR_CATALOG: return "Failed to parse catalog";
     case QX_ERROR_TEXT_FIELD: return "DataSize overflow";

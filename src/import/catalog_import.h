@@ -1,5 +1,5 @@
-// Imports as the public functions offer them: a catalog with its data file becomes a new table. They
-// throw the status of a failure with a text for the ring of failures.
+// Imports as the public functions offer them: a catalog with its data file becomes a new table.
+// They throw the status of a failure with a text for the ring of failures.
 #pragma once
 
 namespace qxe {

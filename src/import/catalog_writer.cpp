@@ -86,7 +86,7 @@ int TBaseTable::CreateCatalogFile(const int* filters, char separator, const char
   if (status < 0) return status;
   ExportFormats formats;
   if (formatFile != nullptr) {
-    status = readFmtInfo(path_in(directory, formatFile).c_str(), &formats);
+    status = readFmtInfo(formatFile, &formats);
     if (status < 0) return status;
   }
   std::string text = head_lines(separator);

@@ -1,8 +1,7 @@
 // Texts of single numbers, as exports write them. Each function writes at `out`, without a
-// terminator, and returns the end of the text. The host's locale plays no part.
+// terminator, and returns the end of the text; up to kTextOverrun bytes of no meaning may follow
+// it. The host's locale plays no part.
 #pragma once
-
-#include <stdint.h>
 
 #include "qxe_numeric.h"
 
@@ -12,6 +11,8 @@ namespace qxe {
 inline constexpr int kIntegerTextSize = 11;
 inline constexpr int kDoubleTextSize = 24;
 inline constexpr int kDecimalTextSize = 42;
+
+inline constexpr int kTextOverrun = 32;
 
 char* put_integer(int value, char* out);
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "calc/datetime.h"
-#include "import/cell_text.h"
 #include "import/mtexport.h"
 #include "storage/family.h"
 
@@ -24,7 +23,9 @@ constexpr int kMaxCachedValues = 16384;
 constexpr int kRowsPerCachedValue = 4;
 
 // Rows between asking for a value, asking for its text and writing it.
-constexpr int kAhead = 16;
+constexpr int kAhead = 8;
+// Bytes of a text to ask for; they often lie in two lines of the cache.
+constexpr int kTextStart = 32;
 
 constexpr size_t kBufferSize = 0x100000;
 
@@ -92,7 +93,7 @@ void CsvColumn::cache_texts(long rows) {
   if (is_string() || list_size_ > kMaxCachedValues) return;
   if (list_size_ > rows / kRowsPerCachedValue) return;
   std::vector<CachedText> texts(static_cast<size_t>(list_size_));
-  const Block<char> text = make_block<char>(max_width_);
+  const Block<char> text = make_block<char>(max_width_ + kTextOverrun);
   for (int number = 0; number < list_size_; ++number) {
     const auto size = static_cast<size_t>(render(number, text.get()) - text.get());
     CachedText& entry = texts[static_cast<size_t>(number)];
@@ -116,7 +117,9 @@ inline void CsvColumn::prefetch_value(int number) const {
 }
 
 inline void CsvColumn::prefetch_text(int number) const {
-  prefetch_line(string(number));
+  const char* const text = string(number);
+  prefetch_line(text);
+  prefetch_line(text + kTextStart);
 }
 
 char* CsvColumn::put(int number, char* out) const {
@@ -149,7 +152,7 @@ char* CsvColumn::put_serial(double serial, char* out) const {
 }
 
 long CsvLayout::max_width() const {
-  long width = CsvColumn::kOverrun;
+  long width = kTextOverrun;
   for (const CsvColumn& column : columns) width += column.max_width() + 1;
   return width;
 }
@@ -193,43 +196,42 @@ inline void CsvRowWriter::prefetch(int row, int rows) {
 }
 
 void CsvRowWriter::put_row(int row) {
-  make_room(0);
+  char* at = with_room(at_, 0);
   const int* number = numbers_.get() + row;
   for (const CsvColumn& column : layout_.columns) {
-    if (column.is_string()) {
-      put_string(column.string(*number));
-    } else {
-      at_ = column.put(*number, at_);
-    }
-    *at_++ = layout_.separator;
+    at = column.is_string() ? put_string(column.string(*number), at) : column.put(*number, at);
+    *at++ = layout_.separator;
     number += kBlockRows;
   }
-  at_[-1] = '\n';
+  at[-1] = '\n';
+  at_ = at;
 }
 
-void CsvRowWriter::put_string(const char* text) {
+inline char* CsvRowWriter::put_string(const char* text, char* at) {
   const size_t size = strlen(text);
   if (size > kBufferSize) {
-    flush();
+    flush(at);
     exporter_.put(part_, text, size);
-    return;
+    return buffer_.get();
   }
-  make_room(size);
-  memcpy(at_, text, size);
-  at_ += size;
+  at = with_room(at, size);
+  memcpy(at, text, size);
+  return at + size;
 }
 
-void CsvRowWriter::make_room(size_t size) {
-  if (static_cast<size_t>(end_ - at_) < size + line_room_) flush();
+inline char* CsvRowWriter::with_room(char* at, size_t size) {
+  if (static_cast<size_t>(end_ - at) >= size + line_room_) return at;
+  flush(at);
+  return buffer_.get();
 }
 
-void CsvRowWriter::flush() {
-  exporter_.put(part_, buffer_.get(), static_cast<size_t>(at_ - buffer_.get()));
-  at_ = buffer_.get();
+void CsvRowWriter::flush(const char* end) {
+  exporter_.put(part_, buffer_.get(), static_cast<size_t>(end - buffer_.get()));
 }
 
 void CsvRowWriter::end_part() {
-  flush();
+  flush(at_);
+  at_ = buffer_.get();
   exporter_.pass_turn();
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "frame/base/memory.h"
+#include "import/cell_text.h"
 #include "import/export_format.h"
 #include "storage/filters.h"
 
@@ -37,15 +38,13 @@ class CsvColumn {
   /// The text of a value number of a column of strings.
   const char* string(int number) const;
   /// Writes the text of a value number of any other column at `out` and returns its end. Writes up
-  /// to kOverrun bytes of no meaning behind it.
+  /// to kTextOverrun bytes of no meaning behind it.
   char* put(int number, char* out) const;
-
-  static constexpr int kOverrun = 32;
 
  private:
   // A rendered text, copied whole because that is quicker than by length.
   struct CachedText {
-    char text[kOverrun - 1];
+    char text[kTextOverrun - 1];
     uint8_t size;
   };
 
@@ -105,10 +104,10 @@ class CsvRowWriter : NonCopyable {
  private:
   void prefetch(int row, int rows);
   void put_row(int row);
-  void put_string(const char* text);
-  /// Sees to it that `size` bytes and the rest of a line fit.
-  void make_room(size_t size);
-  void flush();
+  char* put_string(const char* text, char* at);
+  /// The place for `size` bytes and the rest of a line behind `at`, the end of what is collected.
+  char* with_room(char* at, size_t size);
+  void flush(const char* end);
 
   const CsvLayout& layout_;
   CCMultiThreadExport& exporter_;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "frame/base/exception.h"
+#include "import/errlog.h"
 
 namespace qxe {
 
@@ -23,13 +24,18 @@ class FileHandle : NonCopyable {
   int handle_;
 };
 
+[[noreturn]] void fail_as_missing(const std::string& path) {
+  LogMsg("FILE  [%s] MISSING ", path.c_str());
+  throw CQXException(QX_ERROR_FILE, "FILE MISSING");
+}
+
 }  // namespace
 
 MappedFile::MappedFile(const std::string& path) {
   const FileHandle file(path.c_str());
   struct stat info;
   if (file.get() < 0 || fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
-    throw CQXException(QX_ERROR_FILE);
+    fail_as_missing(path);
   }
   size_ = info.st_size;
   // Anonymous pages first, the file over them: the ones left behind its end are the readable rest.
@@ -41,7 +47,7 @@ MappedFile::MappedFile(const std::string& path) {
   if (mmap(area_, static_cast<size_t>(size_), PROT_READ, MAP_PRIVATE | MAP_FIXED, file.get(), 0) ==
       MAP_FAILED) {
     munmap(area_, mapped_);
-    throw CQXException(QX_ERROR_FILE);
+    fail_as_missing(path);
   }
 }
 

@@ -14,7 +14,8 @@ class MappedFile : NonCopyable {
   /// Bytes behind the end that can be read, so that scanners may load whole blocks.
   static constexpr long kReadable = 64;
 
-  /// Throws QX_ERROR_FILE when there is no such regular file or it cannot be read.
+  /// Throws QX_ERROR_FILE, after a line in the log, when there is no such regular file or it cannot
+  /// be read.
   explicit MappedFile(const std::string& path);
   ~MappedFile();
 

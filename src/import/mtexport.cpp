@@ -220,6 +220,13 @@ int export_csv(TBaseTable& table, const CsvExportRequest& request, int maxThread
                              path_in(request.directory, request.file));
 }
 
+int TBaseTable::Export(int set, const int* filters, int from, int to, char separator,
+                       char dateSeparator, const char* directory, const char* file,
+                       const char* formatFile) {
+  return export_csv(
+      *this, {set, filters, from, to, separator, dateSeparator, directory, file, formatFile}, 1);
+}
+
 int MppCsvExport(int table, int set, const int* filters, int from, int to, char separator,
                  char dateSeparator, const char* directory, const char* file,
                  const char* formatFile) {

@@ -93,8 +93,7 @@ int CCMultiThreadImport::MppImport_run_step2(const char* tableName) {
   }
   char name[TBaseTable::kNameSize];
   raised(tables.GenTableName(tableName, name));
-  auto table =
-      std::make_unique<TRealTable>(tables.issue_table_id(), name, static_cast<int>(rows_));
+  auto table = std::make_unique<TRealTable>(tables.issue_table_id(), name, static_cast<int>(rows_));
   std::vector<Column> columns(layout_.columns.size());
   for (const size_t i : columns_by_size()) columns[i] = pvvl2filt(i);
   for (size_t i = 0; i < columns.size(); ++i) {

@@ -1,6 +1,6 @@
-// The import of a data file on all workers. Step 1 cuts the file at line ends, one range per worker;
-// each parses its range into fields of its own. Step 2 takes column after column: the shares' values
-// become one value list, and each worker numbers the rows of its share.
+// The import of a data file on all workers. Step 1 cuts the file at line ends, one range per
+// worker; each parses its range into fields of its own. Step 2 takes column after column: the
+// shares' values become one value list, and each worker numbers the rows of its share.
 #pragma once
 
 #include <memory>

@@ -16,8 +16,8 @@ class CPlainTextParser : public CTextParser {
   CPlainTextParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors)
       : CTextParser(layout, file, errors), file_(file) {}
 
-  /// Reads the first `rows` lines of the file into a column of `total_rows` rows; the rows without a
-  /// line are NULL. Throws QX_ERROR_FILE when it is missing, QX_ERROR_INVALID_DATA for the first
+  /// Reads the first `rows` lines of the file into a column of `total_rows` rows; the rows without
+  /// a line are NULL. Throws QX_ERROR_FILE when it is missing, QX_ERROR_INVALID_DATA for the first
   /// value that does not convert, QX_ERROR_TEXT_FIELD for a line above 4095 bytes; logged.
   Column parse_txt2(int rows, int total_rows);
 

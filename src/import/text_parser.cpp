@@ -132,8 +132,8 @@ void CTextParser::store_batch() {
   unquoted_.clear();
 }
 
-// Faults come out in the order of the file, as if each row had been stored by itself. Of a line that
-// ends the import or is left out the first bad value counts.
+// Faults come out in the order of the file, as if each row had been stored by itself. Of a line
+// that ends the import or is left out the first bad value counts.
 void CTextParser::handle_faults() {
   std::sort(faults_.begin(), faults_.end(), [](const Fault& left, const Fault& right) {
     return left.row != right.row ? left.row < right.row : left.column < right.column;

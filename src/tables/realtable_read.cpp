@@ -15,8 +15,12 @@ struct Cell {
   int index;
 };
 
+int value_number(const TFilter& filter, int row) {
+  return static_cast<const TIntArray&>(*filter.PVL).PIntAr()[row];
+}
+
 Cell cell_of(const TFilter& filter, int row) {
-  const int p = filter.PVL->PIntAr()[row];
+  const int p = value_number(filter, row);
   return {&filter.values_of(p), p < 0 ? -p : p};
 }
 
@@ -61,26 +65,26 @@ int put_address(const Cell& cell, long* out) {
 
 }  // namespace
 
-const int* TRealTable::row_at(int set, int pos) const {
+const TSetArray* TRealTable::set_with(int set, int pos) const {
   if (pos < 0) {
     report("ReadData", QX_ERROR_NO_SET, "No Such Record: %d ", pos);
     return nullptr;
   }
   const int position = SetID2Pos(set);
   if (position < 0) return nullptr;
-  const TSetArray& rows = *sets_[static_cast<size_t>(position)];
-  return pos < rows.FArraySize ? rows.PIntAr() + pos : nullptr;
+  const TSetArray* const rows = sets_[static_cast<size_t>(position)].get();
+  return pos < rows->FArraySize ? rows : nullptr;
 }
 
 /// The frame of the three reads: finds the row and the filter, then `put_row(address of the row
 /// number)` for filter 0 or `put(cell)`.
 template <class PutRow, class Put>
 int TRealTable::read_cell(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put) {
-  const int* const row = row_at(set, pos);
-  if (row == nullptr) return QX_ERROR_NO_SET;
+  const TSetArray* const rows = set_with(set, pos);
+  if (rows == nullptr) return QX_ERROR_NO_SET;
   if (filter == QX_FLT_ROWNO) {
     *type = QX_DT_INTEGER;
-    return put_row(row);
+    return put_row(rows->PIntAr() + pos);
   }
   const int position = FilterID2Pos(filter);
   if (position < 0) {
@@ -88,7 +92,7 @@ int TRealTable::read_cell(int set, int filter, int pos, int* type, PutRow&& put_
   }
   const TFilter& column = *filter_at(position);
   *type = column.data_type();
-  return put(cell_of(column, *row));
+  return put(cell_of(column, rows->element(pos)));
 }
 
 int TRealTable::ReadData(int set, int filter, int pos, int* type, void* out) {
@@ -112,11 +116,11 @@ int TRealTable::ReadData(int set, int filter, int pos, int* type, long* out) {
 }
 
 int TRealTable::GetVNo(int set, int filter, int pos, int* out) {
-  const int* const row = row_at(set, pos);
-  if (row == nullptr) return QX_ERROR_NO_SET;
+  const TSetArray* const rows = set_with(set, pos);
+  if (rows == nullptr) return QX_ERROR_NO_SET;
   const int position = FilterID2Pos(filter);
   if (position < 0) return QX_ERROR_NO_FILTER;
-  *out = filter_at(position)->PVL->PIntAr()[*row];
+  *out = value_number(*filter_at(position), rows->element(pos));
   return 0;
 }
 

@@ -38,8 +38,6 @@ class TRealTable : public TBaseTable {
   int ReadData(int set, int filter, int pos, int* type, void* out, int size) override;
   int ReadData(int set, int filter, int pos, int* type, long* out) override;
   int GetVNo(int set, int filter, int pos, int* out) override;
-  int Export(int set, const int* filters, int from, int to, char separator, char dateSeparator,
-             const char* directory, const char* file, const char* formatFile) override;
   void OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) override;
   int CountN(int set, int filter, int* out) override;
   int GetFilterIDFromName(const char* name, int side) override;
@@ -94,8 +92,8 @@ class TRealTable : public TBaseTable {
   int insert_filter(int pos, const char* name, Column column, int orgFilter);
   /// QX_ERROR_FILTER_COUNT or QX_ERROR_FILTER_NAME after logging under `layer`, else 0.
   int check_new_filter(const char* layer, const char* countText, const char* name) const;
-  /// Address of the row number at a position of a set, or null.
-  const int* row_at(int set, int pos) const;
+  /// The set if it has position `pos`, or null.
+  const TSetArray* set_with(int set, int pos) const;
   template <class PutRow, class Put>
   int read_cell(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
   template <class Store, class Make>

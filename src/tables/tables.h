@@ -72,10 +72,11 @@ class TBaseTable : NonCopyable {
   /// Its value number.
   virtual int GetVNo(int set, int filter, int pos, int* out) = 0;
 
-  /// Writes rows `from` to `to` (positions from 1 in the set) of the filters of a list ended by -1.
+  /// Writes rows `from` to `to` (positions from 1 in the set) of the filters of a list ended by -1
+  /// to a text file, on the calling thread alone; see MppCsvExport.
   virtual int Export(int set, const int* filters, int from, int to, char separator,
                      char dateSeparator, const char* directory, const char* file,
-                     const char* formatFile) = 0;
+                     const char* formatFile);
   /// Hands the value numbers of a part of an export's rows to `writer`, block by block. Runs on a
   /// worker.
   virtual void OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) = 0;
@@ -91,7 +92,8 @@ class TBaseTable : NonCopyable {
 
   /// Width of a filter's values: 4, 8, 16, or its longest string.
   int GetFilterWidth(int id);
-  /// Writes a catalog that describes an export of `filters` (ended by -1).
+  /// Writes a catalog that describes an export of `filters` (ended by -1) with that format file,
+  /// which counts from the working directory; null for none.
   int CreateCatalogFile(const int* filters, char separator, const char* directory, const char* file,
                         const char* formatFile);
 
