@@ -8,11 +8,11 @@ namespace qxe {
 
 /// The first step sorts all rows by the top bits of their keys into buckets; the bits below are
 /// sorted within each bucket, by one or several further counting passes.
-struct _RADIX_INFO_ {
-  int bits;        // significant bits of a key
-  int first_bits;  // the top ones, which number the buckets
-  int low_bits;    // those below
-  int low_passes;  // counting passes over the low bits
+struct RadixInfo {
+  int bits = 0;        // significant bits of a key
+  int first_bits = 0;  // the top ones, which number the buckets
+  int low_bits = 0;    // those below
+  int low_passes = 1;  // counting passes over the low bits
 
   int highest_bucket() const { return static_cast<int>((uint64_t{1} << first_bits) - 1); }
   /// Bits of one pass within a bucket; the last pass may have fewer.
@@ -23,8 +23,8 @@ struct _RADIX_INFO_ {
 int ConvertFromVLtoBitsize(uint64_t highest);
 
 /// Division for `n` keys below `nValues` in two steps; returns 2.
-int build_radix_info(uint64_t nValues, long n, _RADIX_INFO_* info);
+int build_radix_info(uint64_t nValues, long n, RadixInfo* info);
 /// The same for keys of any width; returns 3 when a bucket's low bits take several passes.
-int build_n_filter_radix_info(uint64_t limit, long n, _RADIX_INFO_* info);
+int build_n_filter_radix_info(uint64_t limit, long n, RadixInfo* info);
 
 }  // namespace qxe
