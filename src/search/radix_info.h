@@ -9,10 +9,10 @@ namespace qxe {
 /// The first step sorts all rows by the top bits of their keys into buckets; the bits below are
 /// sorted within each bucket, by one or several further counting passes.
 struct RadixInfo {
-  int bits = 0;        // significant bits of a key
-  int first_bits = 0;  // the top ones, which number the buckets
-  int low_bits = 0;    // those below
-  int low_passes = 1;  // counting passes over the low bits
+  int bits;        // significant bits of a key
+  int first_bits;  // the top ones, which number the buckets
+  int low_bits;    // those below
+  int low_passes;  // counting passes over the low bits
 
   int highest_bucket() const { return static_cast<int>((uint64_t{1} << first_bits) - 1); }
   /// Bits of one pass within a bucket; the last pass may have fewer.
