@@ -38,8 +38,8 @@ bool same_word(std::string_view left, std::string_view right) {
 }
 
 int TransNumericRoundType(std::string_view name) {
-  static constexpr std::string_view kNames[] = {"ROUNDUP",     "ROUNDDOWN",   "ROUNDCEILING",
-                                                "ROUNDFLOOR",  "ROUNDHALFUP", "ROUNDHALFDOWN",
+  static constexpr std::string_view kNames[] = {"ROUNDUP",      "ROUNDDOWN",   "ROUNDCEILING",
+                                                "ROUNDFLOOR",   "ROUNDHALFUP", "ROUNDHALFDOWN",
                                                 "ROUNDHALFEVEN"};
   static_assert(QX_ROUND_UP == 0 && QX_ROUND_HALFEVEN == std::size(kNames) - 1);
   int code = 0;

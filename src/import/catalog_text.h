@@ -27,7 +27,6 @@ std::string build_AbsoluteName(std::string_view directory, std::string_view name
 /// Whether there is such a directory and it can be entered.
 bool is_reachable_directory(const std::string& directory);
 
-
 // The arguments of calls. A failure throws QX_ERROR_FILE and names the argument.
 [[noreturn]] void refuse_argument(const char* argument);
 /// A directory or file name of at most 511 bytes; null is none.

@@ -18,8 +18,8 @@ std::unique_ptr<CField> make_field(const ColumnDescription& column, bool checked
     case QX_DT_DATETIME: return std::make_unique<CDateTime_Field>(column, checked);
     case QX_DT_DECIMAL: return std::make_unique<CNumeric_Field>(column, checked);
     default:
-      throw CQXException(report("genItemVector", QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d",
-                                column.type));
+      throw CQXException(
+          report("genItemVector", QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d", column.type));
   }
 }
 

@@ -1,7 +1,8 @@
 // Fields: what an import collects of one column. A worker's field takes the cells of its share and
-// keeps four bytes a row: a raw integer, or the number of the cell's text among the share's distinct
-// texts. When all shares are in, `merge` makes the column's value list, and then the rows get their
-// numbers in it. So the memory of an import is bounded by rows and distinct values, not by the text.
+// keeps four bytes a row: a raw integer, or the number of the cell's text among the share's
+// distinct texts. When all shares are in, `merge` makes the column's value list, and then the rows
+// get their numbers in it. So the memory of an import is bounded by rows and distinct values, not
+// by the text.
 #pragma once
 
 #include <span>

@@ -40,8 +40,7 @@ int CInt_Field::convert(Cell cell, bool* bad) const {
     cell.size = static_cast<int>(static_cast<const char*>(zero) - cell.text);
   }
   char room[kMaxQuotedCell];
-  const std::string_view number =
-      stripSpace({cell.text, static_cast<size_t>(cell.size)}, room);
+  const std::string_view number = stripSpace({cell.text, static_cast<size_t>(cell.size)}, room);
   return Str2Int(number, checked_, bad);
 }
 
@@ -142,8 +141,8 @@ std::unique_ptr<TBaseArray> CInt_Field::merge_sparse(std::span<CField* const> sh
     sources.push_back(distinct[i].source(own.numbers_.get()));
     total += distinct[i].size();
   }
-  ValueList<TIntArray> list = sort_distinct(std::span<const ValueSource<TIntArray>>(sources),
-                                            sorting_workers(total));
+  ValueList<TIntArray> list =
+      sort_distinct(std::span<const ValueSource<TIntArray>>(sources), sorting_workers(total));
   return mpp_make_value_array(QX_DT_INTEGER, list.size, as_bytes(std::move(list.values)));
 }
 

@@ -28,4 +28,7 @@ class MappedFile : NonCopyable {
   long size_ = 0;
 };
 
+/// A missing file also gets its line in the log.
+MappedFile map_logged(const std::string& path);
+
 }  // namespace qxe
