@@ -97,6 +97,10 @@ int innerQXAddRealFilter2Numeric(int table, int pos, const char* name, int type,
                                  void* data, const char* dir, const char* file,
                                  const NumericInfo& info);
 
+// Rows from a file
+int innerQXAppendRealFilter2(int table, int filter, int type, int pos, int rows, const char* dir,
+                             const char* file);
+
 // Scale and rounding of decimals
 /// 0, or QX_ERROR_PARAMETER after logging under `layer`.
 int check_numeric_info(const char* layer, const NumericInfo* info);
