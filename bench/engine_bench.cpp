@@ -147,19 +147,49 @@ void T6_comment_contains(benchmark::State& state) {
 }
 BENCHMARK(T6_comment_contains)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
-void kernel_scan_one_code(benchmark::State& state) {
-  const std::vector<int> codes = random_codes(rows(), kCities);
-  std::vector<int> out(codes.size() + 1);
-  for (auto _ : state) benchmark::DoNotOptimize(scan_range(codes, 5, 6, out.data()));
+/// A bare scan that keeps `wanted` of `values` codes, on as many threads as the benchmark's
+/// argument says.
+void time_scan(benchmark::State& state, int values, int wanted) {
+  const std::vector<int> codes = random_codes(rows(), values);
+  std::vector<int> out(codes.size());
+  const int threads = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        scan_range(codes, values / 2, values / 2 + wanted, threads, out.data()));
+  }
 }
-BENCHMARK(kernel_scan_one_code)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
-void kernel_scan_tenth(benchmark::State& state) {
-  const std::vector<int> codes = random_codes(rows(), 200000);
-  std::vector<int> out(codes.size() + 1);
-  for (auto _ : state) benchmark::DoNotOptimize(scan_range(codes, 90000, 110000, out.data()));
+void kernel_T2_T3_scan_one_code(benchmark::State& state) {
+  time_scan(state, kCities, 1);
 }
-BENCHMARK(kernel_scan_tenth)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(kernel_T2_T3_scan_one_code)->Unit(benchmark::kMicrosecond)->UseRealTime()->Arg(1)->Arg(2);
+
+void kernel_T4_scan_tenth(benchmark::State& state) {
+  time_scan(state, 200000, 20000);
+}
+BENCHMARK(kernel_T4_scan_tenth)->Unit(benchmark::kMicrosecond)->UseRealTime()->Arg(1)->Arg(2);
+
+void kernel_T5_scan_90_days(benchmark::State& state) {
+  time_scan(state, 2000, 90);
+}
+BENCHMARK(kernel_T5_scan_90_days)->Unit(benchmark::kMicrosecond)->UseRealTime()->Arg(1)->Arg(2);
+
+void T11_distinct_customers(benchmark::State& state) {
+  const int table = sales(), set = root_set();
+  int filters[] = {filter("customer_id"), 0};
+  time_search(state, [&] { return RQXExtractUniqueReal(table, set, filters); });
+}
+BENCHMARK(T11_distinct_customers)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void kernel_T11_first_uses(benchmark::State& state) {
+  const std::vector<int> codes = random_codes(rows(), kCustomers);
+  std::vector<int> out(codes.size() + 1);
+  const int threads = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(first_uses(codes, kCustomers, threads, out.data()));
+  }
+}
+BENCHMARK(kernel_T11_first_uses)->Unit(benchmark::kMicrosecond)->UseRealTime()->Arg(1)->Arg(2);
 
 /// Times one sort, whose result becomes the current set.
 template <class Sort>
@@ -229,6 +259,13 @@ void T21_read_cells(benchmark::State& state) {
 }
 BENCHMARK(T21_read_cells)->Unit(benchmark::kNanosecond);
 
+void kernel_T21_thousand_cells(benchmark::State& state) {
+  const std::vector<int> codes = random_codes(rows(), 200000);
+  const std::vector<double> values(200000, 1.0);
+  for (auto _ : state) benchmark::DoNotOptimize(sum_of_cells(codes, values, 1000));
+}
+BENCHMARK(kernel_T21_thousand_cells)->Unit(benchmark::kMicrosecond);
+
 void T22_search_small_table(benchmark::State& state) {
   std::vector<std::string> texts;
   std::vector<char*> regions;
@@ -249,6 +286,13 @@ void T22_search_small_table(benchmark::State& state) {
   RQXDeleteTable(table);
 }
 BENCHMARK(T22_search_small_table)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void kernel_T22_scan_small_table(benchmark::State& state) {
+  const std::vector<int> codes = random_codes(10000, 10);
+  std::vector<int> out(codes.size());
+  for (auto _ : state) benchmark::DoNotOptimize(scan_range(codes, 5, 6, 1, out.data()));
+}
+BENCHMARK(kernel_T22_scan_small_table)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 double resident_megabytes() {
   std::ifstream status("/proc/self/status");

@@ -5,6 +5,7 @@
 #include "search/scan_kernels.h"
 
 #include <immintrin.h>
+#include <string.h>
 
 #include <array>
 
@@ -24,6 +25,20 @@ long keep_plain(const ScanRows& rows, long begin, long end, const Test& test, in
     next += test(rows.pv[row]);
   }
   return next - out;
+}
+
+const char* find_plain(const char* begin, const char* end, const char* pattern, size_t size) {
+  return static_cast<const char*>(memmem(begin, static_cast<size_t>(end - begin), pattern, size));
+}
+
+/// The first of the places `at` + i, for the bits i of `places`, where the whole pattern stands.
+template <class Bits>
+const char* first_whole(const char* at, Bits places, const char* pattern, size_t size) {
+  for (; places != 0; places &= places - 1) {
+    const char* const place = at + __builtin_ctzll(places);
+    if (memcmp(place, pattern, size) == 0) return place;
+  }
+  return nullptr;
 }
 
 constexpr int kVectorsPerStep = 4;
@@ -113,6 +128,22 @@ long ranges_avx512(const ScanRows& rows, long begin, long end, const RangeTest& 
 long bits_avx512(const ScanRows& rows, long begin, long end, const BitTest& test, int* out) {
   return rows.rows == nullptr ? keep_avx512<InOrder512, Bits512>(rows, begin, end, test, out)
                               : keep_plain(rows, begin, end, test, out);
+}
+
+/// Compares the first and the last byte of the pattern at 64 places at a time.
+QXE_AVX512 const char* find_avx512(const char* begin, const char* end, const char* pattern,
+                                   size_t size) {
+  const __m512i first = _mm512_set1_epi8(pattern[0]);
+  const __m512i last = _mm512_set1_epi8(pattern[size - 1]);
+  const char* at = begin;
+  for (; end - at >= static_cast<long>(size) + 63; at += 64) {
+    const __mmask64 firsts = _mm512_cmpeq_epi8_mask(_mm512_loadu_si512(at), first);
+    const __mmask64 both =
+        _mm512_mask_cmpeq_epi8_mask(firsts, _mm512_loadu_si512(at + size - 1), last);
+    if (both == 0) continue;
+    if (const char* const place = first_whole(at, both, pattern, size)) return place;
+  }
+  return find_plain(at, end, pattern, size);
 }
 
 // AVX2: 8 rows a vector.
@@ -235,6 +266,24 @@ long bits_avx2(const ScanRows& rows, long begin, long end, const BitTest& test, 
                               : keep_plain(rows, begin, end, test, out);
 }
 
+QXE_AVX2 inline unsigned mask_of_equal(const char* bytes, __m256i byte) {
+  const __m256i loaded = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
+  return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(loaded, byte)));
+}
+
+QXE_AVX2 const char* find_avx2(const char* begin, const char* end, const char* pattern,
+                               size_t size) {
+  const __m256i first = _mm256_set1_epi8(pattern[0]);
+  const __m256i last = _mm256_set1_epi8(pattern[size - 1]);
+  const char* at = begin;
+  for (; end - at >= static_cast<long>(size) + 31; at += 32) {
+    const unsigned both = mask_of_equal(at, first) & mask_of_equal(at + size - 1, last);
+    if (both == 0) continue;
+    if (const char* const place = first_whole(at, both, pattern, size)) return place;
+  }
+  return find_plain(at, end, pattern, size);
+}
+
 /// Bit i: whether byte i of 16 is 0.
 uint32_t mask_of_zeros(const unsigned char* bytes) {
   const __m128i loaded = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
@@ -265,9 +314,9 @@ bool has_vector_unit(VectorUnit unit) {
 }
 
 const ScanKernels& scan_kernels(VectorUnit unit) {
-  static constexpr ScanKernels kPlain{keep_plain<RangeTest>, keep_plain<BitTest>};
-  static constexpr ScanKernels kAvx2{ranges_avx2, bits_avx2};
-  static constexpr ScanKernels kAvx512{ranges_avx512, bits_avx512};
+  static constexpr ScanKernels kPlain{keep_plain<RangeTest>, keep_plain<BitTest>, find_plain};
+  static constexpr ScanKernels kAvx2{ranges_avx2, bits_avx2, find_avx2};
+  static constexpr ScanKernels kAvx512{ranges_avx512, bits_avx512, find_avx512};
   switch (unit) {
     case VectorUnit::kAvx512: return kAvx512;
     case VectorUnit::kAvx2: return kAvx2;

@@ -1,7 +1,8 @@
-// The innermost loops of a scan: the value numbers of many rows are compared at a time and the rows
-// that hit are packed, so that a row costs no branch.
+// The innermost loops of a search: the value numbers of many rows, or many bytes of text, are
+// compared at a time. Rows that hit are packed, so that a row costs no branch.
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 namespace qxe {
@@ -49,11 +50,13 @@ struct ScanRows {
   int row(long i) const { return rows == nullptr ? static_cast<int>(i) + 1 : rows[i]; }
 };
 
-/// Each writes the rows at positions `begin` to `end` that pass to `out`, which has room for all of
-/// them, and returns how many; elements of `out` behind them change too.
+/// The loops. The first two write the rows at positions `begin` to `end` that pass to `out`, which
+/// has room for all of them, and returns how many; elements of `out` behind them change too.
 struct ScanKernels {
   long (*in_ranges)(const ScanRows& rows, long begin, long end, const RangeTest& test, int* out);
   long (*in_bits)(const ScanRows& rows, long begin, long end, const BitTest& test, int* out);
+  /// The first place of `pattern`, of `size` bytes, at least one, or null.
+  const char* (*find_bytes)(const char* begin, const char* end, const char* pattern, size_t size);
 };
 
 /// Whether this machine has the unit.

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <numeric>
+#include <string>
+#include <string_view>
 
 #include "support/case_name.h"
 #include "support/random_data.h"
@@ -101,6 +103,23 @@ TEST_P(ScanKernelsTest, KeepsRowsWhoseBitIsSet) {
       ASSERT_EQ(test(value_number), hits[static_cast<size_t>(value_number)] != 0) << value_number;
     }
     expect_right_everywhere(kernels().in_bits, test);
+  }
+}
+
+TEST_P(ScanKernelsTest, FindsTheFirstPlaceOfAPattern) {
+  for (int round = 0; round < 3000; ++round) {
+    std::vector<char> text(static_cast<size_t>(random_.below(200)));  // no terminator to run into
+    for (char& byte : text) byte = random_.chance(90) ? 'a' : 'b';
+    std::string pattern;
+    for (int i = 1 + random_.below(5); i > 0; --i) pattern += random_.chance(70) ? 'a' : 'b';
+    if (random_.chance(20)) pattern += static_cast<char>(0xE3);
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* const found = kernels().find_bytes(begin, end, pattern.data(), pattern.size());
+    const size_t wanted = std::string_view(begin, text.size()).find(pattern);
+    ASSERT_EQ(found == nullptr ? std::string_view::npos : static_cast<size_t>(found - begin),
+              wanted)
+        << pattern << " in " << text.size() << " bytes, round " << round;
   }
 }
 

@@ -7,10 +7,10 @@
 
 #include <algorithm>
 #include <atomic>
-#include <map>
 #include <mutex>
 #include <new>
 #include <unordered_map>
+#include <vector>
 
 #include "frame/base/exception.h"
 
@@ -40,9 +40,11 @@ bool fails_on_purpose() noexcept {
   return left == 0;
 }
 
-/// Blocks of whole huge pages, each mapped by itself; freed ones are kept for the next request.
+/// Blocks of whole huge pages, mapped by themselves; freed ones are kept for the next request.
 class LargeBlocks {
  public:
+  LargeBlocks() { cache_.reserve(kCacheLimit / kHugePage); }  // so that freeing allocates nothing
+
   void* allocate(size_t size) {
     const size_t capacity = rounded(size);
     {
@@ -68,9 +70,8 @@ class LargeBlocks {
       const auto place = used_.find(block);
       capacity = place->second;
       used_.erase(place);
-      if (cached_bytes_ + capacity <= kCacheLimit &&
-          noted([&] { cache_.emplace(capacity, block); })) {
-        cached_bytes_ += capacity;
+      if (capacity <= kCacheLimit) {
+        keep(block, capacity);
         return;
       }
     }
@@ -86,12 +87,15 @@ class LargeBlocks {
 
   void release_cache() noexcept {
     std::lock_guard<std::mutex> guard(lock_);
-    for (const auto& [capacity, block] : cache_) munmap(block, capacity);
-    cache_.clear();
-    cached_bytes_ = 0;
+    drop_oldest_above(0);
   }
 
  private:
+  struct FreeBlock {
+    void* block;
+    size_t capacity;
+  };
+
   /// Whether there was memory for an entry in the books.
   template <class Enter>
   static bool noted(Enter&& enter) noexcept {
@@ -121,20 +125,43 @@ class LargeBlocks {
     return block;
   }
 
-  /// The smallest cached block that fits without wasting more than a quarter.
+  /// As much as is needed of the smallest free block that is large enough; its rest stays free.
   void* take_cached(size_t capacity) {
-    const auto place = cache_.lower_bound(capacity);
-    if (place == cache_.end() || place->first > capacity + capacity / 4) return nullptr;
-    void* const block = place->second;
-    if (!noted([&] { used_.emplace(block, place->first); })) return nullptr;
-    cached_bytes_ -= place->first;
-    cache_.erase(place);
+    const auto fits_better = [&](const FreeBlock& left, const FreeBlock& right) {
+      return left.capacity >= capacity &&
+             (right.capacity < capacity || left.capacity < right.capacity);
+    };
+    const auto place = std::min_element(cache_.begin(), cache_.end(), fits_better);
+    if (place == cache_.end() || place->capacity < capacity) return nullptr;
+    void* const block = place->block;
+    if (!noted([&] { used_.emplace(block, capacity); })) return nullptr;
+    cached_bytes_ -= capacity;
+    place->block = static_cast<char*>(block) + capacity;
+    place->capacity -= capacity;
+    if (place->capacity == 0) cache_.erase(place);
     return block;
+  }
+
+  /// Makes room for the block by giving up those that were free for the longest time, for example
+  /// what an import left behind.
+  void keep(void* block, size_t capacity) noexcept {
+    drop_oldest_above(kCacheLimit - capacity);
+    cache_.push_back({block, capacity});
+    cached_bytes_ += capacity;
+  }
+
+  void drop_oldest_above(size_t bytes) noexcept {
+    auto end = cache_.begin();
+    for (; cached_bytes_ > bytes; ++end) {
+      munmap(end->block, end->capacity);
+      cached_bytes_ -= end->capacity;
+    }
+    cache_.erase(cache_.begin(), end);
   }
 
   std::mutex lock_;
   std::unordered_map<void*, size_t> used_;
-  std::multimap<size_t, void*> cache_;
+  std::vector<FreeBlock> cache_;  // the longest free first
   size_t cached_bytes_ = 0;
 };
 
