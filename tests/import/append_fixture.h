@@ -10,7 +10,7 @@
 
 namespace qxe::test {
 
-/// Texts of all cells, sets, and what else a failed append must leave.
+/// What a failed append must leave: the texts of all cells, and the sets.
 struct TableState {
   std::vector<std::vector<std::string>> texts;
   std::vector<std::vector<int>> sets;
@@ -25,13 +25,6 @@ inline void write_cells(Column& column, int first, const std::vector<Cell>& cell
   const size_t end = std::max(column.cells.size(), begin + cells.size());
   column.cells.resize(end, normal_form({}, column.type));
   std::copy(cells.begin(), cells.end(), column.cells.begin() + first - 1);
-}
-
-/// Texts of the cells. The two zeros are one.
-inline std::vector<std::string> cell_texts(const Column& column) {
-  std::vector<std::string> texts = to_texts(column);
-  std::replace(texts.begin(), texts.end(), std::string("-0"), std::string("0"));
-  return texts;
 }
 
 /// The first `count` cells, NULLs behind the last one.

@@ -1,6 +1,7 @@
 // Columns as files: what imports are to read back.
 #pragma once
 
+#include <algorithm>
 #include <string>
 
 #include "support/columns.h"
@@ -10,6 +11,13 @@ namespace qxe::test {
 /// A cell as a field of a text file.
 inline std::string field_text(const Cell& cell, int type) {
   return is_null(cell) ? "" : to_text(cell, type);
+}
+
+/// Texts of the cells. The two zeros are one.
+inline std::vector<std::string> cell_texts(const Column& column) {
+  std::vector<std::string> texts = to_texts(column);
+  std::replace(texts.begin(), texts.end(), std::string("-0"), std::string("0"));
+  return texts;
 }
 
 /// Comma separated lines. No text may hold a comma, a quote or a line break.
