@@ -1385,6 +1385,17 @@ QXE_API int QXSortByRowNo(int table, int filter, int set, int dir);
  * */
 QXE_API int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs);
 
+/** Keeps the first row, in the set's order, of each distinct combination of the values of some
+ * filters, and makes the new set current; it has name and attribute block of its source. NULL is a
+ * value like others. Real tables only. filters: in, 1 to 512 filter ids, ends at the first entry
+ * below 1. Result: the new set's id. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL,
+ * QX_ERROR_UNIQUE_FILTERS for an empty or too long list, QX_ERROR_NO_FILTER, QX_ERROR_NO_SET,
+ * QX_ERROR_SET_COUNT with 10,000 sets. */
+QXE_API int RQXExtractUniqueReal(int table, int set, int* filters);
+
+/** As RQXExtractUniqueReal. */
+QXE_API int QXExtractUniqueReal(int table, int set, int* filters);
+
 /** Orders the positions of an array by descending count; equal counts keep their order. n:
  * elements. counts: in, n counts. nonZero: out, how many counts are not 0. nonZeroIndex: out, room
  * for n ints, the positions (from 0) of those, ascending. order: out, n ints, all positions by
@@ -1508,7 +1519,7 @@ QXE_API int RQXAppendCatalogFileEx2(int table, int rowPos, int rowCount, const c
  * come back. NULL is an empty field. Integers are plain; floats have 3 digits behind the point and
  * from 1e18 on an exponent; dates have the engine's date order; times show milliseconds only when
  * not 0; decimals have all their digits. An existing file is overwritten; a failed export may leave
- * part of one. The process's working directory changes during an export and is put back.
+ * part of one.
  *
  * set: -1 for the current set. filters: in, ids in the order of the columns, ends at -1; a filter
  * may stand twice; -1 as the first entry means all. rowFrom, rowTo: positions in the set, from 1;

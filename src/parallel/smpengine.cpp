@@ -54,7 +54,7 @@ CSmpEngine::~CSmpEngine() {
 
 void CSmpEngine::init() {
   sysinfo();
-  setup_threads();
+  pool_ = started_pool();
   buildSystemHeader();
   renew_collection();
   char directory[400];
@@ -68,14 +68,14 @@ void CSmpEngine::init() {
 void CSmpEngine::finit() {
   notify_process_detach();
   collection_.reset();
-  workers_.clear();
+  pool_.workers.clear();
 }
 
 void CSmpEngine::ReInitialize() {
-  finit();
+  auto collection = std::make_unique<TTableCollection>();
   renew_workers();
   buildSystemHeader();
-  renew_collection();
+  collection_ = std::move(collection);
 }
 
 void CSmpEngine::sysinfo() {
@@ -97,18 +97,19 @@ void CSmpEngine::renew_collection() {
   collection_ = std::make_unique<TTableCollection>();
 }
 
-void CSmpEngine::setup_threads() {
-  workers_.reserve(static_cast<size_t>(created_threads_));
+WorkerPool CSmpEngine::started_pool() {
+  WorkerPool pool;
+  pool.workers.reserve(static_cast<size_t>(created_threads_));
   spin_ = SpinWait(created_threads_ <= get_nprocs() ? kSpinRounds : 0);
   try {
     for (int i = 0; i < created_threads_; ++i) {
-      workers_.push_back(std::make_unique<CWorkThread>(i, notice_.get(), spin_));
+      pool.workers.push_back(std::make_unique<CWorkThread>(i, pool.notice.get(), spin_));
     }
   } catch (...) {
-    notify_process_detach();
-    workers_.clear();
+    pool.stop();
     throw;
   }
+  return pool;
 }
 
 int CSmpEngine::n_threads_for_elements(long elements, long perThread) const {
@@ -147,7 +148,7 @@ void CSmpEngine::resume_wkthread(int i, int task) {
 }
 
 void CSmpEngine::resume_wkthreads(int n) {
-  notice_->finished.store(0, std::memory_order_relaxed);
+  pool_.notice->finished.store(0, std::memory_order_relaxed);
   for (int i = 0; i < resolved_count(n); ++i) resume_wkthread(i);
 }
 
@@ -157,24 +158,24 @@ void CSmpEngine::resume_wkthreads(int n, int task) {
 }
 
 void CSmpEngine::wait_until_finish(int n) {
-  const auto finished = [&] { return notice_->finished.load(std::memory_order_acquire) >= n; };
+  const auto finished = [&] { return pool_.notice->finished.load(std::memory_order_acquire) >= n; };
   if (spin_.until(finished)) return;
-  std::unique_lock<std::mutex> guard(notice_->lock);
+  std::unique_lock<std::mutex> guard(pool_.notice->lock);
   // The deadline is not moved on: a round that outlives it polls its workers from then on.
   const auto deadline = std::chrono::steady_clock::now() + kLostWorkerDeadline;
   while (!finished()) {
-    if (notice_->changed.wait_until(guard, deadline) == std::cv_status::timeout) {
+    if (pool_.notice->changed.wait_until(guard, deadline) == std::cv_status::timeout) {
       guard.unlock();
       keep_all_threads_alive();
       guard.lock();
-      notice_->changed.wait_for(guard, std::chrono::milliseconds(1));
+      pool_.notice->changed.wait_for(guard, std::chrono::milliseconds(1));
     }
   }
 }
 
 int CSmpEngine::get_wkthread_retcode(int i) const {
-  if (i < 0 || i >= static_cast<int>(workers_.size())) return QX_ERROR_UNKNOWN;
-  return workers_[static_cast<size_t>(i)]->result();
+  if (i < 0 || i >= static_cast<int>(pool_.workers.size())) return QX_ERROR_UNKNOWN;
+  return pool_.workers[static_cast<size_t>(i)]->result();
 }
 
 int CSmpEngine::get_wkthreads_retcode(int n) const {
@@ -187,13 +188,13 @@ int CSmpEngine::get_wkthreads_retcode(int n) const {
 }
 
 void CSmpEngine::keep_all_threads_alive() {
-  for (auto& worker : workers_) worker->keep_alive();
+  for (auto& worker : pool_.workers) worker->keep_alive();
 }
 
 int CSmpEngine::run_threads_task(int n, int task) {
   if (n < 1) return 0;
   CWorkThread& first = worker(0);
-  notice_->finished.store(0, std::memory_order_relaxed);
+  pool_.notice->finished.store(0, std::memory_order_relaxed);
   for (int i = 1; i < n; ++i) resume_wkthread(i, task);
   first.run_on_caller(task);
   wait_until_finish(n - 1);
@@ -202,7 +203,7 @@ int CSmpEngine::run_threads_task(int n, int task) {
 
 CWorkThread& CSmpEngine::worker(int i) {
   if (forked_) renew_workers();
-  return *workers_.at(static_cast<size_t>(i));
+  return *pool_.workers.at(static_cast<size_t>(i));
 }
 
 void CSmpEngine::forget_workers() {
@@ -210,16 +211,19 @@ void CSmpEngine::forget_workers() {
 }
 
 void CSmpEngine::renew_workers() {
-  workers_.clear();
-  notice_ = std::make_unique<NOTIFY_HANDLE>();
+  WorkerPool pool = started_pool();  // the old one stays when the system refuses
+  notify_process_detach();
+  pool_ = std::move(pool);
   forked_ = false;
-  setup_threads();
 }
 
 void CSmpEngine::notify_process_detach() {
-  if (forked_) return;
-  for (auto& worker : workers_) worker->resume(0);
-  for (auto& worker : workers_) worker->join();
+  if (!forked_) pool_.stop();
+}
+
+void WorkerPool::stop() {
+  for (auto& worker : workers) worker->resume(0);
+  for (auto& worker : workers) worker->join();
 }
 
 }  // namespace qxe

@@ -15,11 +15,21 @@ namespace qxe {
 
 class TTableCollection;
 
+/// The workers and what they report to.
+struct WorkerPool {
+  std::unique_ptr<NOTIFY_HANDLE> notice = std::make_unique<NOTIFY_HANDLE>();
+  std::vector<std::unique_ptr<CWorkThread>> workers;
+
+  /// Ends all threads and waits for them.
+  void stop();
+};
+
 class CSmpEngine : NonCopyable {
  public:
   static CSmpEngine& Instance();
 
   // Start and stop.
+  /// A failure throws and changes nothing.
   void ReInitialize();
 
   // Settings and parts.
@@ -78,14 +88,13 @@ class CSmpEngine : NonCopyable {
   void finit();
   void sysinfo();
   void setDefaultDateFormat();
-  void setup_threads();
+  WorkerPool started_pool();
   void renew_workers();
   CWorkThread& worker(int i);
   int resolved_count(int n) const { return n == -1 ? run_threads_ : n; }
 
   std::mutex write_lock_;
-  std::vector<std::unique_ptr<CWorkThread>> workers_;
-  std::unique_ptr<NOTIFY_HANDLE> notice_ = std::make_unique<NOTIFY_HANDLE>();
+  WorkerPool pool_;
   SpinWait spin_{0};
   bool forked_ = false;  // the workers' threads are in another process
   int run_threads_ = 1;

@@ -37,7 +37,7 @@
   unused(QX_MPP_SUMMARY_MEASURE, "Parallel Summary Measure") \
   unused(QX_MPP_SUMMARY_UNIQUE, "Parallel Summary Unique") \
   task(QX_MPP_TXT_PARSE, "Parallel Text Parser", mpp_text_parser) \
-  unused(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique") \
+  task(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique", mpp_extract_unique) \
   unused(QX_MPP_FLAG_SET, "Parallel Flag  setting") \
   unused(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting") \
   unused(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable") \

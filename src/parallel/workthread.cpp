@@ -20,7 +20,8 @@ void CWorkThread::setup_task(int task) {
 }
 
 void CWorkThread::resume() {
-  keep_alive();  // a thread that ended while parked is replaced before it has something to lose
+  // A thread that ended while parked is replaced before it has something to lose.
+  if (keep_alive() != 0) return notify_finish(QX_ERROR_OUT_OF_MEMORY);
   running_ = true;
   gate_.release();
 }

@@ -32,8 +32,6 @@ int* put_downward(uint64_t bits, int first_row, int* out) {
   return out;
 }
 
-}  // namespace
-
 /// For a set that is small against its table; keeps duplicates.
 int ScopeBitMapSort(int dir, int n, const int* rows, int* out) {
   std::copy_n(rows, n, out);
@@ -44,6 +42,8 @@ int ScopeBitMapSort(int dir, int n, const int* rows, int* out) {
   }
   return n;
 }
+
+}  // namespace
 
 int BitMapSort(int dir, int totalRows, int n, const int* rows, int* out) {
   if (n == 0) return 0;

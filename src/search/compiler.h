@@ -10,7 +10,7 @@
 namespace qxe {
 
 /// A raw integer array at a glance.
-struct _RawIntArrayRangeInfo {
+struct _RawIntArrayRangeInfo {  // NOLINT(bugprone-reserved-identifier): a fixed name
   int nulls = 0;
   int min = 0x7FFFFFFF;  // of the non-NULL values
   int max = QX_NULL_INT;

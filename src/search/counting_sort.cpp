@@ -19,7 +19,7 @@ void sort_by_counting(const SortKey& sort_key, int n, const int* rows, int* out)
 }  // namespace
 
 void ScopeCSort(const SortKey& sort_key, int n, const int* rows, int* out) {
-  _RADIX_INFO_ radix;
+  RadixInfo radix{};
   build_n_filter_radix_info(sort_key.limit, n, &radix);
   const Block<uint32_t> keys = make_block<uint32_t>(n);
   const KeyedRows<uint32_t> source(sort_key, rows, keys.get(), radix);

@@ -31,7 +31,7 @@ void SingleStep_Sort(const SortKey& sort_key, int n, const int* rows, int* out) 
 }
 
 void MultiStep_Sort(const SortKey& sort_key, int n, const int* rows, int* out) {
-  _RADIX_INFO_ radix;
+  RadixInfo radix{};
   build_radix_info(sort_key.limit, n, &radix);
   mpp_multi_step<uint32_t>(sort_key, n, rows, radix, kNarrowKeyLayout, out);
 }

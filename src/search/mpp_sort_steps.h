@@ -110,7 +110,7 @@ void mpp_single_step(const SortKey& sort_key, int n, const int* rows, int* out) 
 
 /// Moves rows with their keys into `words`, bucket by bucket.
 template <class Key>
-void mpp_fill_buckets(const SortKey& sort_key, int n, const int* rows, const _RADIX_INFO_& radix,
+void mpp_fill_buckets(const SortKey& sort_key, int n, const int* rows, const RadixInfo& radix,
                       WordLayout layout, int* bucket_starts, uint64_t* words) {
   using Tasks = SortTasks<Key>;
   const Block<Key> keys = make_block<Key>(n);
@@ -124,7 +124,7 @@ void mpp_fill_buckets(const SortKey& sort_key, int n, const int* rows, const _RA
 
 /// Sorts by buckets of the keys' top bits, then each bucket by itself.
 template <class Key>
-void mpp_multi_step(const SortKey& sort_key, int n, const int* rows, const _RADIX_INFO_& radix,
+void mpp_multi_step(const SortKey& sort_key, int n, const int* rows, const RadixInfo& radix,
                     WordLayout layout, int* out) {
   using Tasks = SortTasks<Key>;
   const int buckets = radix.highest_bucket() + 1;

@@ -62,7 +62,7 @@ void SingleStepIntegratedSort(const SortKey& sort_key, int n, const int* rows, i
 
 void MultiStepIntegratedSort(const SortKey& sort_key, int n, const int* rows, WordLayout layout,
                              int* out) {
-  _RADIX_INFO_ radix;
+  RadixInfo radix{};
   build_n_filter_radix_info(sort_key.limit, n, &radix);
   mpp_multi_step<uint64_t>(sort_key, n, rows, radix, layout, out);
 }

@@ -42,7 +42,7 @@ int ConvertFromVLtoBitsize(uint64_t highest) {
   return static_cast<int>(std::bit_width(highest));
 }
 
-int build_radix_info(uint64_t nValues, long n, _RADIX_INFO_* info) {
+int build_radix_info(uint64_t nValues, long n, RadixInfo* info) {
   const int bits = ConvertFromVLtoBitsize(nValues - 1);
   const int first = first_step_bits();
   const int second = second_step_bits(nValues, n);
@@ -56,7 +56,7 @@ int build_radix_info(uint64_t nValues, long n, _RADIX_INFO_* info) {
   return 2;
 }
 
-int build_n_filter_radix_info(uint64_t limit, long n, _RADIX_INFO_* info) {
+int build_n_filter_radix_info(uint64_t limit, long n, RadixInfo* info) {
   build_radix_info(limit, n, info);
   const bool sparse = n >> info->first_bits < (1L << info->low_bits) / kCountersPerRow;
   if (info->bits <= kMaxTwoStepBits && !sparse) return 2;

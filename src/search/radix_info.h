@@ -8,7 +8,7 @@ namespace qxe {
 
 /// The first step sorts all rows by the top bits of their keys into buckets; the bits below are
 /// sorted within each bucket, by one or several further counting passes.
-struct _RADIX_INFO_ {
+struct RadixInfo {
   int bits;        // significant bits of a key
   int first_bits;  // the top ones, which number the buckets
   int low_bits;    // those below
@@ -23,8 +23,8 @@ struct _RADIX_INFO_ {
 int ConvertFromVLtoBitsize(uint64_t highest);
 
 /// Division for `n` keys below `nValues` in two steps; returns 2.
-int build_radix_info(uint64_t nValues, long n, _RADIX_INFO_* info);
+int build_radix_info(uint64_t nValues, long n, RadixInfo* info);
 /// The same for keys of any width; returns 3 when a bucket's low bits take several passes.
-int build_n_filter_radix_info(uint64_t limit, long n, _RADIX_INFO_* info);
+int build_n_filter_radix_info(uint64_t limit, long n, RadixInfo* info);
 
 }  // namespace qxe

@@ -15,9 +15,9 @@ void MppCountingSort(int dir, int n, const int* rows, int* out, const int* pv, i
 /// Exclusive running sum of `counts` into `starts` (may be the same array), upward for `dir` 0,
 /// downward for 1.
 void Aggregate(int dir, int nValues, const int* counts, int* starts);
-/// Counts `pv[row]` of each row.
+/// Counts `pv[row]` of each row into `counts`, which it clears first.
 void CountupNExist(int n, const int* rows, int nValues, const int* pv, int* counts);
-/// Counts keys.
+/// The same for ready keys.
 void CountupNExist2(int n, const int* keys, int nValues, int* counts);
 /// Puts each row at `out[starts[pv[row]]++]`.
 void MoveRecsForSort(int n, const int* rows, const int* pv, int* out, int* starts);

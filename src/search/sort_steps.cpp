@@ -44,7 +44,7 @@ void move_rows(const uint64_t* words, long n, Digit digit, int* __restrict start
 /// Sorts the buckets of one worker; keeps counters and a second place for words between them.
 class BucketSorter {
  public:
-  BucketSorter(WordLayout layout, const _RADIX_INFO_& radix, long largest_bucket)
+  BucketSorter(WordLayout layout, const RadixInfo& radix, long largest_bucket)
       : layout_(layout),
         radix_(radix),
         counters_(make_block<int>(1L << radix.pass_bits())),
@@ -89,7 +89,7 @@ class BucketSorter {
   }
 
   WordLayout layout_;
-  _RADIX_INFO_ radix_;
+  RadixInfo radix_;
   Block<int> counters_;
   Block<uint64_t> scratch_;
 };

@@ -66,7 +66,7 @@ struct KeyedRows {
   KeyedRows(const SortKey& key, const int* source, Key* room)
       : sort_key(&key), rows(source), keys(room), buckets(static_cast<int>(key.limit)) {}
   /// Buckets by the top bits.
-  KeyedRows(const SortKey& key, const int* source, Key* room, const _RADIX_INFO_& radix)
+  KeyedRows(const SortKey& key, const int* source, Key* room, const RadixInfo& radix)
       : sort_key(&key),
         rows(source),
         keys(room),
@@ -181,7 +181,7 @@ struct BucketedWords {
   const int* bucket_starts;  // of each bucket, and the number of words
   int buckets;
   WordLayout layout;
-  _RADIX_INFO_ radix;
+  RadixInfo radix;
   int* out;
 };
 

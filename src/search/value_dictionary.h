@@ -68,6 +68,8 @@ class ValueDictionary : NonCopyable {
   static uint32_t tag_of(std::string_view text) requires std::is_same_v<Array, TStrArray> {
     return static_cast<uint32_t>(Family<Array>::hash(text.data(), text.size()));
   }
+  // Both prefetches are always inline: the compiler drops calls of a function that does nothing
+  // else.
   /// Starts loading the slot that code_of will look at.
   [[gnu::always_inline]] void prefetch(uint32_t tag) const {
     __builtin_prefetch(&slots_[tag & mask_]);

@@ -61,6 +61,7 @@ void sort_by_key(Entry* data, Entry* other, long count, bool stay) {
                                  kMaxDigitBits);
   const int shift = std::max<int>(static_cast<int>(std::bit_width(high - low)) - bits, 0);
   const size_t digits = static_cast<size_t>((high - low) >> shift) + 1;
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): cleared as far as it is used
   std::array<long, (size_t{1} << kMaxDigitBits) + 1> ends;
   std::fill_n(ends.begin(), digits + 1, 0);
   for (long i = 0; i < count; ++i) ++ends[((data[i].key - low) >> shift) + 1];
@@ -80,7 +81,7 @@ void sort_by_key(Entry* data, Entry* other, long count, bool stay) {
 class Splitters {
  public:
   static constexpr int kMax = 255;
-  static constexpr size_t kBuckets = 2 * (kMax + 1);
+  static constexpr size_t kBuckets = size_t{2} * (kMax + 1);
 
   Splitters(const Entry* data, long count) {
     const long wanted = std::clamp<long>(count / kGroupTarget, 1, kMax);
@@ -110,7 +111,7 @@ class Splitters {
   }
 
  private:
-  std::array<uint64_t, kMax + 1> keys_;  // padded with the highest key
+  std::array<uint64_t, kMax + 1> keys_{};  // padded with the highest key
 };
 
 struct Group {
@@ -195,7 +196,7 @@ class ValueSorter {
   /// A bucket that is too big for one worker and whose values agree so far is divided by what
   /// follows.
   void add_bucket(Group bucket, bool one_key, int level) {
-    const bool too_big = bucket.count > total_ / (4 * workers_);
+    const bool too_big = bucket.count > total_ / (4L * workers_);
     if (one_key && too_big && Key::more(bucket.data[0].key, bucket.depth)) {
       bucket.depth += Key::kStep;
       run_compile_step(workers_, [&](int worker) {
@@ -253,7 +254,8 @@ class ValueSorter {
     return std::span<Group>(groups_).subspan(first, first_from(slice.end) - first);
   }
 
-  /// Has the values of the entries on the way to the cache before they are needed.
+  /// Has the values of the entries on the way to the cache before they are needed. Always inline:
+  /// the compiler drops calls of a function that does nothing but prefetch.
   [[gnu::always_inline]] void prefetch(const Entry* entries, long i, long count, int depth) const {
     if constexpr (!kKeyIsValue<Array>) {
       const auto address = [&](const Entry& entry) {

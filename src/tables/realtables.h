@@ -90,6 +90,8 @@ class TRealTable : public TBaseTable {
 
   /// Positions (from 1) in a set that meet a condition.
   int SearchByRowNo(int set, int ope, int n1, int n2);
+  /// The first row of each distinct combination of the filters in a list that ends below 1.
+  int MppExtractUniqueReal(int set, const int* filters);
 
   long GetBorrowedSize() const;
 

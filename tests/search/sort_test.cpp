@@ -179,7 +179,7 @@ class RadixInfoTest : public testing::TestWithParam<RadixCase> {};
 
 TEST_P(RadixInfoTest, DividesTheBitsOfAKey) {
   const RadixCase& wanted = GetParam();
-  _RADIX_INFO_ info;
+  RadixInfo info{};
   EXPECT_EQ(build_n_filter_radix_info(wanted.keys, wanted.rows, &info),
             wanted.low_passes > 1 ? 3 : 2);
   EXPECT_EQ(info.first_bits, wanted.first_bits);

@@ -21,8 +21,14 @@ inline void mutex_lock() {
 inline void mutex_unlock() {
   qx_mutex.unlock();
 }
+/// Ends a call that keeps the lock; only a restart frees it.
+void leave_locked();
 /// Makes the lock free whoever holds it.
 void mutex_initialize();
+/// Keeps every call out while the process is copied, so that the copy is whole. A lock that a call
+/// left behind does so already.
+void lock_for_fork();
+void unlock_after_fork();
 
 /// Written outside the lock, hence byte by byte without tearing any.
 template <size_t N>

@@ -143,6 +143,7 @@ int innerQXSearch(int table, int filter, int set, const unsigned char* flags);
 // Sorts
 int innerQXSortByField(int table, int filter, int set, int dir);
 int innerQXSortByRowNo(int table, int filter, int set, int dir);
+int innerQXExtractUniqueReal(int table, int set, const int* filters);
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order);
 
 /// Copies the attribute block whose address `get(&area)` finds.

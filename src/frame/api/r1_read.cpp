@@ -58,7 +58,10 @@ int read_decimal(const char* layer, int table, int filter, int set, int pos, Num
   int type = 0;
   const int status = guarded(
       layer, [&] { return target->ReadData(set, filter, pos, &type, static_cast<void*>(cell)); });
-  if (status < 0) return status;
+  if (status < 0) {
+    leave_locked();
+    return status;
+  }
   if (type == QX_DT_DECIMAL) memcpy(out, cell, sizeof *out);
   mutex_unlock();
   return status;

@@ -69,3 +69,7 @@ int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs) {
   return guarded_call(__func__,
                       [&] { return DBTASK()->IntegratedSortByField(table, set, filters, dirs); });
 }
+
+int RQXExtractUniqueReal(int table, int set, int* filters) {
+  return pass_through_call(__func__, [&] { return innerQXExtractUniqueReal(table, set, filters); });
+}

@@ -6,7 +6,6 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <mutex>
 #include <new>
 #include <string>
 
@@ -16,13 +15,13 @@
 
 namespace qxe {
 
+std::mutex log_lock;
 int gLogOutOption = 0;
 bool isLogFirst = true;
 char logFile[512] = "";
 
 namespace {
 
-std::mutex log_lock;           // clients may log from any thread, outside the engine lock
 bool is_message_first = true;  // the next Log_message creates its file
 
 /// "Wed Jun 30 1993   21:49:08"

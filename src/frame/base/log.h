@@ -2,9 +2,14 @@
 // log that cannot be written changes no result.
 #pragma once
 
+#include <mutex>
+
 #include "qxe.h"
 
 namespace qxe {
+
+/// Held while a line is written: clients may log from any thread, outside the engine lock.
+extern std::mutex log_lock;
 
 /// Where LOG_Create writes: 0 nowhere, 1 standard output, 2 standard error, 3 the engine's log file
 /// ("vemohist.log" in the working directory at load). Anything else writes nowhere too.

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <map>
 #include <mutex>
+#include <new>
 #include <unordered_map>
 
 #include "frame/base/exception.h"
@@ -55,8 +56,9 @@ class LargeBlocks {
     }
     if (block == nullptr) return nullptr;
     std::lock_guard<std::mutex> guard(lock_);
-    used_.emplace(block, capacity);
-    return block;
+    if (noted([&] { used_.emplace(block, capacity); })) return block;
+    munmap(block, capacity);
+    return nullptr;
   }
 
   void free(void* block) noexcept {
@@ -66,8 +68,8 @@ class LargeBlocks {
       const auto place = used_.find(block);
       capacity = place->second;
       used_.erase(place);
-      if (cached_bytes_ + capacity <= kCacheLimit) {
-        cache_.emplace(capacity, block);
+      if (cached_bytes_ + capacity <= kCacheLimit &&
+          noted([&] { cache_.emplace(capacity, block); })) {
         cached_bytes_ += capacity;
         return;
       }
@@ -90,6 +92,17 @@ class LargeBlocks {
   }
 
  private:
+  /// Whether there was memory for an entry in the books.
+  template <class Enter>
+  static bool noted(Enter&& enter) noexcept {
+    try {
+      enter();
+      return true;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+  }
+
   static size_t rounded(size_t size) { return (size + kHugePage - 1) & ~(kHugePage - 1); }
 
   static void* map(size_t capacity) {
@@ -113,7 +126,7 @@ class LargeBlocks {
     const auto place = cache_.lower_bound(capacity);
     if (place == cache_.end() || place->first > capacity + capacity / 4) return nullptr;
     void* const block = place->second;
-    used_.emplace(block, place->first);
+    if (!noted([&] { used_.emplace(block, place->first); })) return nullptr;
     cached_bytes_ -= place->first;
     cache_.erase(place);
     return block;

@@ -1,0 +1,536 @@
+// Every operation is walked through all the places where memory, files or threads can fail it: it
+// tells by its status, changes nothing, and works again once the fault is gone.
+#include "support/faults.h"
+
+#include <string.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "support/case_name.h"
+#include "support/database_text.h"
+#include "support/engine_test.h"
+#include "support/files.h"
+#include "support/random_data.h"
+#include "support/raw_values.h"
+#include "support/test_table.h"
+
+namespace qxe::test {
+namespace {
+
+constexpr int kRows = 60;
+
+/// What an operation works on: a table with a column of each type, and files to read.
+class Base {
+ public:
+  Base() : columns_(RandomData(7).table(kRows)), table_(columns_, "base") {
+    table_.add_set({9, 8, 7, 3, 2, 1});
+    RQXChangeCurrentSetID(table_.id(), 1);
+    for (const NamedColumn& named : columns_) values_.emplace_back(new RawValues(named.column));
+    write_file("format.txt", "double\t2\tROUNDUP\ndecimal\t1\tROUNDHALFUP\n");
+    write_file("values.txt", "1\n2\n\n4\n");
+  }
+
+  int id() const { return table_.id(); }
+  const TestTable& table() const { return table_; }
+  size_t columns() const { return columns_.size(); }
+  const NamedColumn& column(size_t i) const { return columns_[i]; }
+  int filter(size_t i) const { return static_cast<int>(i) + 1; }
+  /// Values of column i as calls take them.
+  RawValues& values(size_t i) const { return *values_[i]; }
+
+ private:
+  const Columns columns_;
+  const TestTable table_;
+  std::vector<std::unique_ptr<RawValues>> values_;
+};
+
+struct Operation {
+  const char* name;
+  /// The call under test, with nothing around it that allocates.
+  std::function<int(const Base&)> call;
+  /// Whether it did its work; the text is compared with that of a run without a fault.
+  std::function<std::string(const Base&, int result)> outcome;
+  std::function<void(const Base&, int result)> undo;
+  /// Status of a file that cannot be used, besides QX_ERROR_FILE.
+  int file_status = QX_ERROR_FILE;
+};
+
+class FaultsTest : public EngineTest, public testing::WithParamInterface<Operation> {
+ protected:
+  FaultsTest() {
+    RQXSetSavedFlag(1, 1, 1);
+    drain_ring();
+  }
+
+  /// One call with a fault. Returns whether it fired.
+  bool run(const Fault& fault) {
+    const Operation& operation = GetParam();
+    RQXSetSavedFlag(1, 1, 1);
+    const std::string before = database_text();
+    int status = 0;
+    bool fired = false;
+    {
+      const ArmedFault armed(fault);
+      status = operation.call(base_);
+      fired = armed.fired();
+    }
+    if (status >= 0 || !fired) {
+      expect_success(status);
+    } else {
+      expect_failure_of(fault.kind, status);
+      EXPECT_EQ(database_text(), before);
+    }
+    return fired;
+  }
+
+  void run_without_fault() {
+    drain_ring();
+    expect_success(GetParam().call(base_));
+  }
+
+  void learn_outcome() {
+    wanted_status_ = GetParam().call(base_);
+    if (wanted_status_ >= 0) wanted_ = GetParam().outcome(base_, wanted_status_);
+    GetParam().undo(base_, wanted_status_);
+  }
+
+ private:
+  void expect_success(int status) {
+    if (wanted_status_ < 0) {
+      EXPECT_EQ(hex(status), hex(wanted_status_));
+    } else if (status < 0) {
+      ADD_FAILURE() << "status " << hex(status) << "; " << to_text(drain_ring());
+    } else {
+      EXPECT_EQ(GetParam().outcome(base_, status), wanted_);
+    }
+    GetParam().undo(base_, status);
+  }
+
+  void expect_failure_of(FaultKind kind, int status) {
+    const std::vector<RingEntry> entries = drain_ring();
+    const bool promised =
+        status == wanted_status_ ||
+        (kind == FaultKind::kFileCall ? status == QX_ERROR_FILE || status == GetParam().file_status
+                                      : status == QX_ERROR_OUT_OF_MEMORY);
+    EXPECT_TRUE(promised) << "status " << hex(status) << "; " << to_text(entries);
+    EXPECT_TRUE(std::any_of(entries.begin(), entries.end(),
+                            [&](const RingEntry& entry) { return entry.code == status; }))
+        << "no entry " << hex(status) << "; " << to_text(entries);
+  }
+
+  const Base base_;
+  int wanted_status_ = 0;
+  std::string wanted_;
+};
+
+TEST_P(FaultsTest, EveryFailureIsToldAndChangesNothing) {
+  learn_outcome();
+  for (const FaultKind kind : {FaultKind::kAllocation, FaultKind::kFileCall, FaultKind::kThread}) {
+    for (const bool persistent : {false, true}) {
+      bool fired = true;
+      for (long after = 0; fired && !HasFailure(); ++after) {
+        const Fault fault{kind, after, persistent};
+        SCOPED_TRACE(to_text(fault));
+        fired = run(fault);
+        run_without_fault();
+      }
+    }
+  }
+}
+
+// The operations
+
+std::string nothing(const Base&, int) {
+  return "";
+}
+void keep(const Base&, int) {}
+
+// ... that add a set
+
+std::string rows_of_set(const Base& base, int set) {
+  std::string text;
+  for (const int row : base.table().rows(set)) text += std::to_string(row) + " ";
+  return text;
+}
+
+void delete_set(const Base& base, int set) {
+  if (set >= 0) require(RQXDeleteSet(base.id(), set), "RQXDeleteSet");
+  RQXChangeCurrentSetID(base.id(), 1);
+}
+
+Operation adding_set(const char* name, std::function<int(const Base&)> call) {
+  return {name, std::move(call), rows_of_set, delete_set};
+}
+
+enum ColumnIndex : size_t { kInt, kDouble, kDate, kTime, kString, kDateTime, kDecimal };
+
+auto search(size_t column, int ope) {
+  return [column, ope](const Base& base) {
+    RawValues& values = base.values(column);
+    return RQXSearchByField(base.id(), base.filter(column), 1, ope, values.value(3),
+                            values.value(8));
+  };
+}
+
+auto search_n(size_t column) {
+  return [column](const Base& base) {
+    return RQXSearchByFieldNValues(base.id(), base.filter(column), 1, 20,
+                                   base.values(column).data());
+  };
+}
+
+auto sort(size_t column, int direction) {
+  return [column, direction](const Base& base) {
+    return RQXSortByField(base.id(), base.filter(column), 1, direction);
+  };
+}
+
+int search_text(const Base& base, int ope) {
+  char text[] = "a";
+  return RQXSearchByField(base.id(), base.filter(kString), 1, ope, text, nullptr);
+}
+
+int sort_by_keys(const Base& base) {
+  int filters[] = {base.filter(kInt), base.filter(kString), base.filter(kDecimal), 0};
+  int directions[] = {QX_SORT_ASC, QX_SORT_DESC, QX_SORT_ASC, 0};
+  return RQXIntegratedSortByField(base.id(), 1, filters, directions);
+}
+
+int search_by_flags(const Base& base) {
+  static unsigned char flags[kRows + 1];
+  std::fill_n(flags + 1, kRows / 2, 1);
+  return QXSearch(base.id(), base.filter(kInt), 1, flags);
+}
+
+int add_set(const Base& base) {
+  int rows[] = {5, 4, 3};
+  return RQXAddSetReal(base.id(), 3, rows);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sets, FaultsTest,
+    testing::Values(
+        adding_set("SearchIntegers", search(kInt, QX_OPE_BETWEEN)),
+        adding_set("SearchDoubles", search(kDouble, QX_OPE_GEQ)),
+        adding_set("SearchStrings", search(kString, QX_OPE_LEQ)),
+        adding_set("SearchDecimals", search(kDecimal, QX_OPE_NEQ)),
+        adding_set("Contains", [](const Base& base) { return search_text(base, QX_OPE_CONTAINS); }),
+        adding_set("Begins", [](const Base& base) { return search_text(base, QX_OPE_BEGINS); }),
+        adding_set("Search2",
+                   [](const Base& base) {
+                     return RQXSearchByField2(base.id(), base.filter(kInt), 1, QX_OPE_GEQ,
+                                              base.values(kInt).value(3), nullptr);
+                   }),
+        adding_set("ByRowNumber",
+                   [](const Base& base) {
+                     return RQXSearchByRowNo(base.id(), 0, 1, QX_OPE_BETWEEN, 5, 20);
+                   }),
+        adding_set("ByPosition",
+                   [](const Base& base) {
+                     return RQXSearchByDispRowNoReal(base.id(), 1, QX_OPE_GEQ, 5, 0);
+                   }),
+        adding_set("ByFlags", search_by_flags), adding_set("OfIntegers", search_n(kInt)),
+        adding_set("OfDoubles", search_n(kDouble)), adding_set("OfStrings", search_n(kString)),
+        adding_set("OfDecimals", search_n(kDecimal)),
+        adding_set("SortIntegers", sort(kInt, QX_SORT_ASC)),
+        adding_set("SortStrings", sort(kString, QX_SORT_DESC)),
+        adding_set("SortDecimals", sort(kDecimal, QX_SORT_ASC)),
+        adding_set("SortByRowNumber",
+                   [](const Base& base) {
+                     return RQXSortByRowNo(base.id(), base.filter(kInt), 2, QX_SORT_ASC);
+                   }),
+        adding_set("SortByKeys", sort_by_keys), adding_set("AddSet", add_set)),
+    case_name<Operation>);
+
+// ... that add a filter
+
+std::string values_of_filter(const Base& base, int filter) {
+  char name[256] = "";
+  require(RQXGetFilterName(base.id(), filter, name), "RQXGetFilterName");
+  std::string text = name;
+  for (const std::string& value : base.table().texts(name)) text += " " + value;
+  return text;
+}
+
+void delete_filter(const Base& base, int filter) {
+  if (filter >= 0) require(RQXDeleteRealFilter(base.id(), filter), "RQXDeleteRealFilter");
+}
+
+Operation adding_filter(const char* name, size_t column) {
+  const auto call = [column](const Base& base) {
+    const int type = base.column(column).column.type;
+    void* const values = base.values(column).data();
+    return type == QX_DT_DECIMAL
+               ? RQXAddRealFilter2Numeric(base.id(), 2, "new", type, kRows - 1, values, nullptr,
+                                          nullptr, base.column(column).column.scale,
+                                          QX_ROUND_HALFUP)
+               : RQXAddRealFilter2(base.id(), 2, "new", type, kRows - 1, values, nullptr, nullptr);
+  };
+  return {name, call, values_of_filter, delete_filter};
+}
+
+template <int type>
+int add_filter_from_file(const Base& base) {
+  return RQXAddRealFilter2(base.id(), 0, "new", type, kRows, nullptr, "", "values.txt");
+}
+
+int add_empty_filter(const Base& base) {
+  return RQXAddRealFilter2(base.id(), 0, "", QX_DT_STRING, kRows, nullptr, nullptr, nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Filters, FaultsTest,
+    testing::Values(adding_filter("AddIntegers", kInt), adding_filter("AddDoubles", kDouble),
+                    adding_filter("AddDates", kDate), adding_filter("AddTimes", kTime),
+                    adding_filter("AddStrings", kString), adding_filter("AddDateTimes", kDateTime),
+                    adding_filter("AddDecimals", kDecimal),
+                    Operation{"IntegersFromFile", add_filter_from_file<QX_DT_INTEGER>,
+                              values_of_filter, delete_filter},
+                    Operation{"StringsFromFile", add_filter_from_file<QX_DT_STRING>,
+                              values_of_filter, delete_filter},
+                    Operation{"AddNulls", add_empty_filter,
+                              [](const Base& base, int filter) {
+                                return std::to_string(RQXGetFilterType(base.id(), filter));
+                              },
+                              delete_filter}),
+    case_name<Operation>);
+
+// ... that import
+
+std::string imported(const Base&, int table) {
+  return table_text(table);
+}
+void delete_table(const Base&, int table) {
+  if (table >= 0) require(RQXDeleteTable(table), "RQXDeleteTable");
+}
+
+/// Lines for several workers: each range has a page at least. Every 40th is as `bad`.
+std::string lines_of_data(const std::string& bad) {
+  std::string text;
+  for (int i = 0; i < 300; ++i) {
+    const std::string number = std::to_string(i % 50);
+    if (!bad.empty() && i % 40 == 39) {
+      text += bad;
+    } else {
+      text += number + ",1." + number + ",2024/3/" + std::to_string(1 + i % 28) +
+              ",12:00:" + std::to_string(i % 60) + ",\"name \"\"" + number +
+              "\"\"\",2024/1/1 1:2:3,-" + number + ".25\n";
+    }
+  }
+  return text;
+}
+
+/// `bad` is a line in the wrong form; it ends with a line feed.
+Operation importing(const char* name, const std::string& mode, const std::string& bad) {
+  const auto call = [](const Base&) { return RQXAddCatalogFileEx2("", "c.cat", "", "c.csv", "t"); };
+  return {name,
+          [=, written = false](const Base& base) mutable {
+            if (!written) {
+              write_file("c.cat", "//CSV\n//ERROR\t" + mode +
+                                      "\nI\t1\ti\nF\t1\tf\nD\t1\td\nT\t1\tt\nA\t1\ta\n"
+                                      "E\t1\te\nN\t1\tn\t2\n");
+              write_file("c.csv", lines_of_data(bad));
+            }
+            written = true;
+            return call(base);
+          },
+          imported, delete_table};
+}
+
+constexpr const char* kBadValue = "x,y,z,12:00:00,name,2024/1/1 1:2:3,0\n";
+constexpr const char* kBadCount = "1,2\n";
+
+int import_default_file(const Base&) {
+  return RQXAddCatalogFile("", "c.cat");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Imports, FaultsTest,
+    testing::Values(importing("Clean", "STOP", ""), importing("StoppedByValue", "STOP", kBadValue),
+                    importing("StoppedByCount", "CONTINUE", kBadCount),
+                    importing("BadValuesAreNull", "CONTINUE", kBadValue),
+                    importing("BadValuesUnchecked", "NONE", kBadValue),
+                    importing("BadLinesSkipped", "SKIPLINE",
+                              std::string(kBadValue) + kBadCount + "\"open\n"),
+                    Operation{"WithoutFiles", import_default_file, imported, delete_table}),
+    case_name<Operation>);
+
+// ... that write files
+
+const int kAllFilters[] = {-1};
+
+std::string written_files(const Base&, int) {
+  std::string text;
+  for (const char* const name : {"out.csv", "out.cat", "SrcData.dat"}) {
+    if (std::filesystem::exists(name)) text += name + (":\n" + read_file(name));
+  }
+  return text;
+}
+
+void remove_files(const Base&, int) {
+  for (const char* const name : {"out.csv", "out.cat", "SrcData.dat"}) {
+    std::filesystem::remove(name);
+  }
+}
+
+Operation exporting(const char* name, std::function<int(const Base&)> call) {
+  return {name, std::move(call), written_files, remove_files, QX_ERROR_PATH};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Exports, FaultsTest,
+    testing::Values(exporting("Csv",
+                              [](const Base& base) {
+                                return RQXExportAsCSV(base.id(), 1, kAllFilters, -1, -1, "",
+                                                      "out.csv", '/');
+                              }),
+                    exporting("TabWithFormat",
+                              [](const Base& base) {
+                                return RQXExportAsTABwithF(base.id(), 2, kAllFilters, 2, 4, "",
+                                                           "out.csv", '-', "format.txt");
+                              }),
+                    exporting("Catalog",
+                              [](const Base& base) {
+                                return RQXSaveAsCatalog(base.id(), 1, kAllFilters, QX_EXPORT_COMMA,
+                                                        -1, -1, '/', "", "out.cat");
+                              }),
+                    exporting("CatalogWithFormat",
+                              [](const Base& base) {
+                                return RQXSaveAsCatalogwithFEx(
+                                    base.id(), 1, kAllFilters, QX_EXPORT_TAB, -1, -1, '/', ".",
+                                    "out.csv", "", "out.cat", "format.txt");
+                              })),
+    case_name<Operation>);
+
+// ... on tables, settings and logs
+
+int add_table(const Base&) {
+  return RQXAddRealTable("new", 10);
+}
+
+int write_logs(const Base&) {
+  RQXLogInit(3, "own.log");
+  LOG_Create("%d", 1);
+  Log_message("other.log", "%d", 2);
+  RQXLogInit(0, nullptr);
+  return 0;
+}
+
+int convert(const Base& base) {
+  RQXStr2DateR1("2024/3/1");
+  RQXStr2TimeR1("12:00:00");
+  RQXStr2DateTimeR1("2024/3/1 12:00:00");
+  RQXDouble2DateStrR1(40000.5);
+  RQXDouble2DateTimeStrR1(40000.5);
+  double time = 0;
+  int number = 0;
+  QXStrToInt("12", &number);
+  QXStrToFloat("1.5", &time);
+  for (size_t i = 0; i < base.columns(); ++i) {
+    RQXGetData1Cnv2StrR1(base.id(), base.filter(i), 1, 1);
+  }
+  return RQXStrToTime("12:30:00", &time);
+}
+
+int describe_filters(const Base& base) {
+  static _TRFilterInfo infos[16];
+  int count = 0;
+  return RQXGetAllFilterInfo(base.id(), 16, &count, infos, nullptr);
+}
+
+int rename_table(const Base& base) {
+  return RQXSetTableName(base.id(), "other");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Others, FaultsTest,
+    testing::Values(Operation{"AddTable", add_table, imported, delete_table},
+                    Operation{"RenameTable", rename_table,
+                              [](const Base& base, int) { return table_text(base.id()); },
+                              [](const Base& base, int) { RQXSetTableName(base.id(), "base"); }},
+                    Operation{"DescribeFilters", describe_filters, nothing, keep},
+                    Operation{"Logs", write_logs, nothing, keep},
+                    Operation{"Convert", convert, nothing, keep}),
+    case_name<Operation>);
+
+// Column compilation fills arrays for its caller to free.
+
+template <class Value, class Compile>
+Operation compiling(const char* name, size_t column, Compile* compile) {
+  struct Result {
+    int* pv = nullptr;
+    Value* vl = nullptr;
+  };
+  auto result = std::make_shared<Result>();
+  return {name,
+          [=](const Base& base) {
+            return compile(kRows, 4, static_cast<Value*>(base.values(column).data()), &result->pv,
+                           &result->vl);
+          },
+          [=](const Base&, int) {
+            std::string text;
+            for (int i = 0; i < kRows; ++i) text += std::to_string(result->pv[i]) + " ";
+            return text;
+          },
+          [=](const Base&, int) {
+            QXFreeMem(reinterpret_cast<void**>(&result->pv));
+            QXFreeMem(reinterpret_cast<void**>(&result->vl));
+          }};
+}
+
+int compile_texts(int n, int k, char** data, int** pv, char*** vl) {
+  return iCompileString(n, k, data, pv, reinterpret_cast<long**>(vl));
+}
+
+INSTANTIATE_TEST_SUITE_P(Compilation, FaultsTest,
+                         testing::Values(compiling<int>("Integers", kInt, iCompileInt),
+                                         compiling<double>("Doubles", kDouble, iCompileFloat),
+                                         compiling<char*>("Texts", kString, compile_texts),
+                                         compiling<Numeric>("Decimals", kDecimal, iCompileNumeric)),
+                         case_name<Operation>);
+
+// Calls that leave nothing to compare with: a fault leaves all, success none.
+
+class ClearingTest : public EngineTest, public testing::WithParamInterface<Operation> {};
+
+TEST_P(ClearingTest, ClearsAllOrNothing) {
+  for (const FaultKind kind : {FaultKind::kAllocation, FaultKind::kThread}) {
+    bool fired = true;
+    for (long after = 0; fired; ++after) {
+      const Fault fault{kind, after, false};
+      SCOPED_TRACE(to_text(fault));
+      const Base base;
+      const std::string before = database_text();
+      int status = 0;
+      {
+        const ArmedFault armed(fault);
+        status = GetParam().call(base);
+        fired = armed.fired();
+      }
+      if (status < 0) {
+        expect_failure(status, QX_ERROR_OUT_OF_MEMORY);
+        ASSERT_EQ(database_text(), before);
+        ASSERT_GE(sort_by_keys(base), 0);
+        RQXClearDB();
+      } else {
+        ASSERT_EQ(status, 0);
+        ASSERT_EQ(RQXGetNTable(), 0);
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ClearingTest,
+    testing::Values(
+        Operation{"ClearDB", [](const Base&) { return RQXClearDB(); }, nothing, keep},
+        Operation{"DeleteTable", [](const Base& base) { return RQXDeleteTable(base.id()); },
+                  nothing, keep},
+        Operation{"ReInitialize", [](const Base&) { return RQXReInitializeMS(); }, nothing, keep}),
+    case_name<Operation>);
+
+}  // namespace
+}  // namespace qxe::test
