@@ -20,6 +20,17 @@ void shift_rows(TSetArray& set, int at, int count) {
 
 }  // namespace
 
+/// Room in all filters and the set of all rows; a failure gives back what was reserved.
+void TRealTable::reserve_rows(int rows) {
+  try {
+    for (const auto& filter : filters_) filter->reserve_rows(rows);
+    root_set().SetArraySize(rows);
+  } catch (...) {
+    for (const auto& filter : filters_) filter->PVL->AdjustMemArea();
+    throw;
+  }
+}
+
 int TRealTable::InsRows(int pos, int count) {
   const int total = TotalRecs();
   if (pos < 0) {
@@ -32,8 +43,7 @@ int TRealTable::InsRows(int pos, int count) {
     return report("InsRows", QX_ERROR_ROW_SIZE, "RowSize overflow");
   }
   for (const auto& filter : filters_) filter->check_changeable();
-  for (const auto& filter : filters_) filter->reserve_rows(total + count);
-  root_set().SetArraySize(total + count);
+  reserve_rows(total + count);
   // Nothing fails from here on.
   root_set().InitAsSet();
   const int at = std::clamp(pos, 1, total + 1);

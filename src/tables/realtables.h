@@ -96,6 +96,7 @@ class TRealTable : public TBaseTable {
   long GetBorrowedSize() const;
 
  private:
+  void reserve_rows(int rows);
   /// Makes `column` a filter under a free name; the checks have been made.
   int insert_filter(int pos, const char* name, Column column, int orgFilter);
   /// QX_ERROR_FILTER_COUNT or QX_ERROR_FILTER_NAME after logging under `layer`, else 0.

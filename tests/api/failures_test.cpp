@@ -84,11 +84,23 @@ const std::vector<Call> kTableCalls = {
                                        2, 4);
      },
      0},
+    {"AppendCatalogFile",
+     [](int table, int, int) { return RQXAppendCatalogFile(table, 1, 1, "", "x.cat"); }, 0},
+    {"AppendCatalogFileEx2",
+     [](int table, int, int) {
+       return RQXAppendCatalogFileEx2(table, 1, 1, "", "x.cat", "", "x.dat");
+     },
+     0},
     {"GetFilterIDFromName", [](int table, int, int) { return RQXGetFilterIDFromName(table, "i"); },
      0},
 };
 
 const std::vector<Call> kFilterCalls = {
+    {"AppendRealFilter2",
+     [](int table, int filter, int) {
+       return RQXAppendRealFilter2(table, filter, QX_DT_INTEGER, 1, 1, "", "x");
+     },
+     QX_ERROR_NO_FILTER},
     {"GetFilterMemorySize",
      [](int table, int filter, int) { return RQXGetFilterMemorySize(table, filter, size_out()); },
      QX_ERROR_NO_FILTER},

@@ -1,5 +1,7 @@
 // Filters from text files of one column.
+#include "import/column_files.h"
 #include "import/import_fixture.h"
+#include "support/random_data.h"
 
 namespace qxe::test {
 
@@ -48,6 +50,44 @@ TEST_F(OneColumnTest, LinesBeyondTheRowsDoNotCount) {
   EXPECT_EQ(table_.texts("new_#1"), (Texts{"1", "2", "3", "4"}));
   ASSERT_GT(add(QX_DT_INTEGER, "1\n", 0), 0);
   EXPECT_EQ(table_.texts("new_#2"), (Texts{"NULL", "NULL", "NULL", "NULL"}));
+}
+
+TEST_F(OneColumnTest, RandomColumnsComeBackAsWritten) {
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    RandomData random(seed);
+    const int type = QX_DT_INTEGER + random.below(QX_DT_DECIMAL - QX_DT_INTEGER + 1);
+    const int rows = random.chance(30) ? 5000 : random.below(30);
+    Column column = random.column(type, rows);
+    std::string lines;
+    for (const Cell& cell : column.cells) {
+      const std::string text = field_text(cell, type);
+      lines += random.chance(20) ? "\"" + text + "\"\r\n" : text + "\n";
+    }
+    write_file(directory() / "column.txt", lines);
+    const int wanted = random.chance(50) ? rows : random.below(rows + 1);
+    const TestTable table = TestTable::existing(RQXAddRealTable("t", rows));
+    const int filter = RQXAddRealFilter2Numeric(table.id(), 0, "c", type, wanted, nullptr, "",
+                                                "column.txt", column.scale, QX_ROUND_HALFUP);
+    if (type != QX_DT_DECIMAL) {
+      expect_failure(filter, QX_ERROR_TYPE_MISMATCH);
+      ASSERT_GT(RQXAddRealFilter2(table.id(), 0, "c", type, wanted, nullptr, "", "column.txt"), 0);
+    }
+    std::fill(column.cells.begin() + wanted, column.cells.end(), normal_form({}, type));
+    ASSERT_EQ(table.texts("c"), cell_texts(column)) << "seed " << seed;
+  }
+}
+
+TEST_F(OneColumnTest, TheFirstFaultOfALongFileCounts) {
+  const TestTable table = TestTable::existing(RQXAddRealTable("t", 20000));
+  std::string data;
+  for (int line = 1; line <= 20000; ++line) data += line % 6007 == 0 ? "x\n" : "12345\n";
+  write_file(directory() / "column.txt", data);
+  const auto read = [&](int rows) {
+    return RQXAddRealFilter2(table.id(), 0, "c", QX_DT_INTEGER, rows, nullptr, "", "column.txt");
+  };
+  expect_failure(read(20000), QX_ERROR_INVALID_DATA);
+  EXPECT_EQ(logged_rows(), std::vector<int>{6007});
+  EXPECT_GT(read(6006), 0);
 }
 
 TEST_F(OneColumnTest, FaultsLeaveTheTableAsItWas) {
