@@ -44,6 +44,7 @@ bool fails_on_purpose() noexcept {
 class LargeBlocks {
  public:
   void* allocate(size_t size) {
+    if (size > PTRDIFF_MAX) return nullptr;
     const size_t capacity = rounded(size);
     {
       std::lock_guard<std::mutex> guard(lock_);
