@@ -1026,6 +1026,21 @@ QXE_API int RQXAddRealFilter2Numeric(int table, int pos, const char* name, int t
                                      void* data, const char* dir, const char* file, int scale,
                                      int rounding);
 
+/** Writes rows of a one-column file into a filter: an edit, refused for a referred table
+ * (QX_ERROR_REFERRED). The rows of the other filters stay, and are NULL where the table grows; so do
+ * the sets, the first one excepted, which has all rows. type: that of the filter. pos, rows: as
+ * rowPos and rowCount of RQXAppendCatalogFile. dir, file: for a filter of strings a binary file: for
+ * each string its length in bytes as 4 bytes with the highest first, then its bytes, which end at
+ * the first NUL; for other types a text file with one value a line, read as an import in stop mode
+ * reads a column; decimals get the filter's own digits and rounding. Result: rows. A failed call
+ * leaves the table as it was. Failures: also QX_ERROR_NO_FILTER, QX_ERROR_APPEND_TYPE for another
+ * type, QX_ERROR_PARAMETER for pos 0 or negative rows, QX_ERROR_ROW_SIZE above 2147483646 rows,
+ * QX_ERROR_FILE, QX_ERROR_INVALID_DATA for a line that does not convert, QX_ERROR_TEXT_FIELD for a
+ * line above 4095 bytes, QX_ERROR_CATALOG for a binary file that ends inside a string or, with rows
+ * above 0, is empty, QX_ERROR_HIGH_SPEED_FILTER. */
+QXE_API int RQXAppendRealFilter2(int table, int filter, int type, int pos, int rows,
+                                 const char* dir, const char* file);
+
 /** Renames a filter: an edit. name: 1 to 255 bytes, cleaned and made unique; its own name changes
  * nothing. Failures: also QX_ERROR_NO_FILTER, QX_ERROR_FILTER_NAME. */
 QXE_API int RQXSetFilterName(int table, int filter, const char* name);
@@ -1288,6 +1303,16 @@ QXE_API int RQXSearchByFieldLocale(int table, int filter, int set, int ope, char
  * in the list hits NULL rows. */
 QXE_API int RQXSearchByFieldNValues(int table, int filter, int set, int count, void* values);
 
+/** Searches rows whose value equals any of those in a text file. dir, fileName: the file, each name
+ * below 512 bytes. Commas and line ends separate the values, quotes as in an import's data; an empty
+ * value, also behind a last comma, is NULL and hits NULL rows, a line end at the end of the file
+ * adds none. Values are not checked: a number is the one at the front of the text, or 0; an
+ * unreadable date or time is NULL; one with bad quoting or above 4095 bytes is left out. An empty
+ * file gives an empty set. Failures: also QX_ERROR_FILE, QX_ERROR_DATA_TYPE for a filter of
+ * decimals. */
+QXE_API int RQXSearchByFieldNValuesFromCSV(int table, int filter, int set, const char* dir,
+                                           const char* fileName);
+
 /** Searches by row number. filter: ignored; in a join table it picks the side. ope: EQ to GT
  * without QX_OPE_STRICT. n1, n2: row numbers. The result becomes current. */
 QXE_API int RQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
@@ -1359,6 +1384,17 @@ QXE_API int QXSortByRowNo(int table, int filter, int set, int dir);
  * Without a key the result is a copy in source order. In a join table all keys come from one side.
  * */
 QXE_API int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs);
+
+/** Keeps the first row, in the set's order, of each distinct combination of the values of some
+ * filters, and makes the new set current; it has name and attribute block of its source. NULL is a
+ * value like others. Real tables only. filters: in, 1 to 512 filter ids, ends at the first entry
+ * below 1. Result: the new set's id. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL,
+ * QX_ERROR_UNIQUE_FILTERS for an empty or too long list, QX_ERROR_NO_FILTER, QX_ERROR_NO_SET,
+ * QX_ERROR_SET_COUNT with 10,000 sets. */
+QXE_API int RQXExtractUniqueReal(int table, int set, int* filters);
+
+/** As RQXExtractUniqueReal. */
+QXE_API int QXExtractUniqueReal(int table, int set, int* filters);
 
 /** Orders the positions of an array by descending count; equal counts keep their order. n:
  * elements. counts: in, n counts. nonZero: out, how many counts are not 0. nonZeroIndex: out, room
@@ -1435,10 +1471,9 @@ QXE_API const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo*
  * a field above 4095 bytes (4096 in quotes) in every mode.
  *
  * The log is a text file in the catalog's directory. It is deleted when the import starts and
- * exists afterwards only if there was something to log. The process's working directory changes
- * during an import and is put back. A failed import leaves no table.
+ * exists afterwards only if there was something to log. A failed import leaves no table.
  *
- * Failures of both calls: QX_ERROR_FILE for a directory or file that is missing, unnamed or has a
+ * Failures of all calls: QX_ERROR_FILE for a directory or file that is missing, unnamed or has a
  * name of 512 bytes or more; QX_ERROR_CATALOG for a fault in the catalog or a wrong number of
  * fields; QX_ERROR_NOT_STRING for an unknown type letter; QX_ERROR_INVALID_DATA for a value that
  * does not convert or bad quoting; QX_ERROR_TEXT_FIELD; QX_ERROR_TEXT_ROWS above 2147483647 rows;
@@ -1455,6 +1490,27 @@ QXE_API int RQXAddCatalogFile(const char* dir, const char* catalog);
 QXE_API int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, const char* dataDir,
                                  const char* dataFile, const char* tableName);
 
+/** Writes rows of a data file into a real table: an edit, refused for a referred table
+ * (QX_ERROR_REFERRED). The catalog's columns go to the filters in display order and must have their
+ * types; in CONTINUE mode there may be more columns, which are dropped, or more filters, which are
+ * NULL in rows that are new. Decimals whose digits behind the point differ make both have the higher
+ * number. rowPos: the first row to write, from 1; below 0 means behind the last row. Rows that exist
+ * are overwritten; between the last row and a further rowPos come rows of NULLs. rowCount: rows to
+ * write, 0 or more: the first ones of the file, and NULLs when it has fewer. Sets stay, the first
+ * one excepted, which has all rows. dir, catalog: as in RQXAddCatalogFile. Result: rowCount. A failed
+ * call leaves the table as it was. Failures: also QX_ERROR_PARAMETER for row 0 or a negative
+ * rowCount, QX_ERROR_ROW_SIZE above 2147483646 rows, QX_ERROR_CATALOG for another number of columns,
+ * QX_ERROR_MERGE_TYPE for another type, QX_ERROR_DATA_SIZE for a decimal without room for the higher
+ * number of digits, QX_ERROR_HIGH_SPEED_FILTER. */
+QXE_API int RQXAppendCatalogFile(int table, int rowPos, int rowCount, const char* dir,
+                                 const char* catalog);
+
+/** RQXAppendCatalogFile with the data file given. catalogDir, catalog: the catalog. dataDir,
+ * dataFile: the data. */
+QXE_API int RQXAppendCatalogFileEx2(int table, int rowPos, int rowCount, const char* catalogDir,
+                                    const char* catalog, const char* dataDir,
+                                    const char* dataFile);
+
 /*
  * Export
  *
@@ -1463,7 +1519,7 @@ QXE_API int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, co
  * come back. NULL is an empty field. Integers are plain; floats have 3 digits behind the point and
  * from 1e18 on an exponent; dates have the engine's date order; times show milliseconds only when
  * not 0; decimals have all their digits. An existing file is overwritten; a failed export may leave
- * part of one. The process's working directory changes during an export and is put back.
+ * part of one.
  *
  * set: -1 for the current set. filters: in, ids in the order of the columns, ends at -1; a filter
  * may stand twice; -1 as the first entry means all. rowFrom, rowTo: positions in the set, from 1;

@@ -9,7 +9,7 @@
 #include "import/catalog_text.h"
 #include "import/errlog.h"
 #include "import/mapped_file.h"
-#include "tables/tables.h"
+#include "tables/realtables.h"
 
 namespace qxe {
 
@@ -65,7 +65,7 @@ void CCatalogParser::set_error_log(const std::string& name) {
 
 int CCatalogParser::readInfo(const std::string& path) {
   path_ = path;
-  const MappedFile file(path);
+  const MappedFile file = map_logged(path);
   for (const char* line = file.begin(); line < file.end();) {
     const char* const stop = std::find(line, file.end(), '\n');
     ++row_;
@@ -74,6 +74,32 @@ int CCatalogParser::readInfo(const std::string& path) {
   }
   check_complete();
   return static_cast<int>(layout_.columns.size());
+}
+
+void CCatalogParser::verifyItems(const TRealTable& table) {
+  const int filters = table.GetNFilter();
+  const int items = static_cast<int>(layout_.columns.size());
+  if (filters != items) {
+    LogMsg("FILTER MISMATCH \t----->\tFilters - Items [%d - %d] ", filters, items);
+    if (layout_.error_mode != ErrorMode::kContinue) {
+      throw CQXException(QX_ERROR_CATALOG, "FILTER MISMATCH \t----->\tFilters - Items [%d - %d] ",
+                         filters, items);
+    }
+    if (filters == 0) throw CQXException(QX_ERROR_PARAMETER, "No Filter");
+    drop_columns(std::min(filters, items));
+  }
+  for (size_t i = 0; i < layout_.columns.size(); ++i) {
+    if (layout_.columns[i].type == table.filter_at(static_cast<int>(i))->data_type()) continue;
+    throw CQXException(QX_ERROR_MERGE_TYPE, "Illegal data type");
+  }
+}
+
+/// Makes the columns behind the first `kept` ones fields that are read and dropped.
+void CCatalogParser::drop_columns(int kept) {
+  layout_.columns.resize(static_cast<size_t>(kept));
+  for (InputField& input : layout_.inputs) {
+    if (input.column >= kept) input.column = -1;
+  }
 }
 
 void CCatalogParser::check_complete() const {

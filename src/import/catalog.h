@@ -10,6 +10,8 @@
 
 namespace qxe {
 
+class TRealTable;
+
 enum class FileType : int { kNone = 0, kTab = 1, kCsv = 2, kFix = 3, kUser = 4 };
 
 /// What a fault in the data does.
@@ -52,6 +54,11 @@ class CCatalogParser : NonCopyable {
   /// missing, QX_ERROR_CATALOG or QX_ERROR_NOT_STRING for a fault in it, all logged.
   int readInfo(const std::string& path);
 
+  /// Makes the columns those of an append: the filters of `table` in display order. Throws after
+  /// logging QX_ERROR_CATALOG for another number, which CONTINUE cuts to the smaller one; throws
+  /// QX_ERROR_MERGE_TYPE for another type.
+  void verifyItems(const TRealTable& table);
+
   const DataLayout& layout() const { return layout_; }
 
  private:
@@ -72,6 +79,7 @@ class CCatalogParser : NonCopyable {
   void read_decimal_options(const Tokens& tokens, NumericInfo& info) const;
   void check_width(size_t input) const;
   void check_complete() const;
+  void drop_columns(int kept);
 
   std::string directory_;
   std::string path_;

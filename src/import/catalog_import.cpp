@@ -4,6 +4,7 @@
 
 #include "import/catalog_text.h"
 #include "import/multithread_import.h"
+#include "import/row_append.h"
 #include "parallel/smpengine.h"
 #include "tables/table_collection.h"
 
@@ -66,27 +67,23 @@ int logged_import(Import&& import) {
   }
 }
 
-int add_table(const CCatalogParser& parser, const std::string& data_file, const char* name) {
-  return CCMultiThreadImport(parser.layout()).MppImport(data_file, name);
-}
-
-}  // namespace
-
-int add_catalog_file(const char* directory, const char* catalog) {
+/// An import of "SrcData.dat" beside its catalog: `import(parser, catalog path, data path)`.
+template <class Import>
+int import_beside(const char* directory, const char* catalog, Import&& import) {
   check_path(directory, "pchFilePath");
   check_file_name(catalog, "pchFileName");
   const std::string path = reached_directory(directory, "pchFilePath");
   CCatalogParser parser(path);
   parser.init();
   return logged_import([&] {
-    parser.readInfo(build_AbsoluteName(path, catalog));
-    return add_table(parser, build_AbsoluteName(path, kDataFile),
-                     name_from_catalog(catalog).c_str());
+    return import(parser, build_AbsoluteName(path, catalog), build_AbsoluteName(path, kDataFile));
   });
 }
 
-int add_catalog_file_ex2(const char* catalogDir, const char* catalog, const char* dataDir,
-                         const char* dataFile, const char* tableName) {
+/// The same with the data file told.
+template <class Import>
+int import_from(const char* catalogDir, const char* catalog, const char* dataDir,
+                const char* dataFile, Import&& import) {
   check_path(catalogDir, "archPath");
   check_file_name(catalog, "archName");
   check_path(dataDir, "FilePath");
@@ -100,10 +97,56 @@ int add_catalog_file_ex2(const char* catalogDir, const char* catalog, const char
       LogMsg("PATH  [%s] MISSING", data_path.c_str());
       refuse_argument("FilePath");
     }
-    raised(ENG->collection()->CheckTableName(tableName == nullptr ? "" : tableName));
-    parser.readInfo(build_AbsoluteName(path, catalog));
-    return add_table(parser, build_AbsoluteName(data_path, dataFile), tableName);
+    return import(parser, build_AbsoluteName(path, catalog),
+                  build_AbsoluteName(data_path, dataFile));
   });
+}
+
+int add_table(const CCatalogParser& parser, const std::string& data_file, const char* name) {
+  return CCMultiThreadImport(parser.layout()).MppImport(data_file, name);
+}
+
+/// The import of an append.
+auto append_to(TRealTable& table, RowAppend& append) {
+  return [&](CCatalogParser& parser, const std::string& catalog, const std::string& data) {
+    parser.readInfo(catalog);
+    parser.verifyItems(table);
+    return CCMultiThreadImport(parser.layout()).MppAppend(data, table, append);
+  };
+}
+
+}  // namespace
+
+int add_catalog_file(const char* directory, const char* catalog) {
+  return import_beside(
+      directory, catalog,
+      [&](CCatalogParser& parser, const std::string& path, const std::string& data) {
+        parser.readInfo(path);
+        return add_table(parser, data, name_from_catalog(catalog).c_str());
+      });
+}
+
+int add_catalog_file_ex2(const char* catalogDir, const char* catalog, const char* dataDir,
+                         const char* dataFile, const char* tableName) {
+  return import_from(
+      catalogDir, catalog, dataDir, dataFile,
+      [&](CCatalogParser& parser, const std::string& path, const std::string& data) {
+        raised(ENG->collection()->CheckTableName(tableName == nullptr ? "" : tableName));
+        parser.readInfo(path);
+        return add_table(parser, data, tableName);
+      });
+}
+
+int append_catalog_file(TRealTable& table, int rowPos, int rowCount, const char* directory,
+                        const char* catalog) {
+  RowAppend append(table, rowPos, rowCount);
+  return import_beside(directory, catalog, append_to(table, append));
+}
+
+int append_catalog_file_ex2(TRealTable& table, int rowPos, int rowCount, const char* catalogDir,
+                            const char* catalog, const char* dataDir, const char* dataFile) {
+  RowAppend append(table, rowPos, rowCount);
+  return import_from(catalogDir, catalog, dataDir, dataFile, append_to(table, append));
 }
 
 }  // namespace qxe

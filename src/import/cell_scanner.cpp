@@ -17,6 +17,21 @@ const char* find_quote_or_line_end(const char* begin, const char* end) {
 
 }  // namespace
 
+const char* behind_lines(const char* begin, const char* end, long count) {
+  if (count <= 0) return begin;
+  for (const char* block = begin; block < end; block += 64) {
+    uint64_t mask = delimiter_mask(block, std::array{'\n'});
+    const int found = std::popcount(mask);
+    if (found < count) {
+      count -= found;
+      continue;
+    }
+    while (--count > 0) mask &= mask - 1;
+    return std::min(block + std::countr_zero(mask) + 1, end);
+  }
+  return end;
+}
+
 QuotedCell find_closing_quote(const char* begin, const char* end) {
   QuotedCell found{0, begin, {begin, 0}, false};
   long pairs = 0;

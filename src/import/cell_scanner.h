@@ -105,6 +105,9 @@ class DelimiterFinder {
   uint64_t mask_ = 0;  // delimiters of the block not walked yet
 };
 
+/// Place behind the first `count` lines of mapped text, or its end.
+const char* behind_lines(const char* begin, const char* end, long count);
+
 /// Outcome of scanning a quoted cell.
 struct QuotedCell {
   int status;        // 0, QX_ERROR_CATALOG for bad quoting, QX_ERROR_TEXT_FIELD for a long cell

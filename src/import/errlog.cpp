@@ -95,9 +95,9 @@ void LogMsg2(const char* format, ...) {
 }
 
 void CatalogErrorInfo::add(CatalogErr kind, int row, int first, int second, const char* type,
-                           const char* text) {
+                           const char* text, const char* file) {
   try {
-    records_.push_back({kind, row, first, second, type, text});
+    records_.push_back({kind, row, first, second, type, text, file});
   } catch (const std::bad_alloc&) {
     throw CQXException(QX_ERROR_OUT_OF_MEMORY);
   }
@@ -124,6 +124,11 @@ void CatalogErrorInfo::SetLogMsg(CatalogErr kind, const char* type, const char* 
   add(kind, row, column, 0, type, text);
 }
 
+void CatalogErrorInfo::SetLogMsg(CatalogErr kind, const char* type, const char* text, int row,
+                                 const char* file) {
+  add(kind, row, 0, 0, type, text, file);
+}
+
 void CatalogErrorInfo::AllLogMsgPrint(long rowOffset) const {
   if (records_.empty()) return;
   LogBatch batch;
@@ -140,6 +145,10 @@ void CatalogErrorInfo::LogMsgPrint(const Record& record, long rowOffset) {
     case kErrData:
       LogMsg2(CatalogErrTable[kErrData], record.type.c_str(), record.text.c_str(), row,
               record.first);
+      break;
+    case kErrPlainData:
+      LogMsg2(CatalogErrTable[kErrPlainData], record.type.c_str(), record.text.c_str(), row,
+              record.file.c_str());
       break;
     case kErrFieldCount:
       LogMsg2(CatalogErrTable[kErrFieldCount], record.first, record.second, row);

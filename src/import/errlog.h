@@ -22,7 +22,8 @@ enum CatalogErr {
   kErrFieldCount,     // filters, items, row
   kErrMemory,         // none
   kErrSurplusFields,  // filters, items, row
-  kErrFieldWidth      // field length, item length, row
+  kErrFieldWidth,     // field length, item length, row
+  kErrPlainData       // type name, text, row, file
 };
 
 /// printf formats, by CatalogErr.
@@ -35,7 +36,8 @@ constexpr const char* CatalogErrTable[] = {
     "FILTER MISMATCH \t----->\tFilters - Items [%d - %d] \t@ Row = %d ",
     "QX_ERROR_OUT_OF_MEMORY",
     "FILTER MISMATCH \t----->\tFilters != Items [%d - (> %d) ] \t@ Row = %d ",
-    "ITEM SIZE MISMATCH \t----->\t Field Length  != Item length [%d - %d] \t@ Row = %d "};
+    "ITEM SIZE MISMATCH \t----->\t Field Length  != Item length [%d - %d] \t@ Row = %d ",
+    "DATA ERROR \t\t----->\t[%s] = \"%s\"  \t@ Row = %d in %s "};
 
 /// The log file. It is opened for each write or batch, comes into being with the first, and is
 /// passed over in silence when it cannot be written.
@@ -81,6 +83,7 @@ class CatalogErrorInfo : NonCopyable {
   void SetLogMsg(CatalogErr kind, int row, const char* text);
   void SetLogMsg(CatalogErr kind, int first, int second, int row);
   void SetLogMsg(CatalogErr kind, const char* type, const char* text, int row, int column);
+  void SetLogMsg(CatalogErr kind, const char* type, const char* text, int row, const char* file);
 
   /// Prints all faults as one batch, `rowOffset` rows further on; nothing when there are none.
   void AllLogMsgPrint(long rowOffset) const;
@@ -93,9 +96,11 @@ class CatalogErrorInfo : NonCopyable {
     int second;
     std::string type;
     std::string text;
+    std::string file;
   };
 
-  void add(CatalogErr kind, int row, int first, int second, const char* type, const char* text);
+  void add(CatalogErr kind, int row, int first, int second, const char* type, const char* text,
+           const char* file = "");
   static void LogMsgPrint(const Record& record, long rowOffset);
 
   std::deque<Record> records_;

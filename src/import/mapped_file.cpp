@@ -24,18 +24,13 @@ class FileHandle : NonCopyable {
   int handle_;
 };
 
-[[noreturn]] void fail_as_missing(const std::string& path) {
-  LogMsg("FILE  [%s] MISSING ", path.c_str());
-  throw CQXException(QX_ERROR_FILE, "FILE MISSING");
-}
-
 }  // namespace
 
 MappedFile::MappedFile(const std::string& path) {
   const FileHandle file(path.c_str());
   struct stat info;
   if (file.get() < 0 || fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
-    fail_as_missing(path);
+    throw CQXException(QX_ERROR_FILE, "FILE  [%s] MISSING ", path.c_str());
   }
   size_ = info.st_size;
   // Anonymous pages first, the file over them: the ones left behind its end are the readable rest.
@@ -47,12 +42,21 @@ MappedFile::MappedFile(const std::string& path) {
   if (mmap(area_, static_cast<size_t>(size_), PROT_READ, MAP_PRIVATE | MAP_FIXED, file.get(), 0) ==
       MAP_FAILED) {
     munmap(area_, mapped_);
-    fail_as_missing(path);
+    throw CQXException(QX_ERROR_FILE, "FILE  [%s] MISSING ", path.c_str());
   }
 }
 
 MappedFile::~MappedFile() {
   munmap(area_, mapped_);
+}
+
+MappedFile map_logged(const std::string& path) {
+  try {
+    return MappedFile(path);
+  } catch (const CQXException& failure) {
+    if (failure.ErrorCode() == QX_ERROR_FILE) LogMsg("FILE  [%s] MISSING ", path.c_str());
+    throw;
+  }
 }
 
 }  // namespace qxe

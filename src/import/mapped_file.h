@@ -14,8 +14,7 @@ class MappedFile : NonCopyable {
   /// Bytes behind the end that can be read, so that scanners may load whole blocks.
   static constexpr long kReadable = 64;
 
-  /// Throws QX_ERROR_FILE, after a line in the log, when there is no such regular file or it cannot
-  /// be read.
+  /// Throws QX_ERROR_FILE when there is no such regular file or it cannot be read.
   explicit MappedFile(const std::string& path);
   ~MappedFile();
 
@@ -28,5 +27,8 @@ class MappedFile : NonCopyable {
   size_t mapped_ = 0;
   long size_ = 0;
 };
+
+/// A missing file also gets its line in the log.
+MappedFile map_logged(const std::string& path);
 
 }  // namespace qxe

@@ -6,17 +6,20 @@
 
 namespace qxe {
 
+// Workers share the arrays, so they must reach them as constant ones: handing out a changeable
+// block marks its array as changed.
 void TRealTable::OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) {
-  const TSetArray& source = *GetSet(set);  // constant: read by several workers
-  const int* rows = source.PIntAr() + part.first - 1;
+  const TSetArray& rows = *GetSet(set);
+  const int* row = rows.PIntAr() + part.first - 1;
   for (int left = part.size(); left > 0; left -= CsvRowWriter::kBlockRows) {
     const int count = std::min(left, CsvRowWriter::kBlockRows);
     for (int i = 0; i < writer.columns(); ++i) {
-      const int* const pointers = writer.column(i).filter().PVL->PIntAr();
-      std::transform(rows, rows + count, writer.numbers(i), [=](int row) { return pointers[row]; });
+      const TIntArray& pointers = *writer.column(i).filter().PVL;
+      std::transform(row, row + count, writer.numbers(i),
+                     [numbers = pointers.PIntAr()](int r) { return numbers[r]; });
     }
     writer.put_rows(count);
-    rows += count;
+    row += count;
   }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "import/errlog.h"
+#include "import/plain_text_parser.h"
 
 namespace qxe {
 
@@ -195,7 +196,6 @@ const char* DelimitedParser<N>::parse_line(Finder& finder, const char* line, con
   }
 }
 
-/// Returns the delimiter behind the cell, or the end.
 template <int N>
 inline const char* DelimitedParser<N>::parse_cell(Finder& finder, const char* begin,
                                                   const char* end, Cell& cell, int& status) {
@@ -221,6 +221,25 @@ const char* DelimitedParser<N>::parseQuoted(Finder& finder, const char* begin, c
 
 template class DelimitedParser<1>;
 template class DelimitedParser<5>;
+
+void CValueListParser::parse_lines(const char* begin, const char* end) {
+  constexpr char kEndMark = '\xff';  // in front of a value: the list ends here
+  Finder finder(begin, end, delimiters());
+  for (const char* value = begin; value < end && *value != kEndMark;) {
+    int status = 0;
+    const char* stop = parse_cell(finder, value, end, cell(0), status);
+    if (status < 0) {
+      finder.seek(stop);
+      stop = finder.next();
+    } else {
+      take_row(stop);
+    }
+    value = stop + 1;
+    if (value != end || *stop != ',') continue;
+    cell(0) = {value, 0};  // what a last comma separates
+    take_row(end);
+  }
+}
 
 CUSRParser::CUSRParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors)
     : DelimitedParser(layout, file, errors,
@@ -259,7 +278,8 @@ std::unique_ptr<CTextParser> make_parser(const DataLayout& layout, const std::st
     case FileType::kTab: return std::make_unique<CTABParser>(layout, file, errors);
     case FileType::kFix: return std::make_unique<CFixedLengthParser>(layout, file, errors);
     case FileType::kUser: return std::make_unique<CUSRParser>(layout, file, errors);
-    default: return std::make_unique<CCSVParser>(layout, file, errors);
+    case FileType::kCsv: return std::make_unique<CCSVParser>(layout, file, errors);
+    default: return std::make_unique<CPlainTextParser>(layout, file, errors);
   }
 }
 

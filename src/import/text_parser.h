@@ -37,6 +37,8 @@ class CTextParser : NonCopyable {
   /// Notes a value that does not convert.
   virtual void data_fault(const Cell& cell, int column, int line);
 
+  const std::string& file() const { return file_; }
+  CatalogErrorInfo& errors() { return errors_; }
   int inputs() const { return static_cast<int>(layout_.inputs.size()); }
   bool at_data_end(const char* place) const { return place == data_end_; }
   /// Place of the present line's cell of an input field.
@@ -99,14 +101,17 @@ class DelimitedParser : public CTextParser {
       : CTextParser(layout, file, errors), delimiters_(delimiters) {}
 
  protected:
-  void parse_lines(const char* begin, const char* end) override;
-
- private:
   using Finder = DelimiterFinder<N + 1>;
 
-  const char* parse_line(Finder& finder, const char* line, const char* end);
+  void parse_lines(const char* begin, const char* end) override;
+  /// Returns the delimiter behind the cell, or the end. After a negative status the result is a
+  /// place in the cell's line.
   const char* parse_cell(Finder& finder, const char* begin, const char* end, Cell& cell,
                          int& status);
+  const Delimiters<N>& delimiters() const { return delimiters_; }
+
+ private:
+  const char* parse_line(Finder& finder, const char* line, const char* end);
   const char* parseQuoted(Finder& finder, const char* begin, const char* end, Cell& cell,
                           int& status);
 
@@ -123,6 +128,16 @@ class CTABParser : public DelimitedParser<1> {
  public:
   CTABParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors)
       : DelimitedParser(layout, file, errors, {'\t', '\n'}) {}
+};
+
+/// A list of values for the only column: commas and line ends separate them alike, and each is a
+/// row. A value that breaks the rules of quoting or is too long is left out.
+class CValueListParser : public CCSVParser {
+ public:
+  using CCSVParser::CCSVParser;
+
+ protected:
+  void parse_lines(const char* begin, const char* end) override;
 };
 
 /// Five separators of the user's choice.

@@ -36,8 +36,8 @@
   task(QX_MPP_SEARCH_NVALUES, "Parallel Search NValuesfunction", mpp_search_nvalues) \
   unused(QX_MPP_SUMMARY_MEASURE, "Parallel Summary Measure") \
   unused(QX_MPP_SUMMARY_UNIQUE, "Parallel Summary Unique") \
-  unused(QX_MPP_TXT_PARSE, "Parallel Text Parser") \
-  unused(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique") \
+  task(QX_MPP_TXT_PARSE, "Parallel Text Parser", mpp_text_parser) \
+  task(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique", mpp_extract_unique) \
   unused(QX_MPP_FLAG_SET, "Parallel Flag  setting") \
   unused(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting") \
   unused(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable") \

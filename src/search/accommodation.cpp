@@ -41,12 +41,6 @@ void DoRenumber(TIntArray& numbers, const int* map, int size) {
   if (changes(map, size)) renumber(numbers.PIntAr(), map, {0, numbers.FArraySize});
 }
 
-void DoMppRenumber(TIntArray& numbers, const int* map, int size) {
-  if (!changes(map, size)) return;
-  SlicedTask<RenumberParams> task(QX_MPP_RENUMBER, numbers.FArraySize, ENG->rows_per_worker());
-  task.run([&](Slice slice) { return RenumberParams{numbers.PIntAr(), map, slice}; });
-}
-
 void check_lists(const TBaseArray& vl1, const TBaseArray& vl2) {
   if (vl1.GetDataType() != vl2.GetDataType()) {
     throw CQXException(report("AccommodationMain", QX_ERROR_MERGE_TYPE, "Illegal data type"));
@@ -57,22 +51,45 @@ void check_lists(const TBaseArray& vl1, const TBaseArray& vl2) {
   }
 }
 
-std::unique_ptr<TBaseArray> accommodate(TIntArray& pv1, const TBaseArray& vl1, TIntArray& pv2,
-                                        const TBaseArray& vl2, bool mpp) {
+MergedLists merge_lists(const TBaseArray& vl1, const TBaseArray& vl2, bool mpp) {
   check_lists(vl1, vl2);
-  return with_family(vl1, [&]<class Array>(const Array& first) -> std::unique_ptr<TBaseArray> {
+  return with_family(vl1, [&]<class Array>(const Array& first) {
     const int entries = std::max(vl1.FArraySize, vl2.FArraySize);
     ListMerge<Array> merge(first, static_cast<const Array&>(vl2), compile_workers(entries, mpp));
-    if (merge.same()) return nullptr;
+    MergedLists result;
+    if (merge.same()) return result;
     const auto make_values = mpp ? mpp_make_value_array : make_value_array;
-    auto merged = make_values(vl1.GetDataType(), merge.size(), as_bytes(merge.move_values()));
-    copy_type_info(vl1, *merged);
-    // Nothing fails from here on, so that both columns change or none.
-    const auto renumber_rows = mpp ? DoMppRenumber : DoRenumber;
-    renumber_rows(pv1, merge.map1(), vl1.FArraySize);
-    renumber_rows(pv2, merge.map2(), vl2.FArraySize);
-    return merged;
+    result.list = make_values(vl1.GetDataType(), merge.size(), as_bytes(merge.move_values()));
+    copy_type_info(vl1, *result.list);
+    result.map1 = merge.take_map1();
+    result.map2 = merge.take_map2();
+    return result;
   });
+}
+
+}  // namespace
+
+MergedLists MppMergeLists(const TBaseArray& vl1, const TBaseArray& vl2) {
+  return merge_lists(vl1, vl2, true);
+}
+
+void DoMppRenumber(TIntArray& numbers, const int* map, int size) {
+  if (!changes(map, size)) return;
+  SlicedTask<RenumberParams> task(QX_MPP_RENUMBER, numbers.FArraySize, ENG->rows_per_worker());
+  task.run([&](Slice slice) { return RenumberParams{numbers.PIntAr(), map, slice}; });
+}
+
+namespace {
+
+std::unique_ptr<TBaseArray> accommodate(TIntArray& pv1, const TBaseArray& vl1, TIntArray& pv2,
+                                        const TBaseArray& vl2, bool mpp) {
+  MergedLists merged = merge_lists(vl1, vl2, mpp);
+  if (merged.list == nullptr) return nullptr;
+  // Nothing fails from here on, so that both columns change or none.
+  const auto renumber_rows = mpp ? DoMppRenumber : DoRenumber;
+  renumber_rows(pv1, merged.map1.get(), vl1.FArraySize);
+  renumber_rows(pv2, merged.map2.get(), vl2.FArraySize);
+  return std::move(merged.list);
 }
 
 }  // namespace

@@ -37,6 +37,20 @@ CompiledColumn MppCompile(int WholeSize, int DataType, int Width1Unit, const voi
 bool WillBeCompiledBySorting(int DataType, int n, const void* data, _RawIntArrayRangeInfo* out);
 _RawIntArrayRangeInfo GetIntRange(int n, const int* data);
 
+/// Two value lists as one.
+struct MergedLists {
+  std::unique_ptr<TBaseArray> list;  // null: the lists were identical, and there are no maps
+  Block<int> map1;  // for each entry of the first list its number in the merged one
+  Block<int> map2;
+};
+
+/// The merge of two value lists of one type, whose row pointers have not followed yet. The merged
+/// list has the first list's attribute block, extended type and decimal info. Throws
+/// QX_ERROR_MERGE_TYPE for lists of different types.
+MergedLists MppMergeLists(const TBaseArray& vl1, const TBaseArray& vl2);
+/// Gives each row the number that `map`, which has `size` entries, has for its value.
+void DoMppRenumber(TIntArray& numbers, const int* map, int size);
+
 /// Merges two value lists of one type and renumbers both row pointer arrays. Null when the lists
 /// were identical: nothing is touched then. The merged list has the first list's attribute block,
 /// extended type and decimal info. Throws QX_ERROR_MERGE_TYPE for lists of different types.

@@ -103,8 +103,8 @@ class ListMerge {
     return merged;
   }
 
-  const int* map1() const { return first_.map.get(); }
-  const int* map2() const { return second_.map.get(); }
+  Block<int> take_map1() { return std::move(first_.map); }
+  Block<int> take_map2() { return std::move(second_.map); }
 
  private:
   /// Numbers the entries of a slice of both lists from 0; returns how many values there are.

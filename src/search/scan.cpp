@@ -1,9 +1,7 @@
 #include "search/scan.h"
 
-#include <vector>
-
-#include "parallel/mpp_memory.h"
 #include "parallel/sliced_task.h"
+#include "search/row_parts.h"
 
 namespace qxe {
 
@@ -35,54 +33,21 @@ struct MoveRecParams {
   long kept;  // out
 };
 
-/// Hits of one slice.
-struct Part {
-  const int* rows;
-  size_t bytes;
-};
-
-std::unique_ptr<TSetArray> result_like(const TSetArray& source, int capacity) {
-  auto result = std::make_unique<TSetArray>(capacity, false);
-  memcpy(result->FUserArea, source.FUserArea, sizeof result->FUserArea);
-  return result;
-}
-
-/// `room` was made for every row and touched as far as there are hits. Few of them move to a block
-/// of their own, so that the next search finds `room` in the allocator's cache; many stay.
-std::unique_ptr<TSetArray> packed(std::unique_ptr<TSetArray> room, const std::vector<Part>& parts,
-                                  int kept) {
-  if (kept >= room->FArraySize / 2) {
-    char* out = reinterpret_cast<char*>(room->PIntAr());
-    for (const Part& part : parts) {
-      memmove(out, part.rows, part.bytes);
-      out += part.bytes;
-    }
-    room->SetArraySize(kept);
-    room->AdjustMemArea();
-    return room;
-  }
-  auto result = result_like(*room, kept);
-  char* out = reinterpret_cast<char*>(result->PIntAr());
-  for (const Part& part : parts) {
-    MppMemCpy(out, part.rows, part.bytes);
-    out += part.bytes;
-  }
-  return result;
+/// A set with the attribute block of `source` and room for all its rows.
+std::unique_ptr<TSetArray> room_for(const TSetArray& source) {
+  auto room = std::make_unique<TSetArray>(source.FArraySize, false);
+  memcpy(room->FUserArea, source.FUserArea, sizeof room->FUserArea);
+  return room;
 }
 
 std::unique_ptr<TSetArray> scanned(const TSetArray& source, const Scan& scan) {
-  auto room = result_like(source, source.FArraySize);
+  auto room = room_for(source);
   int* const out = room->PIntAr();
   SlicedTask<MoveRecParams> task(QX_MPP_MOVE_REC, source.FArraySize, scan.rows_per_worker());
   task.run([&](Slice slice) { return MoveRecParams{scan, slice, out + slice.begin, 0}; });
-  std::vector<Part> parts;
-  long kept = 0;
-  for (int worker = 0; worker < task.workers(); ++worker) {
-    const MoveRecParams& done = task[worker];
-    parts.push_back({done.out, sizeof(int) * static_cast<size_t>(done.kept)});
-    kept += done.kept;
-  }
-  return packed(std::move(room), parts, static_cast<int>(kept));
+  std::vector<RowPart> parts;
+  for (int i = 0; i < task.workers(); ++i) parts.push_back({task[i].out, task[i].kept});
+  return packed_parts(std::move(room), parts);
 }
 
 ScanRows rows_of(const TSetArray& source, const int* pv) {
@@ -111,7 +76,7 @@ std::unique_ptr<TSetArray> MoveRecsForScan(const TSetArray& source, const int* p
 
 std::unique_ptr<TSetArray> MoveRecsForScanScope(const TSetArray& source, const int* keys,
                                                 const unsigned char* hits) {
-  auto room = result_like(source, source.FArraySize);
+  auto room = room_for(source);
   const int* const rows = source.PIntAr();
   int* const out = room->PIntAr();
   int kept = 0;
@@ -119,7 +84,7 @@ std::unique_ptr<TSetArray> MoveRecsForScanScope(const TSetArray& source, const i
     out[kept] = rows[i];
     kept += hits[keys[i]] != 0;
   }
-  return packed(std::move(room), {{out, sizeof(int) * static_cast<size_t>(kept)}}, kept);
+  return packed_parts(std::move(room), {{out, kept}});
 }
 
 }  // namespace qxe

@@ -44,7 +44,9 @@ uint64_t Family<TStrArray>::hash(const char* text, size_t length) {
     head = load4(text);
     tail = load4(text + length - 4);
   } else if (length > 0) {
-    const auto byte = [&](size_t i) { return static_cast<uint64_t>(static_cast<uint8_t>(text[i])); };
+    const auto byte = [&](size_t i) {
+      return static_cast<uint64_t>(static_cast<uint8_t>(text[i]));
+    };
     head = byte(0) << 16 | byte(length / 2) << 8 | byte(length - 1);
   }
   return folded_product(head ^ kFirst, tail ^ result ^ kSecond);

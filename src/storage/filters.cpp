@@ -59,18 +59,42 @@ std::unique_ptr<TFilter> TFilter::CopyFilter(int id, const char* name) const {
 
 void TFilter::adopt(Column column) {
   delete PVL;
+  PVL = column.pv.release();
+  adopt_values(std::move(column.vl));
+}
+
+void TFilter::adopt_values(std::unique_ptr<TBaseArray> vl) {
   if (!FVLBorrowed) delete VL;
   FVLBorrowed = false;
-  PVL = column.pv.release();
-  VL = column.vl.release();
+  VL = vl.release();
+}
+
+void TFilter::check_changeable() const {
+  if (!high_speed_) return;
+  throw CQXException(QX_ERROR_HIGH_SPEED_FILTER, "Cannot modify high speed search filter: %s",
+                     FFilterName);
 }
 
 void TFilter::Taint() {
-  if (high_speed_) {
-    throw CQXException(QX_ERROR_HIGH_SPEED_FILTER, "Cannot modify high speed search filter: %s",
-                       FFilterName);
-  }
+  check_changeable();
   for (TSortedSetArray* sorted : sorted_sets_) sorted->Taint();
+}
+
+void TFilter::reserve_rows(int rows) {
+  const long elements = static_cast<long>(rows) + 1;
+  if (PVL->FAllocSize < elements) PVL->SetAllocSize(elements);
+}
+
+void TFilter::insert_rows(int at, int count) {
+  const int size = PVL->FArraySize;
+  PVL->SetArraySize(size + count);
+  int* const gap = PVL->PIntAr() + at;
+  std::copy_backward(gap, PVL->PIntAr() + size, PVL->PIntAr() + size + count);
+  std::fill_n(gap, count, 0);
+  for (int i = 1; i <= FTVLUsed; ++i) {
+    const int row = TVLRow->GetInt(i);
+    if (row >= at) TVLRow->PutInt(i, row + count);
+  }
 }
 
 void TFilter::UnregisterSortedSet(TSortedSetArray* sorted) {

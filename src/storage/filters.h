@@ -35,6 +35,8 @@ class TFilter : NonCopyable {
   std::unique_ptr<TFilter> CopyFilter(int id, const char* name) const;
   /// Replaces the column's arrays; an owned old value list is deleted.
   void adopt(Column column);
+  /// Replaces the value list alone.
+  void adopt_values(std::unique_ptr<TBaseArray> vl);
 
   /// Address form: the array and index that hold the value of value number `p` (below 0: pending).
   const TBaseArray& values_of(int p) const { return p < 0 ? *TVL : *VL; }
@@ -63,12 +65,19 @@ class TFilter : NonCopyable {
   int MergeTVL(bool mpp);
   int pending() const { return FTVLUsed; }
 
+  /// Throws QX_ERROR_HIGH_SPEED_FILTER for a high-speed filter.
+  void check_changeable() const;
   /// To be called before any change of the rows or values: refuses a high-speed filter and drops
   /// the data of its sorted sets.
   void Taint();
   bool high_speed() const { return high_speed_; }
   void RegisterSortedSet(TSortedSetArray* sorted) { sorted_sets_.push_back(sorted); }
   void UnregisterSortedSet(TSortedSetArray* sorted);
+
+  /// Room for this many rows in all.
+  void reserve_rows(int rows);
+  /// Opens a gap of `count` NULL rows before row `at`. There must be room for them.
+  void insert_rows(int at, int count);
 
   long GetMemSize() const;
   long GetBorrowedSize() const;

@@ -1,5 +1,5 @@
 // The real table: it stores its own filters and sets. A member is defined in the folder of its
-// topic: filters, sets and reading here, searches and sorts in search, export in import.
+// topic: filters, sets, rows and reading here, searches and sorts in search, export in import.
 #pragma once
 
 #include "tables/tables.h"
@@ -82,8 +82,16 @@ class TRealTable : public TBaseTable {
   int ResetSetID(int next);
   TSetArray& root_set() const { return *sets_[0]; }
 
+  // Rows
+  /// Inserts `count` NULL rows before row `pos`; 0 means before row 1, beyond the end means at the
+  /// end. The new rows are in the root set alone. Returns `count` or a negative status; throws
+  /// QX_ERROR_HIGH_SPEED_FILTER. A failure leaves the table as it was.
+  int InsRows(int pos, int count);
+
   /// Positions (from 1) in a set that meet a condition.
   int SearchByRowNo(int set, int ope, int n1, int n2);
+  /// The first row of each distinct combination of the filters in a list that ends below 1.
+  int MppExtractUniqueReal(int set, const int* filters);
 
   long GetBorrowedSize() const;
 

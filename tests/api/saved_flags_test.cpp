@@ -114,6 +114,9 @@ INSTANTIATE_TEST_SUITE_P(
                      return RQXIntegratedSortByField(table.id(), 1, keys, dirs);
                    },
                    kSets},
+        ChangeCase{"ExtractUnique",
+                   [](const TestTable& table) { return RQXExtractUniqueReal(table.id(), 1, keys); },
+                   kSets},
         ChangeCase{"ChangeCurrentSet",
                    [](const TestTable& table) { return RQXChangeCurrentSetID(table.id(), 2); },
                    kNone,

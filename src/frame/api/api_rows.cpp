@@ -53,6 +53,10 @@ int QXSortByRowNo(int table, int filter, int set, int dir) {
   return plain_call([&] { return innerQXSortByRowNo(table, filter, set, dir); });
 }
 
+int QXExtractUniqueReal(int table, int set, int* filters) {
+  return plain_call([&] { return innerQXExtractUniqueReal(table, set, filters); });
+}
+
 int QXServiceSortByN(int n, int* counts, int* nonZero, int* nonZeroIndex, int* order) {
   return plain_call([&] { return innerQXServiceSortByN(n, counts, nonZero, nonZeroIndex, order); });
 }

@@ -3,6 +3,7 @@
 #include "calc/datetime.h"
 #include "frame/api/serial_layer.h"
 #include "import/catalog_import.h"
+#include "import/search_values.h"
 #include "parallel/smpengine.h"
 #include "search/sort.h"
 
@@ -86,6 +87,18 @@ int CDBParallelTask::SearchByFieldNValues(int table, int filter, int set, int co
                     });
 }
 
+int CDBTask::SearchByFieldNValuesFromCSV(int table, int filter, int set, const char* directory,
+                                         const char* file) {
+  SearchValues values;
+  const int status = with_filter({.layer = "RQXSearchByFieldNValuesFromCSV"}, table, filter,
+                                 [&](TBaseTable&, TFilter& column) {
+                                   values = getValuesFromCSV(column.data_type(), directory, file);
+                                   return 0;
+                                 });
+  if (status < 0) return status;
+  return SearchByFieldNValues(table, filter, set, values.count(), values.data());
+}
+
 // Import
 
 int CDBParallelTask::AddCatalogFile(const char* directory, const char* catalog) {
@@ -99,6 +112,26 @@ int CDBParallelTask::AddCatalogFileEx2(const char* catalogDirectory, const char*
   return with_collection(
       {.layer = "RQXAddCatalogFileEx2", .saved = &g_TFSaved}, [&](TTableCollection&) {
         return add_catalog_file_ex2(catalogDirectory, catalog, dataDirectory, dataFile, tableName);
+      });
+}
+
+int CDBParallelTask::AppendCatalogFile(int table, int rowPos, int rowCount, const char* directory,
+                                       const char* catalog) {
+  return with_real_table(
+      {.layer = "RQXAppendCatalogFile", .access = Access::kEdit, .saved = &g_TFSaved}, table,
+      [&](TRealTable& target) {
+        return append_catalog_file(target, rowPos, rowCount, directory, catalog);
+      });
+}
+
+int CDBParallelTask::AppendCatalogFileEx2(int table, int rowPos, int rowCount,
+                                          const char* catalogDirectory, const char* catalog,
+                                          const char* dataDirectory, const char* dataFile) {
+  return with_real_table(
+      {.layer = "RQXAppendCatalogFileEx2", .access = Access::kEdit, .saved = &g_TFSaved}, table,
+      [&](TRealTable& target) {
+        return append_catalog_file_ex2(target, rowPos, rowCount, catalogDirectory, catalog,
+                                       dataDirectory, dataFile);
       });
 }
 

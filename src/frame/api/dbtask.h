@@ -39,9 +39,17 @@ class CDBTask : NonCopyable {
                                 const char* dataDirectory, const char* dataFile,
                                 const char* tableName) = 0;
   virtual int IntegratedSortByField(int table, int set, const int* filters, const int* dirs) = 0;
+  virtual int AppendCatalogFile(int table, int rowPos, int rowCount, const char* directory,
+                                const char* catalog) = 0;
+  virtual int AppendCatalogFileEx2(int table, int rowPos, int rowCount,
+                                   const char* catalogDirectory, const char* catalog,
+                                   const char* dataDirectory, const char* dataFile) = 0;
   virtual int SearchByFieldNValues(int table, int filter, int set, int count,
                                    const void* values) = 0;
 
+  /// Searches for the values in a text file.
+  int SearchByFieldNValuesFromCSV(int table, int filter, int set, const char* directory,
+                                  const char* file);
   /// Takes the oldest failure out of the ring: 1, or 0 when there is none.
   int GetErrorLog(int* time, char* apiName, int* code, char* message);
   /// Fraction of the day of a text that must be a time as a whole.
@@ -79,6 +87,11 @@ class CDBParallelTask : public CDBTask {
                         const char* dataDirectory, const char* dataFile,
                         const char* tableName) override;
   int IntegratedSortByField(int table, int set, const int* filters, const int* dirs) override;
+  int AppendCatalogFile(int table, int rowPos, int rowCount, const char* directory,
+                        const char* catalog) override;
+  int AppendCatalogFileEx2(int table, int rowPos, int rowCount, const char* catalogDirectory,
+                           const char* catalog, const char* dataDirectory,
+                           const char* dataFile) override;
   int SearchByFieldNValues(int table, int filter, int set, int count, const void* values) override;
 
  private:

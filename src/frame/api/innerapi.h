@@ -97,6 +97,10 @@ int innerQXAddRealFilter2Numeric(int table, int pos, const char* name, int type,
                                  void* data, const char* dir, const char* file,
                                  const NumericInfo& info);
 
+// Rows from a file
+int innerQXAppendRealFilter2(int table, int filter, int type, int pos, int rows, const char* dir,
+                             const char* file);
+
 // Scale and rounding of decimals
 /// 0, or QX_ERROR_PARAMETER after logging under `layer`.
 int check_numeric_info(const char* layer, const NumericInfo* info);
@@ -139,6 +143,7 @@ int innerQXSearch(int table, int filter, int set, const unsigned char* flags);
 // Sorts
 int innerQXSortByField(int table, int filter, int set, int dir);
 int innerQXSortByRowNo(int table, int filter, int set, int dir);
+int innerQXExtractUniqueReal(int table, int set, const int* filters);
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order);
 
 /// Copies the attribute block whose address `get(&area)` finds.

@@ -1,4 +1,4 @@
-// Serial layer: sorts. Each makes a new set and returns its id.
+// Serial layer: sorts and the extraction of first rows. Each makes a new set and returns its id.
 #include "frame/api/innerapi.h"
 #include "frame/api/serial_layer.h"
 #include "search/sort.h"
@@ -28,6 +28,12 @@ int innerQXSortByField(int table, int filter, int set, int dir) {
 int innerQXSortByRowNo(int table, int filter, int set, int dir) {
   return sort_rows("QXSortByRowNo", table, dir,
                    [&](TBaseTable& target) { return target.SortByRecNo(filter, set, dir); });
+}
+
+int innerQXExtractUniqueReal(int table, int set, const int* filters) {
+  return with_real_table(
+      {.layer = "QXExtractUniqueReal", .saved = &g_TFSSaved}, table,
+      [&](TRealTable& target) { return target.MppExtractUniqueReal(set, filters); });
 }
 
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order) {

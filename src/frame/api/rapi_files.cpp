@@ -16,6 +16,20 @@ int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, const char
   });
 }
 
+int RQXAppendCatalogFile(int table, int rowPos, int rowCount, const char* dir,
+                         const char* catalog) {
+  return guarded_call(
+      __func__, [&] { return DBTASK()->AppendCatalogFile(table, rowPos, rowCount, dir, catalog); });
+}
+
+int RQXAppendCatalogFileEx2(int table, int rowPos, int rowCount, const char* catalogDir,
+                            const char* catalog, const char* dataDir, const char* dataFile) {
+  return guarded_call(__func__, [&] {
+    return DBTASK()->AppendCatalogFileEx2(table, rowPos, rowCount, catalogDir, catalog, dataDir,
+                                          dataFile);
+  });
+}
+
 int RQXExportAsCSV(int table, int set, const int* filters, int rowFrom, int rowTo, const char* dir,
                    const char* file, char dateSep) {
   return guarded_call(__func__, [&] {

@@ -69,6 +69,13 @@ int RQXAddRealFilter2Numeric(int table, int pos, const char* name, int type, int
   });
 }
 
+int RQXAppendRealFilter2(int table, int filter, int type, int pos, int rows, const char* dir,
+                         const char* file) {
+  return pass_through_call(__func__, [&] {
+    return innerQXAppendRealFilter2(table, filter, type, pos, rows, dir, file);
+  });
+}
+
 int RQXSetFilterName(int table, int filter, const char* name) {
   return pass_through_call(__func__, [&] { return innerQXSetFilterName(table, filter, name); });
 }

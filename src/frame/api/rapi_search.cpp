@@ -38,6 +38,13 @@ int RQXSearchByFieldNValues(int table, int filter, int set, int count, void* val
       __func__, [&] { return DBTASK()->SearchByFieldNValues(table, filter, set, count, values); });
 }
 
+int RQXSearchByFieldNValuesFromCSV(int table, int filter, int set, const char* dir,
+                                   const char* fileName) {
+  return guarded_call(__func__, [&] {
+    return DBTASK()->SearchByFieldNValuesFromCSV(table, filter, set, dir, fileName);
+  });
+}
+
 int RQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2) {
   return pass_through_call(__func__,
                            [&] { return innerQXSearchByRowNo(table, filter, set, ope, n1, n2); });
@@ -61,4 +68,8 @@ int RQXSortByRowNo(int table, int filter, int set, int dir) {
 int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs) {
   return guarded_call(__func__,
                       [&] { return DBTASK()->IntegratedSortByField(table, set, filters, dirs); });
+}
+
+int RQXExtractUniqueReal(int table, int set, int* filters) {
+  return pass_through_call(__func__, [&] { return innerQXExtractUniqueReal(table, set, filters); });
 }
