@@ -307,18 +307,16 @@ void delete_table(const Base&, int table) {
   if (table >= 0) require(RQXDeleteTable(table), "RQXDeleteTable");
 }
 
-/// Lines for several workers: each range has a page at least. Every 40th is as `bad`.
+/// Lines for several workers: each range has a page at least. Every 20th is as `bad`.
 std::string lines_of_data(const std::string& bad) {
+  const std::string long_text(100, 'x');
   std::string text;
-  for (int i = 0; i < 300; ++i) {
-    const std::string number = std::to_string(i % 50);
-    if (!bad.empty() && i % 40 == 39) {
-      text += bad;
-    } else {
-      text += number + ",1." + number + ",2024/3/" + std::to_string(1 + i % 28) +
-              ",12:00:" + std::to_string(i % 60) + ",\"name \"\"" + number +
-              "\"\"\",2024/1/1 1:2:3,-" + number + ".25\n";
-    }
+  for (int i = 0; i < 100; ++i) {
+    const std::string number = std::to_string(i % 30);
+    text += number + ",1." + number + ",2024/3/" + std::to_string(1 + i % 28) + ",12:00:" + number;
+    text += i % 10 == 0 ? ",\"a \"\"" + number + "\"\"\"," : "," + long_text + number + ",";
+    text += "2024/1/1 1:2:" + number + ",-" + number + ".25\n";
+    if (i % 20 == 19) text += bad;
   }
   return text;
 }

@@ -135,10 +135,13 @@ int TestTable::sort(const std::vector<SortKey>& keys, int set) const {
 }
 
 Cell TestTable::cell(const std::string& column, int position, int set) const {
+  return cell_of(filter(column), set_id(set), position);
+}
+
+Cell TestTable::cell_of(int filter, int set, int position) const {
   int type = 0;
   alignas(Numeric) char bytes[kCellSize];
-  require(RQXGetData1(id_, filter(column), set_id(set), position, &type, bytes),
-          "RQXGetData1 " + column);
+  require(RQXGetData1(id_, filter, set, position, &type, bytes), "RQXGetData1");
   return read_cell(type, bytes);
 }
 
@@ -150,9 +153,10 @@ Column TestTable::column(const std::string& name, int set) const {
     require(RQXGetNumericInfo(id_, id, &info, nullptr, false), "RQXGetNumericInfo");
     column.scale = info.scale;
   }
-  const int size = require(RQXGetSetSize(id_, set_id(set)), "RQXGetSetSize");
+  const int rows = set_id(set);
+  const int size = require(RQXGetSetSize(id_, rows), "RQXGetSetSize");
   for (int position = 1; position <= size; ++position) {
-    column.cells.push_back(cell(name, position, set));
+    column.cells.push_back(cell_of(id, rows, position));
   }
   return column;
 }

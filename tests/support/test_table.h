@@ -56,6 +56,7 @@ class TestTable {
   explicit TestTable(int id) : id_(id) {}
   void add_column(const NamedColumn& named) const;
   int type_of(int filter) const;
+  Cell cell_of(int filter, int set, int position) const;
 
   int id_;
 };

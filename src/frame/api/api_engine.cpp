@@ -7,11 +7,15 @@
 using namespace qxe;  // NOLINT(google-build-using-namespace): the bodies of a boundary
 
 int QXGetVersion(int** version, char** copyright) {
-  return plain_call([&] { return innerQXGetVersion(version, copyright); });
+  return plain_call(__func__, {version, copyright},
+                    [&] { return innerQXGetVersion(version, copyright); });
 }
 
 int QXGetErrorLog(int* time, char** apiName, int* code, char** message) {
-  return plain_call([&] { return innerQXGetErrorLog(time, *apiName, code, *message); });
+  return plain_call(__func__, {time, apiName, code, message}, [&] {
+    const int status = check_required("QXGetErrorLog", {*apiName, *message});
+    return status < 0 ? status : innerQXGetErrorLog(time, *apiName, code, *message);
+  });
 }
 
 int QXLogInit(int option, const char* file) {
@@ -35,19 +39,20 @@ int QXSetSavedFlag(int sets, int tables, int settings) {
 }
 
 int QXGetSavedFlag(int* sets, int* tables, int* settings) {
-  return plain_call([&] { return innerQXGetSavedFlag(sets, tables, settings); });
+  return plain_call(__func__, {sets, tables, settings},
+                    [&] { return innerQXGetSavedFlag(sets, tables, settings); });
 }
 
 int QXStrToTime(const char* text, double* out) {
-  return plain_call([&] { return innerQXStrToTime(text, out); });
+  return plain_call(__func__, {text, out}, [&] { return innerQXStrToTime(text, out); });
 }
 
 int QXStrToInt(const char* text, int* out) {
-  return plain_call([&] { return innerQXStrToInt(text, out); });
+  return plain_call(__func__, {text, out}, [&] { return innerQXStrToInt(text, out); });
 }
 
 int QXStrToFloat(const char* text, double* out) {
-  return plain_call([&] { return innerQXStrToFloat(text, out); });
+  return plain_call(__func__, {text, out}, [&] { return innerQXStrToFloat(text, out); });
 }
 
 int QXFreeMem(void** memory) {

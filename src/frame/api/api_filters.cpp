@@ -10,7 +10,7 @@ int QXGetNFilter(int table) {
 }
 
 int QXGetFilterIDList(int table, int* out) {
-  return plain_call([&] { return innerQXGetFilterIDList(table, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetFilterIDList(table, out); });
 }
 
 int QXGetFilterWidth(int table, int filter) {
@@ -22,11 +22,12 @@ int QXGetFilterType(int table, int filter) {
 }
 
 int QXGetFilter(int table, int filter, _TFilterInfo* out) {
-  return plain_call([&] { return innerQXGetFilter(table, filter, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetFilter(table, filter, out); });
 }
 
 int QXGetFilterAttr(int table, int filter, void** out, bool valueList) {
-  return plain_call([&] { return innerQXGetFilterAttr(table, filter, out, valueList); });
+  return plain_call(__func__, {out},
+                    [&] { return innerQXGetFilterAttr(table, filter, out, valueList); });
 }
 
 int QXDeleteRealFilter(int table, int filter) {
@@ -48,7 +49,7 @@ int QXSetFilterName(int table, int filter, const char* name) {
 }
 
 int QXGetFilterName(int table, int filter, char* out) {
-  return plain_call([&] { return innerQXGetFilterName(table, filter, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetFilterName(table, filter, out); });
 }
 
 int QXGetFilterIDFromName(int table, const char* name) {
@@ -56,5 +57,6 @@ int QXGetFilterIDFromName(int table, const char* name) {
 }
 
 int QXGetValCount(int table, int filter, int set, int* counts) {
-  return plain_call([&] { return innerQXGetValCount(table, filter, set, counts); });
+  return plain_call(__func__, {counts},
+                    [&] { return innerQXGetValCount(table, filter, set, counts); });
 }

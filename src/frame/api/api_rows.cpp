@@ -8,19 +8,21 @@ using namespace qxe;  // NOLINT(google-build-using-namespace): the bodies of a b
 // Rows
 
 int QXGetData(int table, int filter, int set, int pos, int* type, void* out) {
-  return plain_call([&] { return innerQXGetData(table, filter, set, pos, type, out); });
+  return plain_call(__func__, {type, out},
+                    [&] { return innerQXGetData(table, filter, set, pos, type, out); });
 }
 
 int QXGetData1(int table, int filter, int set, int pos, int* type, void* out) {
-  return plain_call([&] { return innerQXGetData1(table, filter, set, pos, type, out); });
+  return plain_call(__func__, {type, out},
+                    [&] { return innerQXGetData1(table, filter, set, pos, type, out); });
 }
 
 int QXGetRowNo(int table, int set, int pos, int* out) {
-  return plain_call([&] { return innerQXGetRowNo(table, set, pos, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetRowNo(table, set, pos, out); });
 }
 
 int QXGetRowNo1(int table, int set, int pos, int* out) {
-  return plain_call([&] { return innerQXGetRowNo1(table, set, pos, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetRowNo1(table, set, pos, out); });
 }
 
 // Searches and sorts
@@ -42,7 +44,7 @@ int QXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2) {
 }
 
 int QXSearch(int table, int filter, int set, unsigned char* flags) {
-  return plain_call([&] { return innerQXSearch(table, filter, set, flags); });
+  return plain_call(__func__, {flags}, [&] { return innerQXSearch(table, filter, set, flags); });
 }
 
 int QXSortByField(int table, int filter, int set, int dir) {
@@ -54,9 +56,11 @@ int QXSortByRowNo(int table, int filter, int set, int dir) {
 }
 
 int QXExtractUniqueReal(int table, int set, int* filters) {
-  return plain_call([&] { return innerQXExtractUniqueReal(table, set, filters); });
+  return plain_call(__func__, {filters},
+                    [&] { return innerQXExtractUniqueReal(table, set, filters); });
 }
 
 int QXServiceSortByN(int n, int* counts, int* nonZero, int* nonZeroIndex, int* order) {
-  return plain_call([&] { return innerQXServiceSortByN(n, counts, nonZero, nonZeroIndex, order); });
+  return plain_call(__func__, {if_any(n, counts), nonZero, if_any(n, nonZeroIndex)},
+                    [&] { return innerQXServiceSortByN(n, counts, nonZero, nonZeroIndex, order); });
 }

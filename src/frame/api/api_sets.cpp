@@ -22,11 +22,12 @@ int QXGetSetSize(int table, int set) {
 }
 
 int QXGetSet(int table, int set, int** out) {
-  return plain_call([&] { return innerQXGetSet(table, set, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetSet(table, set, out); });
 }
 
 int QXGetSetList(int table, int max, int* out) {
-  return plain_call([&] { return innerQXGetSetIDList(table, max, out); });
+  return plain_call(__func__, {if_any(max, out)},
+                    [&] { return innerQXGetSetIDList(table, max, out); });
 }
 
 int QXAddSetReal(int table, int count, int* rows) {
@@ -46,7 +47,7 @@ int QXChangeCurrentSetID(int table, int set) {
 }
 
 int QXGetSubsetAttr(int table, int set, void** out) {
-  return plain_call([&] { return innerQXGetSubsetAttr(table, set, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetSubsetAttr(table, set, out); });
 }
 
 int QXSetSetName(int table, int set, const char* name) {
@@ -54,5 +55,5 @@ int QXSetSetName(int table, int set, const char* name) {
 }
 
 int QXGetSetName(int table, int set, char* out) {
-  return plain_call([&] { return innerQXGetSetName(table, set, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetSetName(table, set, out); });
 }

@@ -10,11 +10,11 @@ int QXGetNTable() {
 }
 
 int QXGenerateTableName(const char* seed, char* out) {
-  return plain_call([&] { return innerQXGenerateTableName(seed, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGenerateTableName(seed, out); });
 }
 
 int QXGenTableName(const char* seed, char** out) {
-  return plain_call([&] { return innerQXGenTableName(seed, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGenTableName(seed, out); });
 }
 
 int QXAddRealTable(const char* name, int rows) {
@@ -26,11 +26,11 @@ int QXDeleteTable(int table) {
 }
 
 int QXGetTableIDList(int* out) {
-  return plain_call([&] { return innerQXGetTableIDList(out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetTableIDList(out); });
 }
 
 int QXGetTableName(int table, char* out) {
-  return plain_call([&] { return innerQXGetTableName(table, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetTableName(table, out); });
 }
 
 int QXSetTableName(int table, const char* name) {
@@ -38,7 +38,7 @@ int QXSetTableName(int table, const char* name) {
 }
 
 int QXGetTableProperty(int table, _TTableInfo* out) {
-  return plain_call([&] { return innerQXGetTableProperty(table, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXGetTableProperty(table, out); });
 }
 
 int QXGetTableIDFromName(const char* name) {
@@ -46,23 +46,24 @@ int QXGetTableIDFromName(const char* name) {
 }
 
 int QXTableCanEdit(int table, int** out) {
-  return plain_call([&] { return innerQXTableCanEdit(table, out); });
+  return plain_call(__func__, {out}, [&] { return innerQXTableCanEdit(table, out); });
 }
 
 // Memory accounting
 
 int QXGetTotalMemorySize(unsigned long* size) {
-  return plain_call([&] { return innerQXGetTotalMemorySize(size); });
+  return plain_call(__func__, {size}, [&] { return innerQXGetTotalMemorySize(size); });
 }
 
 int QXGetTableMemorySize(int table, unsigned long* size) {
-  return plain_call([&] { return innerQXGetTableMemorySize(table, size); });
+  return plain_call(__func__, {size}, [&] { return innerQXGetTableMemorySize(table, size); });
 }
 
 int QXGetFilterMemorySize(int table, int filter, unsigned long* size) {
-  return plain_call([&] { return innerQXGetFilterMemorySize(table, filter, size); });
+  return plain_call(__func__, {size},
+                    [&] { return innerQXGetFilterMemorySize(table, filter, size); });
 }
 
 int QXGetSetMemorySize(int table, int set, unsigned long* size) {
-  return plain_call([&] { return innerQXGetSetMemorySize(table, set, size); });
+  return plain_call(__func__, {size}, [&] { return innerQXGetSetMemorySize(table, set, size); });
 }

@@ -51,6 +51,13 @@ void unlock_after_fork() {
   if (lock_is_for_fork) qx_mutex.unlock();
 }
 
+int check_required(const char* name, Required pointers) {
+  for (const void* const pointer : pointers) {
+    if (pointer == nullptr) return report(name, QX_ERROR_PARAMETER, "Invalid Parameter : NULL");
+  }
+  return 0;
+}
+
 int status_of_failure(const char* name) {
   try {
     throw;

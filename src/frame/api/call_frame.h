@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <initializer_list>
 #include <mutex>
 
 #include "frame/base/exception.h"
@@ -42,6 +43,17 @@ void record_call_name(const char (&name)[N]) {
 /// Status of the exception being handled. One of ours becomes a ring entry under `name`.
 int status_of_failure(const char* name);
 
+/// Pointers that the caller of an exported function must give.
+using Required = std::initializer_list<const void*>;
+
+/// What stands for a buffer that a call does not touch when it is to hold nothing.
+inline const void* if_any(int count, const void* buffer) {
+  return count > 0 ? buffer : &FUNC_NAME_EX;
+}
+
+/// QX_ERROR_PARAMETER with an entry under `name` when a pointer is null, else 0.
+int check_required(const char* name, Required pointers);
+
 /// Turns every exception of `body` into a status.
 template <class Body>
 int guarded(const char* name, Body&& body) {
@@ -70,11 +82,23 @@ decltype(auto) pass_through_call(const char (&name)[N], Body&& body) {
   return body();
 }
 
+template <size_t N, class Body>
+int pass_through_call(const char (&name)[N], Required pointers, Body&& body) {
+  ExportedCall call(name);
+  const int status = check_required(name, pointers);
+  return status < 0 ? status : body();
+}
+
 /// Exceptions become a status and an entry under the exported name.
 template <size_t N, class Body>
 int guarded_call(const char (&name)[N], Body&& body) {
   ExportedCall call(name);
   return guarded(name, body);
+}
+
+template <size_t N, class Body>
+int guarded_call(const char (&name)[N], Required pointers, Body&& body) {
+  return pass_through_call(name, pointers, [&] { return guarded(name, body); });
 }
 
 /// As guarded_call, and a negative status leaves an entry without text under the exported name.
@@ -83,11 +107,24 @@ int raising_call(const char (&name)[N], Body&& body) {
   return guarded_call(name, [&] { return raised(body()); });
 }
 
+template <size_t N, class Body>
+int raising_call(const char (&name)[N], Required pointers, Body&& body) {
+  return guarded_call(name, pointers, [&] { return raised(body()); });
+}
+
 /// The frame of the plain family and of the convenience forms that reach the engine directly.
 template <class Body>
 decltype(auto) plain_call(Body&& body) {
   const std::lock_guard<std::mutex> lock(qx_mutex);
   return body();
+}
+
+template <class Body>
+int plain_call(const char* name, Required pointers, Body&& body) {
+  return plain_call([&] {
+    const int status = check_required(name, pointers);
+    return status < 0 ? status : body();
+  });
 }
 
 }  // namespace qxe

@@ -55,7 +55,8 @@ const char* RQXGetData1Cnv2StrR1(int table, int filter, int set, int pos) {
 }
 
 const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo* info) {
-  return plain_call([&] { return decimal_text(*value, *info); });
+  return plain_call(
+      [&] { return value == nullptr || info == nullptr ? "" : decimal_text(*value, *info); });
 }
 
 const char* RQXDouble2DateStrR1(double serial) {

@@ -72,5 +72,6 @@ const char* RQXGetSetNameR1(int table, int set) {
 }
 
 int RQXGetNumericInfoR1(int table, int filter, NumericInfo* info) {
-  return plain_call([&] { return innerQXGetNumericInfo(table, filter, info, nullptr); });
+  return plain_call(__func__, {info},
+                    [&] { return innerQXGetNumericInfo(table, filter, info, nullptr); });
 }

@@ -48,6 +48,11 @@ const char* read_text(ReadFunction read, int table, int filter, int set, int pos
 /// Deliberate: a read that fails returns with the engine still locked.
 int read_decimal(const char* layer, int table, int filter, int set, int pos, Numeric* out) {
   mutex_lock();
+  const int missing = check_required(layer, {out});
+  if (missing < 0) {
+    mutex_unlock();
+    return missing;
+  }
   TBaseTable* const target = collection().GetTable(table);
   if (target == nullptr) {
     const int status = report(layer, QX_ERROR_NO_TABLE, "No Such Table: %d", table);
@@ -69,9 +74,12 @@ int read_decimal(const char* layer, int table, int filter, int set, int pos, Num
 
 // Blocks
 
-/// 0 for a column whose type `fits`, else its status or QX_ERROR_TYPE_MISMATCH.
-int check_type(const char* name, int table, int filter, bool (*fits)(int)) {
-  return plain_call([&] {
+/// 0 for a column whose type `fits`, else its status or QX_ERROR_TYPE_MISMATCH. Clears the count of
+/// the block's rows first.
+int begin_block(const char* name, Required pointers, int* count, int table, int filter,
+                bool (*fits)(int)) {
+  return plain_call(name, pointers, [&] {
+    *count = 0;
     const int type = filter == QX_FLT_ROWNO ? QX_DT_INTEGER : innerQXGetFilterType(table, filter);
     if (type < 0 || fits(type)) return std::min(type, 0);
     return report(name, QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d", type);
@@ -130,22 +138,19 @@ int RQXGetData1NumericR1(int table, int filter, int set, int pos, Numeric* out) 
 }
 
 int RQXGetData1MIntR1(int table, int filter, int set, int first, int* count, int* values) {
-  *count = 0;
-  const int status =
-      check_type(__func__, table, filter, [](int type) { return type == QX_DT_INTEGER; });
+  const int status = begin_block(__func__, {count, values}, count, table, filter,
+                                 [](int type) { return type == QX_DT_INTEGER; });
   return status < 0 ? status : read_numbers(table, filter, set, first, count, values);
 }
 
 int RQXGetData1MDblR1(int table, int filter, int set, int first, int* count, double* values) {
-  *count = 0;
-  const int status = check_type(__func__, table, filter, is_double_type);
+  const int status = begin_block(__func__, {count, values}, count, table, filter, is_double_type);
   return status < 0 ? status : read_numbers(table, filter, set, first, count, values);
 }
 
 int RQXGetData1MNumericR1(int table, int filter, int set, int first, int* count, Numeric* values) {
-  *count = 0;
-  const int status =
-      check_type(__func__, table, filter, [](int type) { return type == QX_DT_DECIMAL; });
+  const int status = begin_block(__func__, {count, values}, count, table, filter,
+                                 [](int type) { return type == QX_DT_DECIMAL; });
   if (status < 0) return status;
   return plain_call(
       [&] { return innerQXGetData1MNumeric(table, filter, set, first, count, values); });
@@ -153,9 +158,8 @@ int RQXGetData1MNumericR1(int table, int filter, int set, int first, int* count,
 
 int RQXGetData1MStrR1(int table, int filter, int set, int first, int* count, int* offsets,
                       char* strings) {
-  *count = 0;
-  const int status =
-      check_type(__func__, table, filter, [](int type) { return type == QX_DT_STRING; });
+  const int status = begin_block(__func__, {count, offsets, strings}, count, table, filter,
+                                 [](int type) { return type == QX_DT_STRING; });
   if (status < 0) return status;
   int block[256];
   int type = 0;

@@ -10,7 +10,7 @@
 using namespace qxe;  // NOLINT(google-build-using-namespace): the bodies of a boundary
 
 int RQXGetVersion(int version[4], char* copyright) {
-  return guarded_call(__func__, [&] {
+  return guarded_call(__func__, {version, copyright}, [&] {
     int* numbers = nullptr;
     char* text = nullptr;
     const int status = innerQXGetVersion(&numbers, &text);
@@ -21,7 +21,7 @@ int RQXGetVersion(int version[4], char* copyright) {
 }
 
 int RQXGetErrorLog(int* time, char* apiName, int* code, char* message) {
-  return pass_through_call(__func__,
+  return pass_through_call(__func__, {time, apiName, code, message},
                            [&] { return innerQXGetErrorLog(time, apiName, code, message); });
 }
 
@@ -49,11 +49,12 @@ int RQXReInitializeMS() {
 }
 
 int RQXGetEnvironment(_TREnvironment* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetEnvironment(out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGetEnvironment(out); });
 }
 
 int RQXGetSystemMemInfo(unsigned long* total, unsigned long* available) {
-  return pass_through_call(__func__, [&] { return innerQXGetSystemMemInfo(total, available); });
+  return pass_through_call(__func__, {total, available},
+                           [&] { return innerQXGetSystemMemInfo(total, available); });
 }
 
 int RQXSetKanjiCode(int localeId) {
@@ -73,11 +74,12 @@ int RQXSetSavedFlag(int sets, int tables, int settings) {
 }
 
 int RQXGetSavedFlag(int* sets, int* tables, int* settings) {
-  return pass_through_call(__func__, [&] { return innerQXGetSavedFlag(sets, tables, settings); });
+  return pass_through_call(__func__, {sets, tables, settings},
+                           [&] { return innerQXGetSavedFlag(sets, tables, settings); });
 }
 
 int RQXStrToTime(const char* text, double* out) {
-  return pass_through_call(__func__, [&] { return innerQXStrToTime(text, out); });
+  return pass_through_call(__func__, {text, out}, [&] { return innerQXStrToTime(text, out); });
 }
 
 // Deliberate: services that a client may ask for and the engine does not have. No lock, no effect.
@@ -95,7 +97,7 @@ int RQXGetNamingServiceIdentity(char* /*out*/) {
 }
 
 int RQXGetServerIPAddress(char* out) {
-  *out = '\0';
+  if (out != nullptr) *out = '\0';
   return 0;
 }
 

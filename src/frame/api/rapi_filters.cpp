@@ -10,7 +10,7 @@ int RQXGetNFilter(int table) {
 }
 
 int RQXGetFilterIDList(int table, int* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetFilterIDList(table, out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGetFilterIDList(table, out); });
 }
 
 int RQXGetFilterWidth(int table, int filter) {
@@ -22,27 +22,30 @@ int RQXGetFilterType(int table, int filter) {
 }
 
 int RQXGetFilterInfo(int table, int filter, _TRFilterInfo* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetFilterInfo(table, filter, out); });
+  return pass_through_call(__func__, {out},
+                           [&] { return innerQXGetFilterInfo(table, filter, out); });
 }
 
 int RQXGetFilterBody(int table, int filter, _TRFilterBody* body) {
-  return pass_through_call(__func__, [&] { return innerQXGetFilterBody(table, filter, body); });
+  return pass_through_call(__func__, {body},
+                           [&] { return innerQXGetFilterBody(table, filter, body); });
 }
 
 int RQXGetAllFilterInfo(int table, int max, int* count, _TRFilterInfo* infos, char (*names)[64]) {
-  return pass_through_call(
-      __func__, [&] { return innerQXGetAllFilterInfo(table, max, count, infos, names); });
+  return pass_through_call(__func__, {count, if_any(max, infos)}, [&] {
+    return innerQXGetAllFilterInfo(table, max, count, infos, names);
+  });
 }
 
 int RQXGetFilterAttr(int table, int filter, void* out, bool valueList) {
-  return pass_through_call(__func__, [&] {
+  return pass_through_call(__func__, {out}, [&] {
     return copy_area(
         out, [&](void** area) { return innerQXGetFilterAttr(table, filter, area, valueList); });
   });
 }
 
 int RQXSetFilterAttr(int table, int filter, const void* in, bool valueList) {
-  return pass_through_call(__func__,
+  return pass_through_call(__func__, {in},
                            [&] { return innerQXSetFilterAttr(table, filter, in, valueList); });
 }
 
@@ -81,7 +84,8 @@ int RQXSetFilterName(int table, int filter, const char* name) {
 }
 
 int RQXGetFilterName(int table, int filter, char* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetFilterName(table, filter, out); });
+  return pass_through_call(__func__, {out},
+                           [&] { return innerQXGetFilterName(table, filter, out); });
 }
 
 int RQXGetFilterIDFromName(int table, const char* name) {
@@ -98,6 +102,6 @@ int RQXSetNumericInfo(int table, int filter, NumericInfo* info, bool /*unused*/)
 }
 
 int RQXGetNumericInfo(int table, int filter, NumericInfo* info, char* name, bool /*unused*/) {
-  return pass_through_call(__func__,
+  return pass_through_call(__func__, {info},
                            [&] { return innerQXGetNumericInfo(table, filter, info, name); });
 }

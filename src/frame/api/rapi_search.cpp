@@ -34,8 +34,9 @@ int RQXSearchByFieldLocale(int table, int filter, int set, int ope, char* value1
 }
 
 int RQXSearchByFieldNValues(int table, int filter, int set, int count, void* values) {
-  return guarded_call(
-      __func__, [&] { return DBTASK()->SearchByFieldNValues(table, filter, set, count, values); });
+  return guarded_call(__func__, {if_any(count, values)}, [&] {
+    return DBTASK()->SearchByFieldNValues(table, filter, set, count, values);
+  });
 }
 
 int RQXSearchByFieldNValuesFromCSV(int table, int filter, int set, const char* dir,
@@ -66,10 +67,11 @@ int RQXSortByRowNo(int table, int filter, int set, int dir) {
 }
 
 int RQXIntegratedSortByField(int table, int set, int* filters, int* dirs) {
-  return guarded_call(__func__,
+  return guarded_call(__func__, {filters, dirs},
                       [&] { return DBTASK()->IntegratedSortByField(table, set, filters, dirs); });
 }
 
 int RQXExtractUniqueReal(int table, int set, int* filters) {
-  return pass_through_call(__func__, [&] { return innerQXExtractUniqueReal(table, set, filters); });
+  return pass_through_call(__func__, {filters},
+                           [&] { return innerQXExtractUniqueReal(table, set, filters); });
 }

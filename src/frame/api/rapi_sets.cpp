@@ -22,15 +22,18 @@ int RQXGetSetSize(int table, int set) {
 }
 
 int RQXGetSet(int table, int set, int* count, int max, int* out) {
-  return pass_through_call(__func__, [&] { return innerQXCopySet(table, set, count, max, out); });
+  return pass_through_call(__func__, {count, if_any(max, out)},
+                           [&] { return innerQXCopySet(table, set, count, max, out); });
 }
 
 int RQXGetSetList(int table, int max, int* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetSetIDList(table, max, out); });
+  return pass_through_call(__func__, {if_any(max, out)},
+                           [&] { return innerQXGetSetIDList(table, max, out); });
 }
 
 int RQXGetSetIDList(int table, int max, int* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetSetIDList(table, max, out); });
+  return pass_through_call(__func__, {if_any(max, out)},
+                           [&] { return innerQXGetSetIDList(table, max, out); });
 }
 
 int RQXAddSetReal(int table, int count, int* rows) {
@@ -54,13 +57,13 @@ int RQXResetSetID(int table, int next) {
 }
 
 int RQXGetSubsetAttr(int table, int set, void* out) {
-  return pass_through_call(__func__, [&] {
+  return pass_through_call(__func__, {out}, [&] {
     return copy_area(out, [&](void** area) { return innerQXGetSubsetAttr(table, set, area); });
   });
 }
 
 int RQXSetSubsetAttr(int table, int set, const void* in) {
-  return pass_through_call(__func__, [&] { return innerQXSetSubsetAttr(table, set, in); });
+  return pass_through_call(__func__, {in}, [&] { return innerQXSetSubsetAttr(table, set, in); });
 }
 
 int RQXSetSetName(int table, int set, const char* name) {
@@ -68,5 +71,5 @@ int RQXSetSetName(int table, int set, const char* name) {
 }
 
 int RQXGetSetName(int table, int set, char* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetSetName(table, set, out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGetSetName(table, set, out); });
 }

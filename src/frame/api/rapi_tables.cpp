@@ -11,11 +11,11 @@ int RQXGetNTable() {
 }
 
 int RQXGenerateTableName(const char* seed, char* out) {
-  return pass_through_call(__func__, [&] { return innerQXGenerateTableName(seed, out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGenerateTableName(seed, out); });
 }
 
 int RQXGenTableName(const char* seed, char* out) {
-  return pass_through_call(__func__, [&] { return innerQXGenerateTableName(seed, out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGenerateTableName(seed, out); });
 }
 
 int RQXAddRealTable(const char* name, int rows) {
@@ -27,11 +27,11 @@ int RQXDeleteTable(int table) {
 }
 
 int RQXGetTableIDList(int* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetTableIDList(out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGetTableIDList(out); });
 }
 
 int RQXGetTableName(int table, char* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetTableName(table, out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGetTableName(table, out); });
 }
 
 int RQXSetTableName(int table, const char* name) {
@@ -39,7 +39,7 @@ int RQXSetTableName(int table, const char* name) {
 }
 
 int RQXGetTableProperty(int table, _TTableInfo* out) {
-  return pass_through_call(__func__, [&] { return innerQXGetTableProperty(table, out); });
+  return pass_through_call(__func__, {out}, [&] { return innerQXGetTableProperty(table, out); });
 }
 
 int RQXGetTableIDFromName(const char* name) {
@@ -47,7 +47,7 @@ int RQXGetTableIDFromName(const char* name) {
 }
 
 int RQXTableCanEdit(int table, int* out) {
-  return pass_through_call(__func__, [&] {
+  return pass_through_call(__func__, {out}, [&] {
     int* referring = nullptr;
     const int count = innerQXTableCanEdit(table, &referring);
     std::copy_n(referring, std::max(count, 0), out);
@@ -58,22 +58,25 @@ int RQXTableCanEdit(int table, int* out) {
 // Memory accounting
 
 int RQXGetTotalMemorySize(unsigned long* size) {
-  return pass_through_call(__func__, [&] { return innerQXGetTotalMemorySize(size); });
+  return pass_through_call(__func__, {size}, [&] { return innerQXGetTotalMemorySize(size); });
 }
 
 int RQXGetTotalMemorySizeWithShared(unsigned long* size) {
-  return pass_through_call(__func__, [&] { return innerQXGetTotalMemorySizeWithShared(size); });
+  return pass_through_call(__func__, {size},
+                           [&] { return innerQXGetTotalMemorySizeWithShared(size); });
 }
 
 int RQXGetTableMemorySize(int table, unsigned long* size) {
-  return pass_through_call(__func__, [&] { return innerQXGetTableMemorySize(table, size); });
+  return pass_through_call(__func__, {size},
+                           [&] { return innerQXGetTableMemorySize(table, size); });
 }
 
 int RQXGetFilterMemorySize(int table, int filter, unsigned long* size) {
-  return pass_through_call(__func__,
+  return pass_through_call(__func__, {size},
                            [&] { return innerQXGetFilterMemorySize(table, filter, size); });
 }
 
 int RQXGetSetMemorySize(int table, int set, unsigned long* size) {
-  return pass_through_call(__func__, [&] { return innerQXGetSetMemorySize(table, set, size); });
+  return pass_through_call(__func__, {size},
+                           [&] { return innerQXGetSetMemorySize(table, set, size); });
 }

@@ -80,11 +80,9 @@ int innerQXLogInit(int option, const char* file) {
   gLogOutOption = option;
   if (option != 3 || file == nullptr) return 0;
   char directory[sizeof logFile] = "";
-  if (strstr(file, "//") != nullptr || getcwd(directory, sizeof directory) == nullptr) {
-    qxe_strlcpy(logFile, file, sizeof logFile);
-  } else {
-    qxe_strlcpy(logFile, (std::string(directory) + "//" + file).c_str(), sizeof logFile);
-  }
+  const bool whole = strstr(file, "//") != nullptr;
+  if (whole || getcwd(directory, sizeof directory) == nullptr) *directory = '\0';
+  snprintf(logFile, sizeof logFile, "%s%s%s", directory, *directory == '\0' ? "" : "//", file);
   return 0;
 }
 

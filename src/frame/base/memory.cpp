@@ -46,6 +46,7 @@ class LargeBlocks {
   LargeBlocks() { cache_.reserve(kCacheLimit / kHugePage); }  // so that freeing allocates nothing
 
   void* allocate(size_t size) {
+    if (size > PTRDIFF_MAX) return nullptr;
     const size_t capacity = rounded(size);
     {
       std::lock_guard<std::mutex> guard(lock_);
