@@ -99,7 +99,7 @@
 #define QX_ERROR_FILTER_COUNT ((int)0xe0000011)
 /** A filter position or key filter that does not exist. */
 #define QX_ERROR_FILTER_INDEX ((int)0xe0000012)
-/** An array above 40,000,000,000 bytes. */
+/** An array above 40,000,000,000 bytes; decimals without room for more digits. */
 #define QX_ERROR_DATA_SIZE ((int)0xe0000015)
 /** A string above 4095 bytes. */
 #define QX_ERROR_STRING_SIZE ((int)0xe0000016)
@@ -1476,8 +1476,9 @@ QXE_API const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo*
  * Failures of all calls: QX_ERROR_FILE for a directory or file that is missing, unnamed or has a
  * name of 512 bytes or more; QX_ERROR_CATALOG for a fault in the catalog or a wrong number of
  * fields; QX_ERROR_NOT_STRING for an unknown type letter; QX_ERROR_INVALID_DATA for a value that
- * does not convert or bad quoting; QX_ERROR_TEXT_FIELD; QX_ERROR_TEXT_ROWS above 2147483647 rows;
- * QX_ERROR_TABLE_NAME; QX_ERROR_TABLE_COUNT with 10,000 tables.
+ * does not convert or bad quoting; QX_ERROR_TEXT_FIELD; QX_ERROR_TEXT_ROWS above 2147483647 rows.
+ * Failures of calls that make a table: also QX_ERROR_TABLE_NAME; QX_ERROR_TABLE_COUNT with 10,000
+ * tables.
  */
 
 /** Imports a data file as a new table. dir: directory of the catalog and of the data, which stand
