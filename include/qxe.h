@@ -1027,17 +1027,17 @@ QXE_API int RQXAddRealFilter2Numeric(int table, int pos, const char* name, int t
                                      int rounding);
 
 /** Writes rows of a one-column file into a filter: an edit, refused for a referred table
- * (QX_ERROR_REFERRED). The rows of the other filters stay, and are NULL where the table grows; so do
- * the sets, the first one excepted, which has all rows. type: that of the filter. pos, rows: as
- * rowPos and rowCount of RQXAppendCatalogFile. dir, file: for a filter of strings a binary file: for
- * each string its length in bytes as 4 bytes with the highest first, then its bytes, which end at
- * the first NUL; for other types a text file with one value a line, read as an import in stop mode
- * reads a column; decimals get the filter's own digits and rounding. Result: rows. A failed call
- * leaves the table as it was. Failures: also QX_ERROR_NO_FILTER, QX_ERROR_APPEND_TYPE for another
- * type, QX_ERROR_PARAMETER for pos 0 or negative rows, QX_ERROR_ROW_SIZE above 2147483646 rows,
- * QX_ERROR_FILE, QX_ERROR_INVALID_DATA for a line that does not convert, QX_ERROR_TEXT_FIELD for a
- * line above 4095 bytes, QX_ERROR_CATALOG for a binary file that ends inside a string or, with rows
- * above 0, is empty, QX_ERROR_HIGH_SPEED_FILTER. */
+ * (QX_ERROR_REFERRED). The rows of the other filters stay, and are NULL where the table grows; so
+ * do the sets, the first one excepted, which has all rows. type: that of the filter. pos, rows: as
+ * rowPos and rowCount of RQXAppendCatalogFile. dir, file: for a filter of strings a binary file:
+ * for each string its length in bytes as 4 bytes with the highest first, then its bytes, which end
+ * at the first NUL; for other types a text file with one value a line, read as an import in stop
+ * mode reads a column; decimals get the filter's own digits and rounding. Result: rows. A failed
+ * call leaves the table as it was. Failures: also QX_ERROR_NO_FILTER, QX_ERROR_APPEND_TYPE for
+ * another type, QX_ERROR_PARAMETER for pos 0 or negative rows, QX_ERROR_ROW_SIZE above 2147483646
+ * rows, QX_ERROR_FILE, QX_ERROR_INVALID_DATA for a line that does not convert, QX_ERROR_TEXT_FIELD
+ * for a line above 4095 bytes, QX_ERROR_CATALOG for a binary file that ends inside a string or,
+ * with rows above 0, is empty, QX_ERROR_HIGH_SPEED_FILTER. */
 QXE_API int RQXAppendRealFilter2(int table, int filter, int type, int pos, int rows,
                                  const char* dir, const char* file);
 
@@ -1304,9 +1304,9 @@ QXE_API int RQXSearchByFieldLocale(int table, int filter, int set, int ope, char
 QXE_API int RQXSearchByFieldNValues(int table, int filter, int set, int count, void* values);
 
 /** Searches rows whose value equals any of those in a text file. dir, fileName: the file, each name
- * below 512 bytes. Commas and line ends separate the values, quotes as in an import's data; an empty
- * value, also behind a last comma, is NULL and hits NULL rows, a line end at the end of the file
- * adds none. Values are not checked: a number is the one at the front of the text, or 0; an
+ * below 512 bytes. Commas and line ends separate the values, quotes as in an import's data; an
+ * empty value, also behind a last comma, is NULL and hits NULL rows, a line end at the end of the
+ * file adds none. Values are not checked: a number is the one at the front of the text, or 0; an
  * unreadable date or time is NULL; one with bad quoting or above 4095 bytes is left out. An empty
  * file gives an empty set. Failures: also QX_ERROR_FILE, QX_ERROR_DATA_TYPE for a filter of
  * decimals. */
@@ -1493,23 +1493,22 @@ QXE_API int RQXAddCatalogFileEx2(const char* catalogDir, const char* catalog, co
 /** Writes rows of a data file into a real table: an edit, refused for a referred table
  * (QX_ERROR_REFERRED). The catalog's columns go to the filters in display order and must have their
  * types; in CONTINUE mode there may be more columns, which are dropped, or more filters, which are
- * NULL in rows that are new. Decimals whose digits behind the point differ make both have the higher
- * number. rowPos: the first row to write, from 1; below 0 means behind the last row. Rows that exist
- * are overwritten; between the last row and a further rowPos come rows of NULLs. rowCount: rows to
- * write, 0 or more: the first ones of the file, and NULLs when it has fewer. Sets stay, the first
- * one excepted, which has all rows. dir, catalog: as in RQXAddCatalogFile. Result: rowCount. A failed
- * call leaves the table as it was. Failures: also QX_ERROR_PARAMETER for row 0 or a negative
- * rowCount, QX_ERROR_ROW_SIZE above 2147483646 rows, QX_ERROR_CATALOG for another number of columns,
- * QX_ERROR_MERGE_TYPE for another type, QX_ERROR_DATA_SIZE for a decimal without room for the higher
- * number of digits, QX_ERROR_HIGH_SPEED_FILTER. */
+ * NULL in rows that are new. Decimals whose digits behind the point differ make both have the
+ * higher number. rowPos: the first row to write, from 1; below 0 means behind the last row. Rows
+ * that exist are overwritten; between the last row and a further rowPos come rows of NULLs.
+ * rowCount: rows to write, 0 or more: the first ones of the file, and NULLs when it has fewer. Sets
+ * stay, the first one excepted, which has all rows. dir, catalog: as in RQXAddCatalogFile. Result:
+ * rowCount. A failed call leaves the table as it was. Failures: also QX_ERROR_PARAMETER for row 0
+ * or a negative rowCount, QX_ERROR_ROW_SIZE above 2147483646 rows, QX_ERROR_CATALOG for another
+ * number of columns, QX_ERROR_MERGE_TYPE for another type, QX_ERROR_DATA_SIZE for a decimal without
+ * room for the higher number of digits, QX_ERROR_HIGH_SPEED_FILTER. */
 QXE_API int RQXAppendCatalogFile(int table, int rowPos, int rowCount, const char* dir,
                                  const char* catalog);
 
 /** RQXAppendCatalogFile with the data file given. catalogDir, catalog: the catalog. dataDir,
  * dataFile: the data. */
 QXE_API int RQXAppendCatalogFileEx2(int table, int rowPos, int rowCount, const char* catalogDir,
-                                    const char* catalog, const char* dataDir,
-                                    const char* dataFile);
+                                    const char* catalog, const char* dataDir, const char* dataFile);
 
 /*
  * Export

@@ -1,5 +1,6 @@
 #include "import/catalog_text.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -57,7 +58,9 @@ std::string getTitleName(std::string_view path) {
 
 std::string CnvRelativeToAbsolute(std::string_view directory) {
   if (directory.starts_with('/')) return std::string(directory);
-  const std::string current = std::filesystem::current_path();
+  std::error_code fault;
+  const std::string current = std::filesystem::current_path(fault);
+  if (fault) throw CQXException(QX_ERROR_FILE, "Failed to get path ( result getcwd )");
   return directory.empty() ? current : build_AbsoluteName(current, directory);
 }
 
@@ -70,7 +73,7 @@ std::string build_AbsoluteName(std::string_view directory, std::string_view name
 bool is_reachable_directory(const std::string& directory) {
   struct stat info;
   return stat(directory.c_str(), &info) == 0 && S_ISDIR(info.st_mode) &&
-         access(directory.c_str(), X_OK) == 0;
+         faccessat(AT_FDCWD, directory.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
 void refuse_argument(const char* argument) {

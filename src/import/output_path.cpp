@@ -1,22 +1,15 @@
 #include "import/output_path.h"
 
 #include <string.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "frame/base/error_ring.h"
+#include "import/catalog_text.h"
 
 namespace qxe {
 
 namespace {
 
 constexpr size_t kNameSize = 512;
-
-bool can_enter(const std::string& directory) {
-  struct stat entry = {};
-  return stat(directory.c_str(), &entry) == 0 && S_ISDIR(entry.st_mode) &&
-         access(directory.c_str(), X_OK) == 0;
-}
 
 }  // namespace
 
@@ -29,7 +22,7 @@ int check_output(const char* layer, const char* directory, const char* file) {
   if (directory == nullptr || file == nullptr) {
     return report(layer, QX_ERROR_FILE, "Illegal FileName");
   }
-  if (!can_enter(*directory == '\0' ? "." : directory)) {
+  if (!is_reachable_directory(*directory == '\0' ? "." : directory)) {
     return report(layer, QX_ERROR_PATH, "Invalid Parameter : Path(%s)", directory);
   }
   if (*file == '\0' || strlen(file) >= kNameSize) {

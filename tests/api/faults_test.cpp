@@ -31,6 +31,8 @@ class Base {
     for (const NamedColumn& named : columns_) values_.emplace_back(new RawValues(named.column));
     write_file("format.txt", "double\t2\tROUNDUP\ndecimal\t1\tROUNDHALFUP\n");
     write_file("values.txt", "1\n2\n\n4\n");
+    write_file("texts.bin", std::string("\0\0\0\3new\0\0\0\0\0\0\0\1x", 16));
+    write_rows();
   }
 
   int id() const { return table_.id(); }
@@ -42,6 +44,21 @@ class Base {
   RawValues& values(size_t i) const { return *values_[i]; }
 
  private:
+  /// Rows to append, a few pages of them, and catalogs with the table's decimals and shorter ones.
+  void write_rows() const {
+    const std::string columns = "I\t1\ta\nF\t1\tb\nD\t1\tc\nT\t1\td\nA\t1\te\nE\t1\tf\nN\t1\tg\t";
+    const int scale = columns_[6].column.scale;
+    write_file("rows.cat", "//CSV\n" + columns + std::to_string(scale) + "\n");
+    write_file("digits.cat", "//CSV\n" + columns + std::to_string(scale - 1) + "\n");
+    std::string text;
+    for (int i = 0; i < 30; ++i) {
+      const std::string number = std::to_string(i % 20);
+      text += number + "," + number + ".5,2024/3/1,12:00:" + number + "," + std::string(300, 'x') +
+              number + ",2024/3/1 12:00:" + number + ",-" + number + ".1\n";
+    }
+    write_file("rows.csv", text);
+  }
+
   const Columns columns_;
   const TestTable table_;
   std::vector<std::unique_ptr<RawValues>> values_;
@@ -57,6 +74,23 @@ struct Operation {
   /// Status of a file that cannot be used, besides QX_ERROR_FILE.
   int file_status = QX_ERROR_FILE;
 };
+
+/// Calls `run(fault)` with every fault until it tells that the fault did not fire: each failure by
+/// itself, and all from one on, in longer steps where there are many.
+template <class Run>
+void walk(Run&& run) {
+  for (const FaultKind kind : {FaultKind::kAllocation, FaultKind::kFileCall, FaultKind::kThread}) {
+    for (const bool persistent : {false, true}) {
+      bool fired = true;
+      for (long after = 0; fired && !testing::Test::HasFailure();
+           after += persistent && after > 50 ? 7 : 1) {
+        const Fault fault{kind, after, persistent};
+        SCOPED_TRACE(to_text(fault));
+        fired = run(fault);
+      }
+    }
+  }
+}
 
 class FaultsTest : public EngineTest, public testing::WithParamInterface<Operation> {
  protected:
@@ -128,17 +162,11 @@ class FaultsTest : public EngineTest, public testing::WithParamInterface<Operati
 
 TEST_P(FaultsTest, EveryFailureIsToldAndChangesNothing) {
   learn_outcome();
-  for (const FaultKind kind : {FaultKind::kAllocation, FaultKind::kFileCall, FaultKind::kThread}) {
-    for (const bool persistent : {false, true}) {
-      bool fired = true;
-      for (long after = 0; fired && !HasFailure(); ++after) {
-        const Fault fault{kind, after, persistent};
-        SCOPED_TRACE(to_text(fault));
-        fired = run(fault);
-        run_without_fault();
-      }
-    }
-  }
+  walk([&](const Fault& fault) {
+    const bool fired = run(fault);
+    run_without_fault();
+    return fired;
+  });
 }
 
 // The operations
@@ -205,6 +233,16 @@ int search_by_flags(const Base& base) {
   return QXSearch(base.id(), base.filter(kInt), 1, flags);
 }
 
+int extract_unique(const Base& base) {
+  int filters[] = {base.filter(kInt), base.filter(kString), 0};
+  return RQXExtractUniqueReal(base.id(), 1, filters);
+}
+
+template <size_t column>
+int search_file(const Base& base) {
+  return RQXSearchByFieldNValuesFromCSV(base.id(), base.filter(column), 1, "", "values.txt");
+}
+
 int add_set(const Base& base) {
   int rows[] = {5, 4, 3};
   return RQXAddSetReal(base.id(), 3, rows);
@@ -242,7 +280,9 @@ INSTANTIATE_TEST_SUITE_P(
                    [](const Base& base) {
                      return RQXSortByRowNo(base.id(), base.filter(kInt), 2, QX_SORT_ASC);
                    }),
-        adding_set("SortByKeys", sort_by_keys), adding_set("AddSet", add_set)),
+        adding_set("SortByKeys", sort_by_keys), adding_set("ExtractUnique", extract_unique),
+        adding_set("OfIntegersInFile", search_file<kInt>),
+        adding_set("OfStringsInFile", search_file<kString>), adding_set("AddSet", add_set)),
     case_name<Operation>);
 
 // ... that add a filter
@@ -490,44 +530,92 @@ INSTANTIATE_TEST_SUITE_P(Compilation, FaultsTest,
                                          compiling<Numeric>("Decimals", kDecimal, iCompileNumeric)),
                          case_name<Operation>);
 
-// Calls that leave nothing to compare with: a fault leaves all, success none.
+// Calls that change what is there: each works on a fresh database. A fault leaves all as it was.
 
-class ClearingTest : public EngineTest, public testing::WithParamInterface<Operation> {};
-
-TEST_P(ClearingTest, ClearsAllOrNothing) {
-  for (const FaultKind kind : {FaultKind::kAllocation, FaultKind::kThread}) {
-    bool fired = true;
-    for (long after = 0; fired; ++after) {
-      const Fault fault{kind, after, false};
-      SCOPED_TRACE(to_text(fault));
-      const Base base;
-      const std::string before = database_text();
-      int status = 0;
-      {
-        const ArmedFault armed(fault);
-        status = GetParam().call(base);
-        fired = armed.fired();
-      }
-      if (status < 0) {
-        expect_failure(status, QX_ERROR_OUT_OF_MEMORY);
-        ASSERT_EQ(database_text(), before);
-        ASSERT_GE(sort_by_keys(base), 0);
-        RQXClearDB();
-      } else {
-        ASSERT_EQ(status, 0);
-        ASSERT_EQ(RQXGetNTable(), 0);
-      }
-    }
+class ChangesTest : public EngineTest, public testing::WithParamInterface<Operation> {
+ protected:
+  /// What a call makes of a fresh database.
+  std::string outcome(const Base& base, int status) {
+    EXPECT_GE(status, 0) << hex(status) << "; " << to_text(drain_ring());
+    return GetParam().outcome(base, status);
   }
+
+  /// One call with a fault, and one without when it has failed. Returns whether the fault fired.
+  bool run(const Fault& fault, const std::string& wanted) {
+    RQXClearDB();
+    const Base base;
+    RQXSetSavedFlag(1, 1, 1);
+    drain_ring();
+    const std::string before = database_text();
+    int status = 0;
+    bool fired = false;
+    {
+      const ArmedFault armed(fault);
+      status = GetParam().call(base);
+      fired = armed.fired();
+    }
+    if (status < 0) {
+      expect_failure(status,
+                     fault.kind == FaultKind::kFileCall ? QX_ERROR_FILE : QX_ERROR_OUT_OF_MEMORY);
+      EXPECT_EQ(database_text(), before);
+      status = GetParam().call(base);
+    }
+    EXPECT_EQ(outcome(base, status), wanted);
+    return fired;
+  }
+};
+
+TEST_P(ChangesTest, AreWholeOrNotAtAll) {
+  std::string wanted;
+  {
+    const Base base;
+    wanted = outcome(base, GetParam().call(base));
+  }
+  walk([&](const Fault& fault) { return run(fault, wanted); });
+}
+
+std::string whole_base(const Base& base, int) {
+  return table_text(base.id()) + rows_of_set(base, 1) + rows_of_set(base, 2);
+}
+std::string table_count(const Base&, int) {
+  return std::to_string(RQXGetNTable());
+}
+
+template <int type>
+int append_to_filter(const Base& base) {
+  const int filter = base.filter(type == QX_DT_INTEGER ? kInt : kString);
+  return RQXAppendRealFilter2(base.id(), filter, type, -1, 4, "",
+                              type == QX_DT_INTEGER ? "values.txt" : "texts.bin");
+}
+
+int append_rows(const Base& base, int position, const char* catalog) {
+  return RQXAppendCatalogFileEx2(base.id(), position, 70, "", catalog, "", "rows.csv");
+}
+
+int rescale(const Base& base) {
+  NumericInfo info = {base.column(kDecimal).column.scale - 1, QX_ROUND_HALFUP};
+  return RQXSetNumericInfo(base.id(), base.filter(kDecimal), &info, false);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    All, ClearingTest,
+    All, ChangesTest,
     testing::Values(
-        Operation{"ClearDB", [](const Base&) { return RQXClearDB(); }, nothing, keep},
+        Operation{"ClearDB", [](const Base&) { return RQXClearDB(); }, table_count, keep},
         Operation{"DeleteTable", [](const Base& base) { return RQXDeleteTable(base.id()); },
-                  nothing, keep},
-        Operation{"ReInitialize", [](const Base&) { return RQXReInitializeMS(); }, nothing, keep}),
+                  table_count, keep},
+        Operation{"ReInitialize", [](const Base&) { return RQXReInitializeMS(); }, table_count,
+                  keep},
+        Operation{"Rescale", rescale, whole_base, keep},
+        Operation{"AppendIntegers", append_to_filter<QX_DT_INTEGER>, whole_base, keep},
+        Operation{"AppendStrings", append_to_filter<QX_DT_STRING>, whole_base, keep},
+        Operation{"AppendRows", [](const Base& base) { return append_rows(base, -1, "rows.cat"); },
+                  whole_base, keep},
+        Operation{"OverwriteRows",
+                  [](const Base& base) { return append_rows(base, 5, "rows.cat"); }, whole_base,
+                  keep},
+        Operation{"AppendDecimalsOfFewerDigits",
+                  [](const Base& base) { return append_rows(base, 100, "digits.cat"); }, whole_base,
+                  keep}),
     case_name<Operation>);
 
 }  // namespace

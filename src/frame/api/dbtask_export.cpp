@@ -1,8 +1,7 @@
 // The task object's exports: rows to a text file, with or without a catalog beside it.
-#include <filesystem>
-
 #include "frame/api/dbtask.h"
 #include "frame/api/serial_layer.h"
+#include "import/catalog_text.h"
 #include "import/mtexport.h"
 #include "import/output_path.h"
 
@@ -63,7 +62,7 @@ int write_catalog(TBaseTable& table, const ExportData& data, char separator,
                   const CatalogPlace& place) {
   std::string format;
   if (data.formatFile != nullptr) {
-    format = std::filesystem::absolute(path_in(data.directory, data.formatFile));
+    format = CnvRelativeToAbsolute(path_in(data.directory, data.formatFile));
   }
   return table.CreateCatalogFile(data.filters, separator, place.directory, place.file,
                                  data.formatFile == nullptr ? nullptr : format.c_str());

@@ -79,10 +79,16 @@ int innerQXLogInit(int option, const char* file) {
   std::lock_guard<std::mutex> guard(log_lock);
   gLogOutOption = option;
   if (option != 3 || file == nullptr) return 0;
-  char directory[sizeof logFile] = "";
-  const bool whole = strstr(file, "//") != nullptr;
-  if (whole || getcwd(directory, sizeof directory) == nullptr) *directory = '\0';
-  snprintf(logFile, sizeof logFile, "%s%s%s", directory, *directory == '\0' ? "" : "//", file);
+  const auto append = [](const char* text) {
+    const size_t used = strlen(logFile);
+    qxe_strlcpy(logFile + used, text, sizeof logFile - used);
+  };
+  if (strstr(file, "//") != nullptr || getcwd(logFile, sizeof logFile) == nullptr) {
+    *logFile = '\0';
+  } else {
+    append("//");
+  }
+  append(file);
   return 0;
 }
 
