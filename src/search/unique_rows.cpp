@@ -44,23 +44,31 @@ struct KeyedRows {
   template <class Key>
   int read(long begin, long end, int* out_rows, Key* keys) const {
     const int count = static_cast<int>(std::min<long>(end - begin, kBatch));
-    if (rows == nullptr) {
-      for (int i = 0; i < count; ++i) out_rows[i] = static_cast<int>(begin) + i + 1;
-    } else {
+    if (rows != nullptr) {
       std::copy_n(rows + begin, count, out_rows);
+      read_keys(out_rows, count, keys);
+      return count;
     }
-    read_keys(out_rows, count, keys);
+    for (int i = 0; i < count; ++i) out_rows[i] = static_cast<int>(begin) + i + 1;
+    combine(count, keys, [&](const int* numbers, int i) { return numbers[begin + 1 + i]; });
     return count;
   }
 
   template <class Key>
   void read_keys(const int* batch, int count, Key* keys) const {
-    for (int i = 0; i < count; ++i) keys[i] = static_cast<Key>(columns[0].numbers[batch[i]]);
+    combine(count, keys, [&](const int* numbers, int i) { return numbers[batch[i]]; });
+  }
+
+ private:
+  /// `number(numbers of a column, i)` is the number of element i of the batch.
+  template <class Key, class Number>
+  void combine(int count, Key* keys, const Number& number) const {
+    for (int i = 0; i < count; ++i) keys[i] = static_cast<Key>(number(columns[0].numbers, i));
     for (size_t c = 1; c < columns.size(); ++c) {
-      const int* const numbers = columns[c].numbers;
-      const Key choices = static_cast<Key>(columns[c].size);
+      const NumberColumn column = columns[c];
       for (int i = 0; i < count; ++i) {
-        keys[i] = keys[i] * choices + static_cast<Key>(numbers[batch[i]]);
+        keys[i] =
+            keys[i] * static_cast<Key>(column.size) + static_cast<Key>(number(column.numbers, i));
       }
     }
   }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 #include <string>
 #include <string_view>
@@ -108,18 +109,19 @@ TEST_P(ScanKernelsTest, KeepsRowsWhoseBitIsSet) {
 
 TEST_P(ScanKernelsTest, FindsTheFirstPlaceOfAPattern) {
   for (int round = 0; round < 3000; ++round) {
-    std::vector<char> text(static_cast<size_t>(random_.below(200)));  // no terminator to run into
-    for (char& byte : text) byte = random_.chance(90) ? 'a' : 'b';
+    const auto size = static_cast<size_t>(random_.below(200));
+    const auto text = std::make_unique<char[]>(size);  // no terminator to run into
+    for (size_t i = 0; i < size; ++i) text[i] = random_.chance(90) ? 'a' : 'b';
     std::string pattern;
     for (int i = 1 + random_.below(5); i > 0; --i) pattern += random_.chance(70) ? 'a' : 'b';
     if (random_.chance(20)) pattern += static_cast<char>(0xE3);
-    const char* const begin = text.data();
-    const char* const end = begin + text.size();
+    const char* const begin = text.get();
+    const char* const end = begin + size;
     const char* const found = kernels().find_bytes(begin, end, pattern.data(), pattern.size());
-    const size_t wanted = std::string_view(begin, text.size()).find(pattern);
+    const size_t wanted = std::string_view(begin, size).find(pattern);
     ASSERT_EQ(found == nullptr ? std::string_view::npos : static_cast<size_t>(found - begin),
               wanted)
-        << pattern << " in " << text.size() << " bytes, round " << round;
+        << pattern << " in " << size << " bytes, round " << round;
   }
 }
 
