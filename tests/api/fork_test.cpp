@@ -1,13 +1,9 @@
 // A child process after fork() can use the engine: it has the tables, makes workers of its own for
 // its first parallel work, and ends like any program.
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <atomic>
-#include <chrono>
 #include <thread>
 
+#include "support/child_process.h"
 #include "support/engine_test.h"
 #include "support/files.h"
 #include "support/test_table.h"
@@ -17,21 +13,6 @@ namespace {
 
 constexpr int kForks = 200;
 constexpr int kBusyForks = 30;  // each waits until the other threads let it in
-
-/// Exit status of a child that runs `body` and ends with what it returns; -1 for one that was
-/// killed, for instance because it had not ended after half a minute.
-template <class Body>
-int exit_status_of_child(Body&& body) {
-  const pid_t child = fork();
-  if (child < 0) return -2;
-  if (child == 0) {
-    alarm(30);
-    exit(body());  // NOLINT(concurrency-mt-unsafe): the engine's end is part of the test
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 /// Searches, sorts and imports with known results. The files to import are there.
 class EngineWork {
