@@ -144,6 +144,9 @@ void* operator new(size_t size) {
   if (void* const block = malloc(size > 0 ? size : 1)) return block;
   throw std::bad_alloc();
 }
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  return malloc(size > 0 ? size : 1);
+}
 void* operator new(size_t size, std::align_val_t alignment) {
   const auto unit = static_cast<size_t>(alignment);
   if (void* const block = aligned_alloc(unit, (size + unit - 1) / unit * unit)) return block;
