@@ -25,13 +25,13 @@ function(qxe_test_directory directory)
 endfunction()
 
 # qxe_add_test(name SOURCES file... [INNER] [PARALLEL] [SETTINGS key=value...] [DATE_FORMAT word]
-#              [LOCK resource])
+#              [THREADS n...] [LOCK resource])
 # A GoogleTest program, one suite in each source. It is linked with the shared library and sees the
 # public header only; INNER links the engine's objects and sees the headers of src/. It runs with
-# two workers; PARALLEL runs it with 1, 2, 3 and 8 in turn. SETTINGS are further lines of the
+# two workers; PARALLEL runs it with 1, 2, 3 and 8 in turn, or with the numbers of THREADS. SETTINGS are further lines of the
 # profile file's section, DATE_FORMAT is the date order. Tests with the same LOCK never overlap.
 function(qxe_add_test name)
-  cmake_parse_arguments(arg "INNER;PARALLEL" "DATE_FORMAT;LOCK" "SOURCES;SETTINGS" ${ARGN})
+  cmake_parse_arguments(arg "INNER;PARALLEL" "DATE_FORMAT;LOCK" "SOURCES;SETTINGS;THREADS" ${ARGN})
   set(engine qxe)
   set(labels api)
   if(arg_INNER)
@@ -41,6 +41,9 @@ function(qxe_add_test name)
   set(thread_counts 2)
   if(arg_PARALLEL)
     set(thread_counts 1 2 3 8)
+    if(arg_THREADS)
+      set(thread_counts ${arg_THREADS})
+    endif()
     list(APPEND labels parallel)
   endif()
   add_executable(${name} ${arg_SOURCES})
