@@ -28,8 +28,9 @@ endfunction()
 #              [THREADS n...] [LOCK resource])
 # A GoogleTest program, one suite in each source. It is linked with the shared library and sees the
 # public header only; INNER links the engine's objects and sees the headers of src/. It runs with
-# two workers; PARALLEL runs it with 1, 2, 3 and 8 in turn, or with the numbers of THREADS. SETTINGS are further lines of the
-# profile file's section, DATE_FORMAT is the date order. Tests with the same LOCK never overlap.
+# two workers; PARALLEL runs it with 1, 2, 3 and 8 in turn, or with the numbers of THREADS. SETTINGS
+# are further lines of the profile file's section, DATE_FORMAT is the date order. Tests with the
+# same LOCK never overlap.
 function(qxe_add_test name)
   cmake_parse_arguments(arg "INNER;PARALLEL" "DATE_FORMAT;LOCK" "SOURCES;SETTINGS;THREADS" ${ARGN})
   set(engine qxe)
