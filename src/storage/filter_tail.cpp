@@ -173,18 +173,25 @@ int TFilter::MergeTVL(bool mpp) {
   CompiledColumn tail = with_family(*TVL, [&](auto& own) { return compile_tail(own, used, mpp); });
   auto tail_list = make_value_array(TVL->GetDataType(), tail.unique, std::move(tail.value_list));
   TIntArray positions(used + 1, std::move(tail.row_pointers));
-  for (int i = 1; i <= used; ++i) {
-    if (live[static_cast<size_t>(i)]) pv[TVLRow->GetInt(i)] = 0;  // out of the renumbering's way
+  const auto point_live_rows = [&](auto&& number_of) {
+    for (int i = 1; i <= used; ++i) {
+      if (live[static_cast<size_t>(i)]) pv[TVLRow->GetInt(i)] = number_of(i);
+    }
+  };
+  point_live_rows([](int) { return 0; });  // out of the renumbering's way
+  std::unique_ptr<TBaseArray> merged;
+  try {
+    merged = (mpp ? MppAccommodationMain : AccommodationMain)(*PVL, *VL, positions, *tail_list);
+  } catch (...) {
+    point_live_rows([](int i) { return -i; });  // the values go on waiting
+    throw;
   }
-  auto merged = (mpp ? MppAccommodationMain : AccommodationMain)(*PVL, *VL, positions, *tail_list);
   if (merged != nullptr) {
     copy_type_info(*VL, *merged);
     delete VL;
     VL = merged.release();
   }
-  for (int i = 1; i <= used; ++i) {
-    if (live[static_cast<size_t>(i)]) pv[TVLRow->GetInt(i)] = positions.GetInt(i);
-  }
+  point_live_rows([&](int i) { return positions.GetInt(i); });
   FTVLUsed = 0;
   if (TVL->GetDataType() == QX_DT_STRING) static_cast<TStrArray*>(TVL)->clear_pool();
   return 1;

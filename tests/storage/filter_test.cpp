@@ -83,6 +83,26 @@ TEST_P(TailTest, LastWriteToARowWins) {
   expect_rows();
 }
 
+TEST_P(TailTest, AMergeThatRunsOutOfMemoryKeepsThePendingValues) {
+  fill(200, 5);
+  ASSERT_EQ(write(8, 25), 1);
+  int failures = 0;
+  for (bool merged = false; !merged && failures < 100;) {
+    fail_allocation_after(failures, false);
+    try {
+      merged = filter_->MergeTVL(GetParam()) == 1;
+    } catch (const CQXException& failure) {
+      EXPECT_EQ(failure.ErrorCode(), QX_ERROR_OUT_OF_MEMORY);
+      ++failures;
+    }
+    fail_allocation_after(-1, false);
+    expect_rows();
+  }
+  EXPECT_GT(failures, 0);
+  EXPECT_EQ(filter_->pending(), 0);
+  expect_sorted_list();
+}
+
 TEST_P(TailTest, RandomEditsEqualTheModel) {
   fill(150, 7);
   std::mt19937 random(5);
