@@ -51,9 +51,8 @@ ParallelParse::Shares ParallelParse::alloc_step1(const SourceFile& file, long be
 void ParallelParse::run_step1(const SourceFile& file, Shares shares) {
   int status = 0;
   try {
-    run_import_step(task_, static_cast<int>(shares.size()), [&](int share) {
-      text2pvvl(*shares[static_cast<size_t>(share)], file);
-    });
+    run_import_step(task_, static_cast<int>(shares.size()),
+                    [&](int share) { text2pvvl(*shares[static_cast<size_t>(share)], file); });
   } catch (const CQXException& failure) {
     status = failure.ErrorCode();
   } catch (const std::bad_alloc&) {
