@@ -1,10 +1,19 @@
 #include "kernels.h"
 
+#include <fcntl.h>
 #include <immintrin.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cstring>
+#include <fstream>
 #include <numeric>
 #include <random>
+#include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace qxe::bench {
 
@@ -91,7 +100,7 @@ int first_uses(const std::vector<int>& codes, int values, int threads, int* out)
 
 double sum_of_cells(const std::vector<int>& codes, const std::vector<double>& values, int count) {
   double sum = 0;
-  unsigned position = 0;
+  static unsigned position = 0;  // other cells each time
   for (int i = 0; i < count; ++i) {
     position = position * 1664525u + 1013904223u;
     sum += values[static_cast<size_t>(codes[position % codes.size()])];
@@ -99,26 +108,180 @@ double sum_of_cells(const std::vector<int>& codes, const std::vector<double>& va
   return sum;
 }
 
-void sort_codes(const std::vector<int>& codes, int values, int* out) {
-  int half = 0;
-  while ((1 << (2 * half)) < values) ++half;
-  const uint64_t mask = (uint64_t{1} << half) - 1;
-  const size_t n = codes.size();
-  static std::vector<uint64_t> from, to;
-  from.resize(n);
-  to.resize(n);
-  std::vector<size_t> low(mask + 2), high(mask + 2);
-  for (size_t i = 0; i < n; ++i) {
-    const auto code = static_cast<uint64_t>(codes[i]);
-    from[i] = code << 32 | (i + 1);
-    ++low[(code & mask) + 1];
-    ++high[(code >> half) + 1];
+double sum_of_cells_in_turn(const std::vector<int>& codes, const std::vector<double>& values,
+                            int count) {
+  double sum = 0;
+  static unsigned position = 0;
+  double value = 0;
+  for (int i = 0; i < count; ++i) {
+    position = position * 1664525u + 1013904223u + static_cast<unsigned>(value);
+    value = values[static_cast<size_t>(codes[position % codes.size()])];
+    sum += value;
   }
-  for (size_t b = 1; b < low.size(); ++b) low[b] += low[b - 1], high[b] += high[b - 1];
-  for (size_t i = 0; i < n; ++i) to[low[from[i] >> 32 & mask]++] = from[i];
-  for (size_t i = 0; i < n; ++i) {
-    out[high[to[i] >> (32 + half)]++] = static_cast<int>(static_cast<uint32_t>(to[i]));
+  return sum;
+}
+
+std::vector<uint64_t> random_keys(int rows, int bits) {
+  std::mt19937_64 random(7);
+  std::vector<uint64_t> keys(static_cast<size_t>(rows));
+  for (uint64_t& key : keys) key = random() >> (64 - bits);
+  return keys;
+}
+
+namespace {
+
+// A word holds a key of up to 40 bits above the row, of 24.
+constexpr int kRowBits = 24;
+
+struct Pass {
+  int shift;
+  size_t buckets;
+
+  size_t bucket(uint64_t word) const { return word >> shift & (buckets - 1); }
+};
+
+/// One counting pass: each thread counts its part, places are summed up bucket by bucket, and each
+/// thread moves its part.
+void move_words(const std::vector<uint64_t>& from, std::vector<uint64_t>& to, const Pass& pass,
+                int threads) {
+  const auto n = static_cast<long>(from.size());
+  std::vector<std::vector<size_t>> places(static_cast<size_t>(threads));
+  const auto part_of = [&](long begin) {
+    size_t part = 0;
+    while (n * (static_cast<long>(part) + 1) / threads <= begin) ++part;
+    return part;
+  };
+  in_parts(n, threads, [&](long begin, long end) {
+    std::vector<size_t> counts(pass.buckets);
+    for (long i = begin; i < end; ++i) ++counts[pass.bucket(from[static_cast<size_t>(i)])];
+    places[part_of(begin)] = std::move(counts);
+    return 0;
+  });
+  size_t used = 0;
+  for (size_t bucket = 0; bucket < pass.buckets; ++bucket) {
+    for (auto& own : places) used += std::exchange(own[bucket], used);
   }
+  in_parts(n, threads, [&](long begin, long end) {
+    std::vector<size_t>& next = places[part_of(begin)];
+    for (long i = begin; i < end; ++i) {
+      const uint64_t word = from[static_cast<size_t>(i)];
+      to[next[pass.bucket(word)]++] = word;
+    }
+    return 0;
+  });
+}
+
+}  // namespace
+
+void KeySorter::sort(const std::vector<uint64_t>& keys, int bits, int threads, int* out) {
+  const auto n = static_cast<long>(keys.size());
+  in_parts(n, threads, [&](long begin, long end) {
+    for (long i = begin; i < end; ++i) {
+      const auto at = static_cast<size_t>(i);
+      from_[at] = keys[at] << kRowBits | (at + 1);
+    }
+    return 0;
+  });
+  constexpr int kMaxDigit = 11;
+  const int passes = (bits + kMaxDigit - 1) / kMaxDigit;
+  const int digit = (bits + passes - 1) / passes;
+  for (int pass = 0; pass < passes; ++pass) {
+    move_words(from_, to_, {kRowBits + pass * digit, size_t{1} << digit}, threads);
+    from_.swap(to_);
+  }
+  in_parts(n, threads, [&](long begin, long end) {
+    for (long i = begin; i < end; ++i) {
+      out[i] = static_cast<int>(from_[static_cast<size_t>(i)] & ((1 << kRowBits) - 1));
+    }
+    return 0;
+  });
+}
+
+FileText::FileText(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY);
+  struct stat info = {};
+  if (file < 0 || fstat(file, &info) != 0) throw std::runtime_error(path);
+  size_ = info.st_size;
+  void* const text = mmap(nullptr, static_cast<size_t>(size_), PROT_READ, MAP_PRIVATE, file, 0);
+  close(file);
+  if (text == MAP_FAILED) throw std::runtime_error(path);
+  text_ = static_cast<const char*>(text);
+}
+
+FileText::~FileText() {
+  munmap(const_cast<char*>(text_), static_cast<size_t>(size_));
+}
+
+namespace {
+
+/// A hash of a cell's first and last eight bytes, which are readable.
+uint64_t hash_cell(const char* begin, const char* end) {
+  uint64_t first, last;
+  std::memcpy(&first, begin, sizeof first);
+  std::memcpy(&last, end - sizeof last, sizeof last);
+  const long unused = std::max(8 - (end - begin), 0L);
+  const uint64_t hash = (first << (4 * unused) << (4 * unused)) * 0xd6e8feb86659fd93;
+  return (hash ^ last ^ hash >> 32) * 0xd6e8feb86659fd93;
+}
+
+int hash_plain(const char* begin, const char* end) {
+  uint64_t sum = 0;
+  const char* cell = begin;
+  for (const char* at = begin + 8; at < end - 8; ++at) {
+    if (*at != ',' && *at != '\n') continue;
+    sum += hash_cell(cell, at);
+    cell = at + 1;
+  }
+  return static_cast<int>(sum);
+}
+
+__attribute__((target("avx512f,avx512bw,bmi"))) int hash_avx512(const char* begin,
+                                                                const char* end) {
+  const __m512i comma = _mm512_set1_epi8(',');
+  const __m512i line_feed = _mm512_set1_epi8('\n');
+  uint64_t sum = 0;
+  const char* cell = begin;
+  const char* block = begin + 64;  // so that there is text in front of the first stop
+  for (; block + 128 <= end; block += 64) {
+    const __m512i bytes = _mm512_loadu_si512(block);
+    uint64_t stops =
+        _mm512_cmpeq_epi8_mask(bytes, comma) | _mm512_cmpeq_epi8_mask(bytes, line_feed);
+    for (; stops != 0; stops &= stops - 1) {
+      const char* const stop = block + __builtin_ctzll(stops);
+      sum += hash_cell(cell, stop);
+      cell = stop + 1;
+    }
+  }
+  return static_cast<int>(sum) + hash_plain(cell, end);
+}
+
+}  // namespace
+
+int hash_cells(const FileText& text, int threads) {
+  const bool vectors = __builtin_cpu_supports("avx512bw");
+  return in_parts(text.size(), threads, [&](long begin, long end) {
+    return (vectors ? hash_avx512 : hash_plain)(text.text() + begin, text.text() + end);
+  });
+}
+
+std::vector<std::string> random_lines(int count) {
+  std::mt19937 random(7);
+  std::vector<std::string> lines(static_cast<size_t>(count));
+  for (std::string& line : lines) line.assign(58 + random() % 15, 'x');
+  return lines;
+}
+
+void copy_lines(const std::vector<std::string>& lines, const std::string& path) {
+  std::ofstream file(path, std::ios::binary);
+  std::vector<char> block;
+  for (const std::string& line : lines) {
+    block.insert(block.end(), line.begin(), line.end());
+    block.push_back('\n');
+    if (block.size() < size_t{1} << 20) continue;
+    file.write(block.data(), static_cast<std::streamsize>(block.size()));
+    block.clear();
+  }
+  file.write(block.data(), static_cast<std::streamsize>(block.size()));
 }
 
 }  // namespace qxe::bench

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace qxe::bench {
@@ -21,7 +22,47 @@ int first_uses(const std::vector<int>& codes, int values, int threads, int* out)
 /// Sum of the values of `count` pseudo-random rows: a code, then its value.
 double sum_of_cells(const std::vector<int>& codes, const std::vector<double>& values, int count);
 
-/// Rows in the order of their codes: two counting passes over words of code and row.
-void sort_codes(const std::vector<int>& codes, int values, int* out);
+/// The same when each cell's place depends on the value before.
+double sum_of_cells_in_turn(const std::vector<int>& codes, const std::vector<double>& values,
+                            int count);
+
+/// `rows` keys of `bits` bits, the same in every run.
+std::vector<uint64_t> random_keys(int rows, int bits);
+
+/// Rows in the order of their keys: counting passes over words of key and row.
+class KeySorter {
+ public:
+  explicit KeySorter(int rows) : from_(static_cast<size_t>(rows)), to_(from_.size()) {}
+
+  void sort(const std::vector<uint64_t>& keys, int bits, int threads, int* out);
+
+ private:
+  std::vector<uint64_t> from_;
+  std::vector<uint64_t> to_;
+};
+
+/// A mapped file.
+class FileText {
+ public:
+  explicit FileText(const std::string& path);
+  ~FileText();
+  FileText(const FileText&) = delete;
+  FileText& operator=(const FileText&) = delete;
+
+  const char* text() const { return text_; }
+  long size() const { return size_; }
+
+ private:
+  const char* text_;
+  long size_;
+};
+
+/// Finds and hashes the cells of comma-separated text; returns a sum of the hashes.
+int hash_cells(const FileText& text, int threads);
+
+/// Texts as long as exported lines are, the same in every run.
+std::vector<std::string> random_lines(int count);
+/// Copies lines into a block and writes it out each time it holds a megabyte.
+void copy_lines(const std::vector<std::string>& lines, const std::string& path);
 
 }  // namespace qxe::bench

@@ -244,8 +244,7 @@ class FirstRows {
       if (static_cast<uint64_t>(own.kept) + 1 >= keys_) return find_last({begin, slice.end}, own);
       const long count = scan_kernels().in_bits(rows, begin, std::min(begin + kStep, slice.end),
                                                 own.seen->unseen(), unseen);
-      own.kept += own.seen->add_rows(rows.pv, unseen, static_cast<int>(count),
-                                     own.rows + own.kept);
+      own.kept += own.seen->add_rows(rows.pv, unseen, static_cast<int>(count), own.rows + own.kept);
     }
   }
 

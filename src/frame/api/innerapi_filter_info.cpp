@@ -6,6 +6,7 @@
 
 #include "frame/api/innerapi.h"
 #include "frame/api/serial_layer.h"
+#include "parallel/mpp_memory.h"
 #include "storage/strings.h"
 
 namespace qxe {
@@ -74,7 +75,7 @@ namespace {
 void copy_part(void* out, const void* source, int elements, int capacity, int unit) {
   const int count = std::min(elements, capacity);
   if (out == nullptr || count <= 0) return;
-  memcpy(out, source, static_cast<size_t>(count) * static_cast<size_t>(unit));
+  MppMemCpy(out, source, static_cast<size_t>(count) * static_cast<size_t>(unit));
 }
 
 void copy_values(const TBaseArray& values, const _TRFilterBody& body) {
