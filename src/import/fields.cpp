@@ -70,7 +70,7 @@ template <class Array>
 void TextField<Array>::Str2Data(std::span<const Cell> cells, std::vector<int>& bad) {
   int* const rows = rows_.extend(static_cast<long>(cells.size()));
   if (std::is_same_v<Array, TStrArray>) {
-    for (const Cell& text : texts_.number(cells, rows)) add_value(text);
+    add_values(texts_.number(cells, rows));
   } else {
     digits_.find(cells, rows);
     number_others(cells, rows);
@@ -96,7 +96,7 @@ void TextField<Array>::number_others(std::span<const Cell> cells, int* rows) {
     count += rows[i] == 0 && cells[i].size > 0;
   }
   if (count == 0) return;
-  for (const Cell& text : texts_.number({others, count}, numbers)) add_value(text);
+  add_values(texts_.number({others, count}, numbers));
   for (size_t i = 0; i < count; ++i) {
     rows[places[i]] = numbers[i];
     digits_.add(others[i], numbers[i]);
@@ -104,12 +104,20 @@ void TextField<Array>::number_others(std::span<const Cell> cells, int* rows) {
 }
 
 template <class Array>
-void TextField<Array>::add_value(const Cell& text) {
-  bool is_bad = false;
-  values_.push_back(convert(text, &is_bad));
-  if (is_bad && checked_) {
-    bad_.resize(static_cast<size_t>(values_.size()));
-    bad_.back() = true;
+void TextField<Array>::add_values(std::span<const Cell> texts) {
+  const auto first = static_cast<size_t>(values_.size());
+  Value* const values = values_.extend(static_cast<long>(texts.size()));
+  for (size_t i = 0; i < texts.size(); ++i) {
+    if constexpr (std::is_same_v<Array, TStrArray>) {
+      values[i] = texts[i].text;
+      continue;
+    }
+    bool is_bad = false;
+    values[i] = convert(texts[i], &is_bad);
+    if (is_bad && checked_) {
+      bad_.resize(first + i + 1);
+      bad_.back() = true;
+    }
   }
 }
 

@@ -115,7 +115,7 @@ class TextField : public CField {
 
  private:
   void number_others(std::span<const Cell> cells, int* rows);
-  void add_value(const Cell& text);
+  void add_values(std::span<const Cell> texts);
   void forget_unused_texts();
 
   DigitTable digits_;  // finds most texts of some shapes
