@@ -42,6 +42,8 @@ class ParallelParse : NonCopyable {
 
  private:
   struct Share {
+    Share(const char* share_begin, const char* share_end) : begin(share_begin), end(share_end) {}
+
     const char* begin;
     const char* end;
     CatalogErrorInfo errors;
