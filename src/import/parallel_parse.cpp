@@ -35,9 +35,9 @@ void ParallelParse::parse(const std::string& file, long limit) {
   } while (begin < mapped.end() && rows_ < limit);
 }
 
-/// Even ranges that end with a line. A worker gets a page at least.
+/// Even ranges that end with a line. Short text gives fewer.
 ParallelParse::Shares ParallelParse::alloc_step1(const char* begin, const char* end) {
-  const int workers = ENG->n_threads_for_elements(end - begin, ENG->page_size());
+  const int workers = ENG->n_threads_for_elements(end - begin, ENG->bytes_per_worker());
   const long size = (end - begin) / workers;
   Shares shares;
   for (int i = 1; i < workers && end - begin > size; ++i) {
