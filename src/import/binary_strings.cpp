@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "import/mapped_file.h"
+#include "import/source_file.h"
 #include "search/compiler.h"
 
 namespace qxe {
@@ -17,14 +17,7 @@ long text_length(const char* record) {
   return __builtin_bswap32(length);
 }
 
-/// The file's bytes with one more for the last text's terminator.
-Block<char> read_records(const MappedFile& file) {
-  Block<char> bytes = make_block<char>(file.size() + 1);
-  std::copy(file.begin(), file.end(), bytes.get());
-  return bytes;
-}
-
-/// Terminates the texts of up to `rows` records in place and stores where they begin; returns their
+/// Terminates the texts, the last one behind the bytes, of up to `rows` records in place and stores where they begin; returns their
 /// number.
 int find_texts(char* bytes, long size, int rows, const char** texts) {
   long place = 0;
@@ -46,11 +39,10 @@ int find_texts(char* bytes, long size, int rows, const char** texts) {
 }  // namespace
 
 Column parse_bin(const std::string& file, int rows) {
-  const MappedFile mapped = map_logged(file);
-  const Block<char> bytes = read_records(mapped);
-  const long most = std::min<long>(rows, mapped.size() / kLengthSize);
+  const FileText text = open_logged(file).read_all();
+  const long most = std::min<long>(rows, text.size / kLengthSize);
   const Block<const char*> texts = make_block<const char*>(most);
-  const int count = find_texts(bytes.get(), mapped.size(), rows, texts.get());
+  const int count = find_texts(text.bytes.get(), text.size, rows, texts.get());
   return compile_column(QX_DT_STRING, count, rows, texts.get(), true);
 }
 

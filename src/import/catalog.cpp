@@ -8,7 +8,7 @@
 #include "calc/date_formats.h"
 #include "import/catalog_text.h"
 #include "import/errlog.h"
-#include "import/mapped_file.h"
+#include "import/source_file.h"
 #include "tables/realtables.h"
 
 namespace qxe {
@@ -65,7 +65,7 @@ void CCatalogParser::set_error_log(const std::string& name) {
 
 int CCatalogParser::readInfo(const std::string& path) {
   path_ = path;
-  const MappedFile file = map_logged(path);
+  const FileText file = open_logged(path).read_all();
   for (const char* line = file.begin(); line < file.end();) {
     const char* const stop = std::find(line, file.end(), '\n');
     ++row_;

@@ -17,17 +17,17 @@ const char* find_quote_or_line_end(const char* begin, const char* end) {
 
 }  // namespace
 
-const char* behind_lines(const char* begin, const char* end, long count) {
-  if (count <= 0) return begin;
-  for (const char* block = begin; block < end; block += 64) {
+const char* behind_lines(const char* begin, const char* end, long& count) {
+  for (const char* block = begin; block < end && count > 0; block += 64) {
     uint64_t mask = delimiter_mask(block, std::array{'\n'});
+    if (end - block < 64) mask &= (uint64_t{1} << (end - block)) - 1;
     const int found = std::popcount(mask);
     if (found < count) {
       count -= found;
       continue;
     }
     while (--count > 0) mask &= mask - 1;
-    return std::min(block + std::countr_zero(mask) + 1, end);
+    return block + std::countr_zero(mask) + 1;
   }
   return end;
 }

@@ -13,7 +13,7 @@
 #include <emmintrin.h>
 #endif
 
-#include "import/mapped_file.h"
+#include "import/source_file.h"
 #include "qxe.h"
 
 namespace qxe {
@@ -69,7 +69,7 @@ uint64_t delimiter_mask(const char* block, const std::array<char, N>& delimiters
 
 #endif
 
-/// Walks the delimiters of mapped text, 64 bytes at a time.
+/// Walks the delimiters of a text, 64 bytes at a time.
 template <size_t N>
 class DelimiterFinder {
  public:
@@ -97,7 +97,7 @@ class DelimiterFinder {
   }
 
  private:
-  static_assert(MappedFile::kReadable >= 64);
+  static_assert(SourceFile::kReadable >= 64);
 
   const char* end_;
   const std::array<char, N> delimiters_;
@@ -105,8 +105,8 @@ class DelimiterFinder {
   uint64_t mask_ = 0;  // delimiters of the block not walked yet
 };
 
-/// Place behind the first `count` lines of mapped text, or its end.
-const char* behind_lines(const char* begin, const char* end, long count);
+/// Place behind the first `count` lines, or the end. Takes the lines passed from `count`.
+const char* behind_lines(const char* begin, const char* end, long& count);
 
 /// Outcome of scanning a quoted cell.
 struct QuotedCell {

@@ -59,19 +59,44 @@ std::string_view text_of(const Cell& cell) {
 }  // namespace
 
 template <class Array>
-TextField<Array>::TextField(const ColumnDescription& column, bool checked)
-    : CField(checked), column_(column) {
+TextField<Array>::TextField(const ColumnDescription& column, bool checked, DigitShape shape)
+    : CField(checked), column_(column), digits_(shape) {
   values_.push_back(Family<Array>::null());
 }
 
 template <class Array>
 void TextField<Array>::Str2Data(std::span<const Cell> cells, std::vector<int>& bad) {
   int* const rows = rows_.extend(static_cast<long>(cells.size()));
-  for (const Cell& text : texts_.number(cells, rows)) add_value(text);
+  if (std::is_same_v<Array, TStrArray>) {
+    for (const Cell& text : texts_.number(cells, rows)) add_value(text);
+  } else {
+    digits_.find(cells, rows);
+    number_others(cells, rows);
+  }
   if (bad_.empty()) return;
   for (size_t i = 0; i < cells.size(); ++i) {
     const auto text = static_cast<size_t>(rows[i]);
     if (text < bad_.size() && bad_[text]) bad.push_back(static_cast<int>(i));
+  }
+}
+
+/// Numbers the cells that have none yet and are not empty.
+template <class Array>
+void TextField<Array>::number_others(std::span<const Cell> cells, int* rows) {
+  Cell others[TextTable::kMaxCells];
+  int places[TextTable::kMaxCells];
+  int numbers[TextTable::kMaxCells];
+  size_t count = 0;
+  for (size_t i = 0; i < cells.size(); ++i) {
+    others[count] = cells[i];
+    places[count] = static_cast<int>(i);
+    count += rows[i] == 0 && cells[i].size > 0;
+  }
+  if (count == 0) return;
+  for (const Cell& text : texts_.number({others, count}, numbers)) add_value(text);
+  for (size_t i = 0; i < count; ++i) {
+    rows[places[i]] = numbers[i];
+    digits_.add(others[i], numbers[i]);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "import/digit_table.h"
 #include "import/growing_block.h"
 #include "import/text_table.h"
 #include "storage/family.h"
@@ -104,7 +105,7 @@ class TextField : public CField {
  protected:
   using Value = typename Family<Array>::Value;
 
-  TextField(const ColumnDescription& column, bool checked);
+  TextField(const ColumnDescription& column, bool checked, DigitShape shape);
 
   /// Value of a text that is not empty. One that cannot be read sets `*bad` and is NULL, or, in an
   /// unchecked field, what the type makes of it.
@@ -113,9 +114,11 @@ class TextField : public CField {
   const ColumnDescription column_;
 
  private:
+  void number_others(std::span<const Cell> cells, int* rows);
   void add_value(const Cell& text);
   void forget_unused_texts();
 
+  DigitTable digits_;  // finds most texts of some shapes
   TextTable texts_;
   GrowingBlock<Value> values_;  // of the texts
   std::vector<bool> bad_;       // texts that do not convert; ends with the last of them
@@ -123,16 +126,20 @@ class TextField : public CField {
 
 class CDouble_Field : public TextField<TDoubleArray> {
  public:
-  CDouble_Field(const ColumnDescription& column, bool checked) : TextField(column, checked) {}
+  CDouble_Field(const ColumnDescription& column, bool checked)
+      : CDouble_Field(column, checked, DigitShape::kFixedPoint) {}
   const char* getTypeName() const override { return "DOUBLE"; }
 
  protected:
+  CDouble_Field(const ColumnDescription& column, bool checked, DigitShape shape)
+      : TextField(column, checked, shape) {}
   double convert(const Cell& text, bool* bad) const override;
 };
 
 class CDate_Field : public CDouble_Field {
  public:
-  using CDouble_Field::CDouble_Field;
+  CDate_Field(const ColumnDescription& column, bool checked)
+      : CDouble_Field(column, checked, DigitShape::kDate) {}
   const char* getTypeName() const override { return "DATE"; }
 
  protected:
@@ -141,7 +148,8 @@ class CDate_Field : public CDouble_Field {
 
 class CTime_Field : public CDouble_Field {
  public:
-  using CDouble_Field::CDouble_Field;
+  CTime_Field(const ColumnDescription& column, bool checked)
+      : CDouble_Field(column, checked, DigitShape::kTime) {}
   const char* getTypeName() const override { return "TIME"; }
 
  protected:
@@ -150,7 +158,8 @@ class CTime_Field : public CDouble_Field {
 
 class CDateTime_Field : public CDouble_Field {
  public:
-  using CDouble_Field::CDouble_Field;
+  CDateTime_Field(const ColumnDescription& column, bool checked)
+      : CDouble_Field(column, checked, DigitShape::kNone) {}
   const char* getTypeName() const override { return "DATETIME"; }
 
  protected:
@@ -159,7 +168,8 @@ class CDateTime_Field : public CDouble_Field {
 
 class CStr_Field : public TextField<TStrArray> {
  public:
-  CStr_Field(const ColumnDescription& column, bool checked) : TextField(column, checked) {}
+  CStr_Field(const ColumnDescription& column, bool checked)
+      : TextField(column, checked, DigitShape::kNone) {}
   const char* getTypeName() const override { return "STRING"; }
   /// Strings lose trailing blanks first when the engine is set so.
   void Str2Data(std::span<const Cell> cells, std::vector<int>& bad) override;
@@ -170,7 +180,8 @@ class CStr_Field : public TextField<TStrArray> {
 
 class CNumeric_Field : public TextField<TNumericArray> {
  public:
-  CNumeric_Field(const ColumnDescription& column, bool checked) : TextField(column, checked) {}
+  CNumeric_Field(const ColumnDescription& column, bool checked)
+      : TextField(column, checked, DigitShape::kFixedPoint) {}
   const char* getTypeName() const override { return "DECIMAL"; }
 
  protected:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "import/digits.h"
 #include "import/fields.h"
 #include "import/import_step.h"
 #include "search/value_dictionary.h"
@@ -11,23 +12,6 @@
 namespace qxe {
 
 namespace {
-
-/// Value of 1 to 8 digits, or -1 for another text. 8 bytes from `text` on are readable.
-int short_digits(const char* text, int size) {
-  if (size < 1 || size > 8) return -1;
-  uint64_t word;
-  memcpy(&word, text, sizeof word);
-  constexpr uint64_t kZeros = 0x3030303030303030;
-  const int unused = 4 * (8 - size);  // half the bits: a shift by all 64 has no meaning
-  word = (word << unused << unused) | (kZeros >> (32 - unused) >> (32 - unused));
-  constexpr uint64_t kHighHalves = 0xf0f0f0f0f0f0f0f0;
-  if ((word & kHighHalves) != kZeros) return -1;
-  if (((word + 0x0606060606060606) & kHighHalves) != kZeros) return -1;  // above '9'
-  // Neighbouring digits, pairs and quadruples become one number each.
-  word = (word & 0x0f0f0f0f0f0f0f0f) * 2561 >> 8;
-  word = (word & 0x00ff00ff00ff00ff) * 6553601 >> 16;
-  return static_cast<int>((word & 0x0000ffff0000ffff) * 42949672960001 >> 32);
-}
 
 /// A table of value numbers is made for up to this many integers a row.
 constexpr long kDenseFactor = 8;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "import/import_step.h"
-#include "import/mapped_file.h"
+#include "import/source_file.h"
 
 namespace qxe {
 
@@ -24,24 +24,23 @@ int mpp_import_step2(void* block) {
 // With a limit a first round takes as many lines. When some of them are left out, further rounds
 // take lines for the rows still wanted.
 void ParallelParse::parse(const std::string& file, long limit) {
-  const MappedFile mapped = map_logged(file);
-  const char* begin = mapped.begin();
-  if (layout_.title_line) begin = behind_lines(begin, mapped.end(), 1);
+  const SourceFile source = open_logged(file);
+  long begin = layout_.title_line ? source.behind_lines(0, source.size(), 1) : 0;
   do {
-    const char* const end =
-        limit == kAllRows ? mapped.end() : behind_lines(begin, mapped.end(), limit - rows_);
-    run_step1(file, alloc_step1(begin, end), mapped.end());
+    const long end = limit == kAllRows ? source.size()
+                                       : source.behind_lines(begin, source.size(), limit - rows_);
+    run_step1(source, alloc_step1(source, begin, end));
     begin = end;
-  } while (begin < mapped.end() && rows_ < limit);
+  } while (begin < source.size() && rows_ < limit);
 }
 
 /// Even ranges that end with a line. Short text gives fewer.
-ParallelParse::Shares ParallelParse::alloc_step1(const char* begin, const char* end) {
+ParallelParse::Shares ParallelParse::alloc_step1(const SourceFile& file, long begin, long end) {
   const int workers = ENG->n_threads_for_elements(end - begin, ENG->bytes_per_worker());
   const long size = (end - begin) / workers;
   Shares shares;
   for (int i = 1; i < workers && end - begin > size; ++i) {
-    const char* const next = behind_lines(begin + size, end, 1);
+    const long next = file.behind_lines(begin + size, end, 1);
     shares.push_back(std::make_unique<Share>(begin, next));
     begin = next;
   }
@@ -49,11 +48,11 @@ ParallelParse::Shares ParallelParse::alloc_step1(const char* begin, const char* 
   return shares;
 }
 
-void ParallelParse::run_step1(const std::string& name, Shares shares, const char* data_end) {
+void ParallelParse::run_step1(const SourceFile& file, Shares shares) {
   int status = 0;
   try {
     run_import_step(task_, static_cast<int>(shares.size()), [&](int share) {
-      text2pvvl(*shares[static_cast<size_t>(share)], name, data_end);
+      text2pvvl(*shares[static_cast<size_t>(share)], file);
     });
   } catch (const CQXException& failure) {
     status = failure.ErrorCode();
@@ -63,9 +62,9 @@ void ParallelParse::run_step1(const std::string& name, Shares shares, const char
   collect_shares(std::move(shares), status);
 }
 
-void ParallelParse::text2pvvl(Share& share, const std::string& name, const char* data_end) const {
-  share.parser = make_parser(layout_, name, share.errors);
-  share.parser->ParseMem(share.begin, share.end, data_end);
+void ParallelParse::text2pvvl(Share& share, const SourceFile& file) const {
+  share.parser = make_parser(layout_, file.path(), share.errors);
+  share.parser->ParseFile(file, share.begin, share.end);
   share.finished = true;
 }
 

@@ -16,7 +16,7 @@
 
 namespace qxe {
 
-class MappedFile;
+class SourceFile;
 
 class ParallelParse : NonCopyable {
  public:
@@ -42,19 +42,19 @@ class ParallelParse : NonCopyable {
 
  private:
   struct Share {
-    Share(const char* share_begin, const char* share_end) : begin(share_begin), end(share_end) {}
+    Share(long share_begin, long share_end) : begin(share_begin), end(share_end) {}
 
-    const char* begin;
-    const char* end;
+    long begin;  // offsets in the file
+    long end;
     CatalogErrorInfo errors;
     std::unique_ptr<CTextParser> parser;
     bool finished = false;
   };
   using Shares = std::vector<std::unique_ptr<Share>>;
 
-  static Shares alloc_step1(const char* begin, const char* end);
-  void run_step1(const std::string& name, Shares shares, const char* data_end);
-  void text2pvvl(Share& share, const std::string& name, const char* data_end) const;
+  static Shares alloc_step1(const SourceFile& file, long begin, long end);
+  void run_step1(const SourceFile& file, Shares shares);
+  void text2pvvl(Share& share, const SourceFile& file) const;
   void collect_shares(Shares shares, int status);
 
   const DataLayout& layout_;

@@ -4,8 +4,8 @@
 
 #include "import/catalog_text.h"
 #include "import/errlog.h"
-#include "import/mapped_file.h"
 #include "import/plain_text_parser.h"
+#include "import/source_file.h"
 
 namespace qxe {
 
@@ -39,15 +39,15 @@ SearchValues getValuesFromCSV(int type, const char* directory, const char* file)
   check_path(directory, "pchFilePath");
   check_file_name(file, "pchFileName");
   const std::string path = build_AbsoluteName(CnvRelativeToAbsolute(directory), file);
-  const MappedFile mapped(path);
-  if (mapped.size() == 0) return {};
+  const FileText text = SourceFile(path).read_all();
+  if (text.size == 0) return {};
   if (type == QX_DT_DECIMAL) {
     throw CQXException(QX_ERROR_DATA_TYPE, "Illegal data type  : %d", type);
   }
   const DataLayout layout = unchecked_layout(type);
   CatalogErrorInfo errors;
   CValueListParser parser(layout, path, errors);
-  parser.ParseMem(mapped.begin(), mapped.end(), mapped.end());
+  parser.ParseMem(text.begin(), text.end());
   CField* const values = &parser.field(0);
   auto list = values->merge({&values, 1});
   std::vector<int> numbers(static_cast<size_t>(values->rows()));

@@ -36,12 +36,30 @@ CTextParser::CTextParser(const DataLayout& layout, const std::string& file,
 
 CTextParser::~CTextParser() = default;
 
-void CTextParser::ParseMem(const char* begin, const char* end, const char* data_end) {
-  begin_ = position_ = begin;
-  end_ = end;
-  data_end_ = data_end;
+void CTextParser::ParseFile(const SourceFile& file, long begin, long end) {
+  size_ = end - begin;
+  for (LineBlocks blocks(file, begin, end); blocks.next();) {
+    parse_block(blocks.begin(), blocks.end(), blocks.offset() == file.size());
+  }
+  finish();
+}
+
+void CTextParser::ParseMem(const char* begin, const char* end) {
+  size_ = end - begin;
+  parse_block(begin, end, true);
+  finish();
+}
+
+/// No cell outlives its block: the last batch is stored with it.
+void CTextParser::parse_block(const char* begin, const char* end, bool last) {
+  block_ = position_ = begin;
+  lines_before_block_ = lines_;
+  if (last) data_end_ = end;
   parse_lines(begin, end);
   store_batch();
+}
+
+void CTextParser::finish() {
   for (const auto& field : fields_) field->Compile();
 }
 
@@ -154,10 +172,11 @@ void CTextParser::handle_faults() {
   rows_ -= static_cast<long>(dropped.size());
 }
 
-/// Takes the lines so far for typical ones.
+/// Takes the lines of the block so far for typical ones.
 void CTextParser::reserve_rows() {
-  const double line_size = static_cast<double>(position_ - begin_) / static_cast<double>(lines_);
-  const double rows = static_cast<double>(end_ - begin_) / line_size * 1.01 + 16;
+  const auto lines = static_cast<double>(lines_ - lines_before_block_);
+  const double line_size = static_cast<double>(position_ - block_) / lines;
+  const double rows = static_cast<double>(size_) / line_size * 1.01 + 16;
   for (const auto& field : fields_) field->CreateMemCache(static_cast<long>(rows));
 }
 

@@ -1,7 +1,6 @@
 // Text parsers: they divide the lines of a data file into cells and hand them, a batch of rows at a
-// time, to the fields of the columns. The file is mapped as a whole and a parser gets a range of
-// whole lines, so no line ever lies across two blocks; memory stays bounded nevertheless, because
-// fields keep no text but the distinct ones.
+// time, to the fields of the columns. A parser gets a range of whole lines and reads it by blocks of
+// whole lines, so no line ever lies across two blocks; fields keep no text but the distinct ones.
 #pragma once
 
 #include <deque>
@@ -22,9 +21,11 @@ class CTextParser : NonCopyable {
   CTextParser(const DataLayout& layout, const std::string& file, CatalogErrorInfo& errors);
   virtual ~CTextParser();
 
-  /// Takes the lines from `begin` to `end`. `data_end` is the end of the whole data; a range that
-  /// stops before it ends with a line feed. Throws the status of a fault that ends the import.
-  void ParseMem(const char* begin, const char* end, const char* data_end);
+  // Each parses one share of the data, once, and throws the status of a fault that ends the import.
+  /// Takes the lines between two offsets of a file.
+  void ParseFile(const SourceFile& file, long begin, long end);
+  /// Takes data that stand in memory as a whole; SourceFile::kReadable bytes follow them.
+  void ParseMem(const char* begin, const char* end);
 
   /// Lines read, good and bad; rows stored.
   long lines() const { return lines_; }
@@ -67,6 +68,8 @@ class CTextParser : NonCopyable {
   void fixed_width_fault() const;
   /// Ends the import, unless bad lines are left out.
   void fail_unless_skipping(int status) const;
+  void parse_block(const char* begin, const char* end, bool last);
+  void finish();
   void store_batch();
   void handle_faults();
   void reserve_rows();
@@ -84,10 +87,11 @@ class CTextParser : NonCopyable {
   std::vector<Fault> faults_;
   std::vector<int> bad_;  // positions in a batch
 
-  const char* begin_ = nullptr;
-  const char* end_ = nullptr;
-  const char* data_end_ = nullptr;
-  const char* position_ = nullptr;  // behind the lines read
+  long size_ = 0;  // of the share
+  const char* block_ = nullptr;
+  long lines_before_block_ = 0;
+  const char* position_ = nullptr;  // behind the lines read of the block
+  const char* data_end_ = nullptr;  // once the block in memory is the data's last
   long lines_ = 0;
   long rows_ = 0;
 };

@@ -3,27 +3,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "import/digits.h"
+
 namespace qxe {
 
 namespace {
-
-static_assert(std::endian::native == std::endian::little, "short texts become numbers by shifting");
 
 constexpr int kFirstSlotBits = 6;
 constexpr long kFirstPage = 2048;
 // From here on slots do not stay in the first level cache, and memory is fetched ahead.
 constexpr size_t kPrefetchFrom = 2048;
-
-uint64_t load(const char* text) {
-  uint64_t word;
-  memcpy(&word, text, sizeof word);
-  return word;
-}
-
-/// Not 0 exactly when a byte of `word` is.
-uint64_t zero_bytes(uint64_t word) {
-  return (word - 0x0101010101010101) & ~word & 0x8080808080808080;
-}
 
 // Each step is one to one for each of its arguments.
 uint64_t mix(uint64_t hash, uint64_t word) {
@@ -36,9 +25,9 @@ bool same_long_text(const char* left, const char* right, int size) {
   const char* const left_last = left + size - 8;
   const char* const right_last = right + size - 8;
   for (; left < left_last; left += 8, right += 8) {
-    if (load(left) != load(right)) return false;
+    if (load_word(left) != load_word(right)) return false;
   }
-  return load(left_last) == load(right_last);
+  return load_word(left_last) == load_word(right_last);
 }
 
 }  // namespace
@@ -53,16 +42,16 @@ TextTable::Key TextTable::key_of(const Cell& cell) {
   uint64_t last = 0;
   if (cell.size <= kShortText) {
     const int unused = 64 - 8 * cell.size;
-    last = load(cell.text) << unused >> unused;
+    last = load_word(cell.text) << unused >> unused;
     zeros = zero_bytes(last | ~(~uint64_t{0} >> unused));
   } else {
     const char* const last_word = cell.text + cell.size - 8;
     for (const char* place = cell.text; place < last_word; place += 8) {
-      const uint64_t word = load(place);
+      const uint64_t word = load_word(place);
       zeros |= zero_bytes(word);
       hash = mix(hash, word);
     }
-    last = load(last_word);
+    last = load_word(last_word);
     zeros |= zero_bytes(last);
   }
   if (zeros != 0) return key_of({cell.text, static_cast<int>(strlen(cell.text))});
