@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "fuzz/engine_state.h"
+#include "import/source_file.h"
 #include "parallel/smpengine.h"
 #include "qxe.h"
 #include "support/engine_test.h"
@@ -220,7 +221,10 @@ void expect_same(const char* what, const Outcome& serial, const Outcome& paralle
 bool shares_in_turn = false;
 
 void check_import(const ImportInput& input) {
+  constexpr long kWholeFile = 256 << 10;
+  set_read_block(kWholeFile);
   const Outcomes serial = run(input, {1, 1, 1});
+  set_read_block(input.read_block);
   const Outcomes parallel = run(input, {input.workers, 1, input.bytes_per_worker, shares_in_turn});
   expect_same("the import", serial.import, parallel.import);
   expect_same("the append of all lines", serial.append, parallel.append);

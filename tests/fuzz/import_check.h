@@ -23,6 +23,7 @@ struct ImportInput {
   Refused refused = Refused::kAny;
   int workers = 3;  // of the parallel form
   int bytes_per_worker = 1;
+  int read_block = 7;   // bytes that a worker reads at once
   int append_pos = 1;   // row to append at, as far as the table has as many
   int append_rows = 2;  // how many
 };

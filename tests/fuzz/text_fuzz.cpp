@@ -100,9 +100,9 @@ Refused refused_by(char file_type, char error_mode) {
   return error_mode == 'C' ? Refused::kMismatching : Refused::kAny;
 }
 
-/// Up to 8,000 bytes of copies of the data: several batches, shares of some size, long lines.
+/// Copies of the data, up to some hundred lines: several batches and shares of some size.
 std::string repeated(std::string_view data, int copies) {
-  constexpr size_t kMost = 8'000;
+  constexpr size_t kMost = 2'500;  // some hundred short lines
   std::string text(data);
   for (int i = 1; i < copies && text.size() + data.size() <= kMost; ++i) text += data;
   return text;
@@ -119,6 +119,8 @@ ImportInput input_of(std::string_view bytes) {
   ImportInput input;
   input.workers = 2 + chooser.number() % 4;
   input.bytes_per_worker = 1 + chooser.number();
+  const int block = chooser.number();
+  input.read_block = 1 + block * block;
   input.append_pos = chooser.number();
   input.append_rows = chooser.number();
   const int settings = chooser.number();
