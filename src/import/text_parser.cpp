@@ -251,7 +251,7 @@ void CValueListParser::parse_lines(const char* begin, const char* end) {
       finder.seek(stop);
       stop = finder.next();
     } else {
-      take_row(stop);
+      take_row(std::min(stop + 1, end));
     }
     value = stop + 1;
     if (value != end || *stop != ',') continue;
