@@ -11,7 +11,7 @@
 
 namespace qxe {
 
-constexpr size_t kFreeNameSize = TBaseTable::kNameSize + 16;
+constexpr size_t kFreeNameSize = TBaseTable::kNameSize + 24;  // with any number
 
 /// Which of "base", "base_#1", "base_#2" and so on `name` is: 0 for the first; -1 for none of them.
 inline int number_of_name(std::string_view name, std::string_view base) {

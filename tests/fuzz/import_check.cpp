@@ -1,10 +1,9 @@
 #include "fuzz/import_check.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <set>
 #include <vector>
 
+#include "fuzz/call_outcome.h"
 #include "fuzz/engine_state.h"
 #include "import/source_file.h"
 #include "parallel/smpengine.h"
@@ -38,22 +37,8 @@ class Files {
                                    data_.path().c_str(), "d.dat");
   }
 
-  /// Logs of the last call, each without its banner; they are deleted. A catalog may name any file.
-  std::string taken_logs() const {
-    std::set<std::string> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(catalogs_.path())) {
-      if (entry.path().filename() != "c.cat") paths.insert(entry.path());
-    }
-    std::string logs;
-    for (const std::string& path : paths) {
-      const std::string log = read_file(path);
-      const size_t banner = log.find("*/\n\n");
-      if (banner == std::string::npos) finding("a log without a banner", printable(log));
-      logs += log.substr(banner + 4);
-      std::filesystem::remove(path);
-    }
-    return logs;
-  }
+  /// Outcome of the last call.
+  Outcome outcome(int status) const { return outcome_of(status, catalogs_.path(), "c.cat"); }
 
  private:
   TempDir catalogs_;
@@ -63,27 +48,6 @@ class Files {
 const Files& files() {
   static const Files files;
   return files;
-}
-
-/// What a call has left.
-struct Outcome {
-  int status;
-  std::string log;
-  std::string ring;
-  std::string table;  // empty without one
-
-  bool operator==(const Outcome&) const = default;
-};
-
-std::string to_text(const Outcome& outcome) {
-  return "status " + hex(outcome.status) + "\nring\n" + outcome.ring + "log\n" +
-         printable(outcome.log) + "table\n" + printable(outcome.table).substr(0, 20000) + "\n";
-}
-
-Outcome outcome_of(int status) {
-  Outcome outcome{status, files().taken_logs(), drained_ring(), ""};
-  if (status < 0 && outcome.ring.empty()) finding("a failure without a ring entry", hex(status));
-  return outcome;
 }
 
 /// All that is done with an input, in one form of the engine.
@@ -141,30 +105,34 @@ void write_numbers(std::vector<int>& target, const std::vector<int>& source, int
   }
 }
 
-/// An append to a table without rows finds in the whole file what the import has found.
+/// An append of `lines` rows to a table without rows stores what the import into `imported` has
+/// stored, and NULLs for lines left out.
+void check_appended(int table, const std::vector<std::vector<int>>& imported, size_t lines) {
+  auto wanted = imported;
+  for (auto& numbers : wanted) numbers.resize(lines + 1, 0);
+  if (numbers_of(table) != wanted) finding("an append differs from the import", table_image(table));
+}
+
+/// An append of all lines finds what the import has found. A title counts as a line here, so no
+/// line is left over.
 Outcome append_all(const ImportInput& input, const Outcome& import, int imported) {
   const int table = files().import(input.catalog, "none.dat");
-  if (table < 0) return outcome_of(table);
+  const Outcome made = files().outcome(table);
+  if (table < 0) return made;
   const std::string before = table_image(table);
-  drained_ring();
-  files().taken_logs();
   const int lines = static_cast<int>(count_lines(input));
-  Outcome outcome = outcome_of(files().append(input.catalog, table, -1, lines));
+  Outcome outcome = files().outcome(files().append(input.catalog, table, -1, lines));
   outcome.table = table_image(table);
   check_well_formed(table, outcome.status >= 0);
-  if (imported < 0) {
-    // The title counts as a line here, so that no line is left over.
-    if (outcome.status != import.status) finding("an append of what fails", to_text(outcome));
-    if (outcome.table != before) finding("a failed append has changed the table", before);
-  } else {
-    auto wanted = numbers_of(imported);
-    for (auto& numbers : wanted) numbers.resize(static_cast<size_t>(lines) + 1, 0);
-    if (outcome.status != lines || numbers_of(table) != wanted) {
-      finding("an append differs from the import", to_text(outcome) + to_text(import));
-    }
+  const int status = imported < 0 ? import.status : lines;
+  if (outcome.status != status || outcome.log != import.log) {
+    finding("an append ends otherwise than the import", to_text(outcome) + to_text(import));
   }
-  if (outcome.log != import.log)
-    finding("the log of an append", to_text(outcome) + to_text(import));
+  if (imported >= 0) {
+    check_appended(table, numbers_of(imported), static_cast<size_t>(lines));
+  } else if (outcome.table != before) {
+    finding("a failed append has changed the table", before);
+  }
   return outcome;
 }
 
@@ -173,7 +141,8 @@ Outcome append_all(const ImportInput& input, const Outcome& import, int imported
 Outcome append_part(const ImportInput& input, int table) {
   const auto before = numbers_of(table);
   const int pos = 1 + input.append_pos % (real_table(table).TotalRecs() + 3);
-  const Outcome outcome = outcome_of(files().append(input.catalog, table, pos, input.append_rows));
+  const Outcome outcome =
+      files().outcome(files().append(input.catalog, table, pos, input.append_rows));
   if (outcome.status != input.append_rows) finding("an append fails", to_text(outcome));
   auto wanted = before;
   for (size_t i = 0; i < wanted.size(); ++i) {
@@ -186,8 +155,8 @@ Outcome append_part(const ImportInput& input, int table) {
 /// The same to a table without rows, where a fault may stand behind the rows wanted.
 Outcome append_part_of_bad(const ImportInput& input) {
   const int table = files().import(input.catalog, "none.dat");
-  if (table < 0) return outcome_of(table);
-  Outcome outcome = outcome_of(files().append(input.catalog, table, -1, input.append_rows));
+  if (table < 0) return files().outcome(table);
+  Outcome outcome = files().outcome(files().append(input.catalog, table, -1, input.append_rows));
   outcome.table = table_image(table);
   check_well_formed(table, outcome.status >= 0);
   return outcome;
@@ -199,7 +168,7 @@ Outcomes run(const ImportInput& input, const WorkDivision& division) {
   drained_ring();
   files().write_data(input.data);
   const int id = files().import(input.catalog, "d.dat");
-  Outcomes outcomes{outcome_of(std::min(id, 0)), {}, {}};
+  Outcomes outcomes{files().outcome(std::min(id, 0)), {}, {}};
   if (id >= 0) {
     check_well_formed(id, true);
     check_lines(input, id, outcomes.import.log);
@@ -208,12 +177,6 @@ Outcomes run(const ImportInput& input, const WorkDivision& division) {
   outcomes.append = append_all(input, outcomes.import, id);
   outcomes.part_append = id >= 0 ? append_part(input, id) : append_part_of_bad(input);
   return outcomes;
-}
-
-void expect_same(const char* what, const Outcome& serial, const Outcome& parallel) {
-  if (serial == parallel) return;
-  finding(std::string(what) + " differs between one worker and several",
-          "ONE WORKER\n" + to_text(serial) + "SEVERAL\n" + to_text(parallel));
 }
 
 }  // namespace
