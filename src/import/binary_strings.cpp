@@ -17,8 +17,8 @@ long text_length(const char* record) {
   return __builtin_bswap32(length);
 }
 
-/// Terminates the texts, the last one behind the bytes, of up to `rows` records in place and stores where they begin; returns their
-/// number.
+/// Terminates the texts, the last one behind the bytes, of up to `rows` records in place and stores
+/// where they begin; returns their number.
 int find_texts(char* bytes, long size, int rows, const char** texts) {
   long place = 0;
   int count = 0;

@@ -1,5 +1,6 @@
 // Any bytes as a file of one column: added as a filter, appended to it, and as a list of values to
-// search for. The first line of the input chooses type, division and rows, one byte each.
+// search for. The first line of the input chooses: type, workers, bytes worth a worker, bytes read
+// at once, rows of the table, rows of the file that count, row to append at, one byte each.
 #include <algorithm>
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
-// Any bytes as data. The first line of the input chooses the catalog and the division of the work,
-// one byte for each choice; corpus/text_fuzz shows it. The bytes in front of a choice below stand
-// for it, so that seeds can be read; any other byte stands for one of them too.
+// Any bytes as data. The first line of the input chooses the catalog and the division of the work:
+// file type, error mode, title, workers, bytes worth a worker, bytes read at once, row to append at,
+// rows to append, settings, copies of the data, and then the columns, one byte each.
 #include <string>
 #include <string_view>
 
