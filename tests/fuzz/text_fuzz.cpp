@@ -1,6 +1,6 @@
 // Any bytes as data. The first line of the input chooses the catalog and the division of the work:
-// file type, error mode, title, workers, bytes worth a worker, bytes read at once, row to append at,
-// rows to append, settings, copies of the data, and then the columns, one byte each.
+// file type, error mode, title, workers, bytes worth a worker, bytes read at once, row to append
+// at, rows to append, settings, copies of the data, and then the columns, one byte each.
 #include <string>
 #include <string_view>
 
