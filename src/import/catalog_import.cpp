@@ -58,6 +58,7 @@ const char* text_of_status(int status) {
 /// Runs an import and sees to the log when it fails.
 template <class Import>
 int logged_import(Import&& import) {
+  const FreeBlocksKeeper keeper;
   try {
     return import();
   } catch (const CQXException& failure) {

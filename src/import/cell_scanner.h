@@ -69,42 +69,6 @@ uint64_t delimiter_mask(const char* block, const std::array<char, N>& delimiters
 
 #endif
 
-/// Walks the delimiters of a text, 64 bytes at a time.
-template <size_t N>
-class DelimiterFinder {
- public:
-  DelimiterFinder(const char* begin, const char* end, const std::array<char, N>& delimiters)
-      : end_(end), delimiters_(delimiters) {
-    seek(begin);
-  }
-
-  /// Goes on behind the delimiter that was found last; `end` when there is no further one.
-  const char* next() {
-    while (mask_ == 0) {
-      block_ += 64;
-      if (block_ >= end_) return end_;
-      mask_ = delimiter_mask(block_, delimiters_);
-    }
-    const char* const found = block_ + std::countr_zero(mask_);
-    mask_ &= mask_ - 1;
-    return found < end_ ? found : end_;
-  }
-
-  /// Goes on at `place`, at most the end.
-  void seek(const char* place) {
-    block_ = place;
-    mask_ = delimiter_mask(block_, delimiters_);
-  }
-
- private:
-  static_assert(SourceFile::kReadable >= 64);
-
-  const char* end_;
-  const std::array<char, N> delimiters_;
-  const char* block_ = nullptr;
-  uint64_t mask_ = 0;  // delimiters of the block not walked yet
-};
-
 /// Place behind the first `count` lines, or the end. Takes the lines passed from `count`.
 const char* behind_lines(const char* begin, const char* end, long& count);
 

@@ -3,7 +3,6 @@
 // hashing, no comparing of texts. All other texts are a dictionary's business.
 #pragma once
 
-#include <array>
 #include <span>
 #include <vector>
 
@@ -28,30 +27,28 @@ class DigitTable : NonCopyable {
   void add(const Cell& cell, int number);
 
  private:
-  // Texts of one layout, such as a number of decimals, have a table by themselves.
-  static constexpr int kLayouts = 8;
+  using Page = std::unique_ptr<int[], ZvkFree>;
+  // A key is a layout, such as the number of decimals, above the digits as an integer.
+  static constexpr int kDigitBits = 23;
+  static constexpr unsigned kLayouts = 7;
+  static constexpr unsigned kNoKey = kLayouts << kDigitBits;
   static constexpr int kPageBits = 12;
   // Sparse pages beyond these need some entries each.
   static constexpr long kFreePages = 64;
   static constexpr long kEntriesPerPage = 256;
 
-  struct Key {
-    int layout;  // below 0: the text is not of the shape
-    int digits;
-  };
-  using Page = Block<int>;
-
-  static Key fixed_point_key(const Cell& cell);
-  static Key date_key(const Cell& cell);
-  static Key time_key(const Cell& cell);
-  Key key_of(const Cell& cell) const;
-  const int* place_of(Key key) const;
+  // Keys of texts of the shape, else kNoKey.
+  static unsigned fixed_point_key(const Cell& cell);
+  static unsigned date_key(const Cell& cell);
+  static unsigned time_key(const Cell& cell);
+  static unsigned key(int layout, int digits);
+  unsigned key_of(const Cell& cell) const;
   template <class KeyOf>
   void find_all(std::span<const Cell> cells, int* numbers, KeyOf&& key_of) const;
 
   const DigitShape shape_;
-  std::array<std::vector<Page>, kLayouts> pages_;
-  long page_count_ = 0;
+  std::vector<Page> pages_;
+  std::vector<int*> places_;  // of the pages, by key; a page of zeros where there is none
   long entries_ = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "import/fields.h"
 
+#include <algorithm>
+
 #include "calc/datetime.h"
 #include "import/import_step.h"
 #include "search/value_list.h"
@@ -83,6 +85,7 @@ void TextField<Array>::Str2Data(std::span<const Cell> cells, std::vector<int>& b
 /// Numbers the cells that have none yet and are not empty.
 template <class Array>
 void TextField<Array>::number_others(std::span<const Cell> cells, int* rows) {
+  if (std::count(rows, rows + cells.size(), 0) == 0) return;
   Cell others[TextTable::kMaxCells];
   int places[TextTable::kMaxCells];
   int numbers[TextTable::kMaxCells];

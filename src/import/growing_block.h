@@ -19,10 +19,9 @@ class GrowingBlock {
   /// Room for `capacity` elements in all.
   void reserve(long capacity) {
     if (capacity <= capacity_) return;
-    void* const grown =
-        zvk_realloc(block_.get(), sizeof(T) * static_cast<size_t>(capacity));  // may throw
-    (void)block_.release();
-    block_.reset(static_cast<T*>(grown));
+    Block<T> grown = make_block<T>(capacity);
+    if (size_ > 0) memcpy(grown.get(), block_.get(), sizeof(T) * static_cast<size_t>(size_));
+    block_ = std::move(grown);
     capacity_ = capacity;
   }
 

@@ -24,13 +24,14 @@ CTextParser::CTextParser(const DataLayout& layout, const std::string& file,
       file_(file),
       errors_(errors),
       batch_size_(std::clamp(kBatchCells / inputs(), kMinBatch, kMaxBatch)),
-      cells_((layout.columns.size() + 1) * static_cast<size_t>(batch_size_)) {
+      cells_((layout.columns.size() + 1) * cell_stride()) {
   for (const ColumnDescription& column : layout.columns) {
     fields_.push_back(make_field(column, layout.checked()));
   }
   for (const InputField& input : layout.inputs) {
-    const int column = input.column >= 0 ? input.column : static_cast<int>(layout.columns.size());
-    cells_of_input_.push_back(cells_.data() + static_cast<long>(column) * batch_size_);
+    const size_t dropped = layout.columns.size();
+    cells_of_input_.push_back(
+        cells_of(input.column >= 0 ? static_cast<size_t>(input.column) : dropped));
   }
 }
 
@@ -79,7 +80,7 @@ Cell CTextParser::unquoted(const Cell& cell, bool doubled) {
   if (!doubled) return cell;
   std::string& text = unquoted_.emplace_back(without_doubled_quotes(cell));
   const int size = static_cast<int>(text.size());
-  text.append(8, '\0');  // short texts are read as words
+  text.append(16, '\0');  // texts are read as words
   return {text.data(), size};
 }
 
@@ -153,8 +154,7 @@ void CTextParser::store_batch() {
   if (rows_ == 0) reserve_rows();
   rows_ += batch_rows_;
   for (size_t column = 0; column < fields_.size(); ++column) {
-    const Cell* const cells = cells_.data() + column * static_cast<size_t>(batch_size_);
-    fields_[column]->Str2Data({cells, static_cast<size_t>(batch_rows_)}, bad_);
+    fields_[column]->Str2Data({cells_of(column), static_cast<size_t>(batch_rows_)}, bad_);
     for (const int row : bad_) faults_.push_back({row, static_cast<int>(column)});
     bad_.clear();
   }
@@ -172,9 +172,8 @@ void CTextParser::handle_faults() {
   std::vector<int> dropped;
   for (const auto& [row, column] : faults_) {
     if (!dropped.empty() && dropped.back() == row) continue;
-    data_fault(cells_[static_cast<size_t>(column) * static_cast<size_t>(batch_size_) +
-                      static_cast<size_t>(row)],
-               column, static_cast<int>(first_line_of_batch() + row));
+    data_fault(cells_of(static_cast<size_t>(column))[row], column,
+               static_cast<int>(first_line_of_batch() + row));
     if (layout_.error_mode == ErrorMode::kStop) throw CQXException(QX_ERROR_INVALID_DATA);
     if (layout_.error_mode == ErrorMode::kSkipLine) dropped.push_back(row);
   }
@@ -196,19 +195,38 @@ void CTextParser::reserve_rows() {
 template <int N>
 void DelimitedParser<N>::parse_lines(const char* begin, const char* end) {
   Finder finder(begin, end, delimiters_);
-  for (const char* line = begin; line < end;) line = parse_line(finder, line, end);
+  for (const char* line = begin; line < end;) {
+    const char* const* const stops = finder.plain_line(line, this->inputs());
+    line = stops != nullptr ? take_plain_line(line, stops) : parse_line(finder, line, end);
+  }
 }
 
-/// Returns the next line's begin.
+// Each returns the next line's begin.
+
+/// A line without quotes and faults, which ends with a line feed.
+template <int N>
+inline const char* DelimitedParser<N>::take_plain_line(const char* line, const char* const* stops) {
+  const auto cells = this->line_cells();
+  const int last = this->inputs() - 1;
+  for (int i = 0; i <= last; ++i) {
+    cells[i] = {line, static_cast<int>(stops[i] - line)};
+    line = stops[i] + 1;
+  }
+  if (cells[last].size > 0 && line[-2] == '\r') --cells[last].size;
+  this->take_row(line);
+  return line;
+}
+
 template <int N>
 const char* DelimitedParser<N>::parse_line(Finder& finder, const char* line, const char* end) {
   const int wanted = this->inputs();
+  const auto cells = this->line_cells();
   Cell surplus;
   int fields = 0;
   int status = 0;
   for (const char* begin = line;; ++fields) {
     const char* const stop =
-        parse_cell(finder, begin, end, fields < wanted ? this->cell(fields) : surplus, status);
+        parse_cell(finder, begin, end, fields < wanted ? cells[fields] : surplus, status);
     if (status < 0) {
       const char* const line_end = std::find(stop, end, '\n');
       const char* const next = line_end < end ? line_end + 1 : end;
@@ -231,7 +249,11 @@ const char* DelimitedParser<N>::parse_line(Finder& finder, const char* line, con
 template <int N>
 inline const char* DelimitedParser<N>::parse_cell(Finder& finder, const char* begin,
                                                   const char* end, Cell& cell, int& status) {
-  if (*begin == '"' && begin < end) return parseQuoted(finder, begin + 1, end, cell, status);
+  if (*begin == '"' && begin < end) {
+    const char* const stop = parseQuoted(begin + 1, end, cell, status);
+    if (status >= 0) finder.seek(std::min(stop + 1, end));
+    return stop;
+  }
   const char* const stop = finder.next();
   const char* last = stop;
   if (last > begin && last[-1] == '\r' && (stop == end || *stop == '\n')) --last;
@@ -241,13 +263,12 @@ inline const char* DelimitedParser<N>::parse_cell(Finder& finder, const char* be
 }
 
 template <int N>
-const char* DelimitedParser<N>::parseQuoted(Finder& finder, const char* begin, const char* end,
-                                            Cell& cell, int& status) {
+const char* DelimitedParser<N>::parseQuoted(const char* begin, const char* end, Cell& cell,
+                                            int& status) {
   const QuotedCell found = scan_quoted(begin, end, delimiters_);
   status = found.status;
   if (status < 0) return found.stop;
   cell = this->unquoted(found.cell, found.doubled);
-  finder.seek(std::min(found.stop + 1, end));
   return found.stop;
 }
 
@@ -259,7 +280,7 @@ void CValueListParser::parse_lines(const char* begin, const char* end) {
   Finder finder(begin, end, delimiters());
   for (const char* value = begin; value < end && *value != kEndMark;) {
     int status = 0;
-    const char* stop = parse_cell(finder, value, end, cell(0), status);
+    const char* stop = parse_cell(finder, value, end, line_cells()[0], status);
     if (status < 0) {
       finder.seek(stop);
       stop = finder.next();
@@ -268,7 +289,7 @@ void CValueListParser::parse_lines(const char* begin, const char* end) {
     }
     value = stop + 1;
     if (value != end || *stop != ',') continue;
-    cell(0) = {value, 0};  // what a last comma separates
+    line_cells()[0] = {value, 0};  // what a last comma separates
     take_row(end);
   }
 }
@@ -297,7 +318,7 @@ void CFixedLengthParser::parse_line(const char* line, const char* stop, const ch
     if (size < width && !(open_end && i == inputs() - 1)) {
       return take_short_field(width, size, next);
     }
-    cell(i) = {line, size};
+    line_cells()[i] = {line, size};
     line += size;
   }
   if (line < stop) return take_surplus(next);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "import/catalog.h"
+#include "import/cell_finder.h"
 
 namespace qxe {
 
@@ -43,8 +44,19 @@ class CTextParser : NonCopyable {
   CatalogErrorInfo& errors() { return errors_; }
   int inputs() const { return static_cast<int>(layout_.inputs.size()); }
   bool at_data_end(const char* place) const { return place == data_end_; }
-  /// Place of the present line's cell of an input field.
-  Cell& cell(int input) { return cells_of_input_[static_cast<size_t>(input)][batch_rows_]; }
+  /// Where the cells of the present line go, by input field.
+  class LineCells {
+   public:
+    Cell& operator[](int input) const { return columns_[input][row_]; }
+
+   private:
+    friend class CTextParser;
+    LineCells(Cell* const* columns, int row) : columns_(columns), row_(row) {}
+
+    Cell* const* columns_;
+    int row_;
+  };
+  LineCells line_cells() const { return {cells_of_input_.data(), batch_rows_}; }
   /// A quoted cell without its quotes; the text stays until the batch is stored.
   Cell unquoted(const Cell& cell, bool doubled);
 
@@ -75,6 +87,10 @@ class CTextParser : NonCopyable {
   void store_batch();
   void handle_faults();
   void reserve_rows();
+  /// Cells of a column. A cache line lies between columns: at distances of a power of two the cells
+  /// of one line would fall into one set of the cache.
+  size_t cell_stride() const { return static_cast<size_t>(batch_size_) + 64 / sizeof(Cell); }
+  Cell* cells_of(size_t column) { return cells_.data() + column * cell_stride(); }
   long first_line_of_batch() const { return lines_ - batch_rows_ + 1; }
 
   const std::string& file_;
@@ -83,7 +99,7 @@ class CTextParser : NonCopyable {
 
   int batch_size_;
   int batch_rows_ = 0;
-  std::vector<Cell> cells_;            // batch_size_ cells of each column, then of dropped fields
+  std::vector<Cell> cells_;            // of each column, then of dropped fields
   std::vector<Cell*> cells_of_input_;  // where the cells of an input field begin
   std::deque<std::string> unquoted_;   // texts of cells that do not stand in the file as they are
   std::vector<Fault> faults_;
@@ -108,7 +124,7 @@ class DelimitedParser : public CTextParser {
       : CTextParser(layout, file, errors), delimiters_(delimiters) {}
 
  protected:
-  using Finder = DelimiterFinder<N + 1>;
+  using Finder = CellFinder<N>;
 
   void parse_lines(const char* begin, const char* end) override;
   /// Returns the delimiter behind the cell, or the end. After a negative status the result is a
@@ -118,9 +134,9 @@ class DelimitedParser : public CTextParser {
   const Delimiters<N>& delimiters() const { return delimiters_; }
 
  private:
+  const char* take_plain_line(const char* line, const char* const* stops);
   const char* parse_line(Finder& finder, const char* line, const char* end);
-  const char* parseQuoted(Finder& finder, const char* begin, const char* end, Cell& cell,
-                          int& status);
+  const char* parseQuoted(const char* begin, const char* end, Cell& cell, int& status);
 
   const Delimiters<N> delimiters_;
 };

@@ -12,7 +12,7 @@ namespace {
 constexpr int kFirstSlotBits = 6;
 constexpr long kFirstPage = 2048;
 // From here on slots do not stay in the first level cache, and memory is fetched ahead.
-constexpr size_t kPrefetchFrom = 2048;
+constexpr size_t kPrefetchFrom = 16384;
 
 // Each step is one to one for each of its arguments.
 uint64_t mix(uint64_t hash, uint64_t word) {
@@ -58,33 +58,49 @@ TextTable::Key TextTable::key_of(const Cell& cell) {
   return {mix(hash, last), cell.size};
 }
 
-// First the slots, then the long texts that will be compared, most of them in two cache lines.
-// Inlined by force: gcc takes a function that only fetches ahead for one without effect and drops
-// the call.
-__attribute__((always_inline)) inline void TextTable::prefetch(std::span<const Key> keys) const {
-  for (const Key& key : keys) __builtin_prefetch(&slots_[home_of(key.hash)]);
-  for (const Key& key : keys) {
-    const Slot& slot = slots_[home_of(key.hash)];
-    if (slot.hash != key.hash || slot.holds == 0 || is_short(slot.holds)) continue;
-    const Record& record = record_at(slot.holds);
-    __builtin_prefetch(&record);
-    __builtin_prefetch(record.text() + key.size);
-  }
+// The long text that will be compared, most of them in two cache lines. Inlined by force, as below:
+// gcc takes a function that only fetches ahead for one without effect and drops the call.
+__attribute__((always_inline)) inline void TextTable::prefetch_text(const Key& key) const {
+  const Slot& slot = slots_[home_of(key.hash)];
+  if (slot.hash != key.hash || slot.holds == 0 || is_short(slot.holds)) return;
+  const Record& record = record_at(slot.holds);
+  __builtin_prefetch(&record);
+  __builtin_prefetch(record.text() + key.size);
 }
 
 std::span<const Cell> TextTable::number(std::span<const Cell> cells, int* numbers) {
-  Key keys[kMaxCells];
   added_.clear();
-  for (size_t i = 0; i < cells.size(); ++i) keys[i] = key_of(cells[i]);
-  if (slot_count() >= kPrefetchFrom) prefetch({keys, cells.size()});
-  for (size_t i = 0; i < cells.size(); ++i) numbers[i] = number_of(keys[i], cells[i].text);
+  if (slot_count() < kPrefetchFrom) {
+    for (size_t i = 0; i < cells.size(); ++i) {
+      numbers[i] = number_of(key_of(cells[i]), cells[i].text);
+    }
+  } else {
+    number_ahead(cells, numbers);
+  }
   return added_;
+}
+
+// Each cell is on its way through three stations: its slot is asked for, its text is asked for, it
+// gets its number.
+__attribute__((always_inline)) inline void TextTable::number_ahead(std::span<const Cell> cells,
+                                                                   int* numbers) {
+  constexpr size_t kStep = 16;
+  Key keys[kMaxCells];
+  const size_t count = cells.size();
+  for (size_t i = 0; i < count + 2 * kStep; ++i) {
+    if (i < count) {
+      keys[i] = key_of(cells[i]);
+      __builtin_prefetch(&slots_[home_of(keys[i].hash)]);
+    }
+    if (i - kStep < count) prefetch_text(keys[i - kStep]);
+    const size_t done = i - 2 * kStep;
+    if (done < count) numbers[done] = number_of(keys[done], cells[done].text);
+  }
 }
 
 int TextTable::number_of(const Key& key, const char* text) {
   if (key.size == 0) return 0;
-  const size_t last = slot_count() - 1;
-  for (size_t place = home_of(key.hash);; place = (place + 1) & last) {
+  for (size_t place = home_of(key.hash), tried = 1;; place = next_place(place, tried++)) {
     Slot& slot = slots_[place];
     if (slot.holds == 0) return add(key, text, slot);
     const int number = number_in(slot, key, text);
@@ -137,11 +153,10 @@ void TextTable::grow() {
   const Block<Slot> old =
       std::exchange(slots_, make_cleared_block<Slot>(static_cast<long>(old_count) * 2));
   --shift_;
-  const size_t last = slot_count() - 1;
   for (size_t i = 0; i < old_count; ++i) {
     if (old[i].holds == 0) continue;
     size_t place = home_of(old[i].hash);
-    while (slots_[place].holds != 0) place = (place + 1) & last;
+    for (size_t tried = 1; slots_[place].holds != 0;) place = next_place(place, tried++);
     slots_[place] = old[i];
   }
 }

@@ -49,6 +49,7 @@ class TextTable : NonCopyable {
   };
 
   static constexpr int kShortText = 8;
+  static constexpr size_t kLineSlots = 64 / sizeof(Slot);
   static constexpr int kSizeShift = 56;
   static constexpr int kPageBits = 21;
 
@@ -56,6 +57,11 @@ class TextTable : NonCopyable {
   static bool is_short(uint64_t holds) { return holds >> kSizeShift != 0; }
   size_t slot_count() const { return size_t{1} << (64 - shift_); }
   size_t home_of(uint64_t hash) const { return static_cast<size_t>(hash >> shift_); }
+  /// Where to look after `tried` places: first round the cache line, then in the next one.
+  size_t next_place(size_t place, size_t tried) const {
+    const size_t line = tried % kLineSlots == 0 ? place + kLineSlots : place;
+    return (line & (slot_count() - kLineSlots)) | ((place + 1) % kLineSlots);
+  }
   Record& record_at(uint64_t place) const {
     char* const page = pages_[static_cast<size_t>(place >> kPageBits)].get();
     return *reinterpret_cast<Record*>(page + (place & ((uint64_t{1} << kPageBits) - 1)));
@@ -65,7 +71,8 @@ class TextTable : NonCopyable {
   int number_of(const Key& key, const char* text);
   int add(const Key& key, const char* text, Slot& slot);
   uint64_t store(const Key& key, const char* text);
-  void prefetch(std::span<const Key> keys) const;
+  void prefetch_text(const Key& key) const;
+  void number_ahead(std::span<const Cell> cells, int* numbers);
   void grow();
 
   Block<Slot> slots_;

@@ -74,38 +74,50 @@ struct KeyedRows {
   }
 };
 
-/// Keys seen so far, one bit for each that can be.
+/// Keys seen so far, one bit for each that can be: 0 once it is seen.
 class SeenBits {
  public:
   using Key = uint32_t;
 
   explicit SeenBits(uint64_t keys)
-      : words_(make_cleared_block<uint32_t>(static_cast<long>(keys / 32 + 1))) {}
+      : unseen_(make_block<uint32_t>(static_cast<long>(keys / 32 + 1))) {
+    std::fill_n(unseen_.get(), keys / 32 + 1, ~uint32_t{0});
+  }
 
   /// Adds the keys and copies the rows of the new ones; returns how many.
   int add(const Key* keys, const int* rows, int count, int* out) {
-    int* next = out;
-    for (int i = 0; i < count; ++i) {  // no branch: whether a key is new is not foreseeable
-      uint32_t& word = words_[keys[i] / 32];
-      const uint32_t seen = word;
-      *next = rows[i];
-      next += 1 - (seen >> (keys[i] % 32) & 1);
-      word = seen | uint32_t{1} << (keys[i] % 32);
-    }
-    return static_cast<int>(next - out);
+    return add_each(rows, count, out, [&](int i) { return keys[i]; });
+  }
+  /// The same for rows that have their keys in a column.
+  int add_rows(const int* numbers, const int* rows, int count, int* out) {
+    return add_each(rows, count, out, [&](int i) { return static_cast<Key>(numbers[rows[i]]); });
   }
 
-  bool contains(Key key) const { return (words_[key / 32] >> (key % 32) & 1) != 0; }
+  bool contains(Key key) const { return (unseen_[key / 32] >> (key % 32) & 1) == 0; }
+  BitTest unseen() const { return {unseen_.get()}; }
 
   /// The lowest key that was not added.
   int first_missing() const {
     int word = 0;
-    while (words_[word] == ~uint32_t{0}) ++word;
-    return word * 32 + __builtin_ctz(~words_[word]);
+    while (unseen_[word] == 0) ++word;
+    return word * 32 + __builtin_ctz(unseen_[word]);
   }
 
  private:
-  Block<uint32_t> words_;  // the last one has a bit that is no key's
+  template <class KeyOf>
+  int add_each(const int* rows, int count, int* out, const KeyOf& key_of) {
+    int* next = out;
+    for (int i = 0; i < count; ++i) {  // no branch: whether a key is new is not foreseeable
+      const Key key = key_of(i);
+      const uint32_t unseen = unseen_[key / 32];
+      *next = rows[i];
+      next += unseen >> (key % 32) & 1;
+      unseen_[key / 32] = unseen & ~(uint32_t{1} << (key % 32));
+    }
+    return static_cast<int>(next - out);
+  }
+
+  Block<uint32_t> unseen_;  // the last one has a bit that is no key's
 };
 
 /// Keys seen so far, numbered in the order of their first use: a hash table with linear probing,
@@ -212,16 +224,28 @@ class FirstRows {
   void collect(Slice slice, SliceRows& own) const {
     own.seen.emplace(keys_);
     own.rows = room_ + slice.begin;
+    if constexpr (std::is_same_v<Seen, SeenBits>) {
+      if (source_.columns.size() == 1) return collect_values(slice, own);
+    }
     int rows[KeyedRows::kBatch];
     Key keys[KeyedRows::kBatch];
     for (long begin = slice.begin; begin < slice.end; begin += KeyedRows::kBatch) {
-      if constexpr (std::is_same_v<Seen, SeenBits>) {
-        if (source_.columns.size() == 1 && static_cast<uint64_t>(own.kept) + 1 >= keys_) {
-          return find_last({begin, slice.end}, own);
-        }
-      }
       const int count = source_.read(begin, slice.end, rows, keys);
       own.kept += own.seen->add(keys, rows, count, own.rows + own.kept);
+    }
+  }
+
+  /// Of one column: the rows of values not seen before a step are found first, many at a time.
+  void collect_values(Slice slice, SliceRows& own) const {
+    constexpr int kStep = 2048;
+    const ScanRows rows{source_.columns[0].numbers, source_.rows};
+    int unseen[kStep];
+    for (long begin = slice.begin; begin < slice.end; begin += kStep) {
+      if (static_cast<uint64_t>(own.kept) + 1 >= keys_) return find_last({begin, slice.end}, own);
+      const long count = scan_kernels().in_bits(rows, begin, std::min(begin + kStep, slice.end),
+                                                own.seen->unseen(), unseen);
+      own.kept += own.seen->add_rows(rows.pv, unseen, static_cast<int>(count),
+                                     own.rows + own.kept);
     }
   }
 

@@ -1,6 +1,8 @@
 // Order-preserving 64-bit pieces of values, so that all families sort by comparing integers.
 #pragma once
 
+#include <bit>
+
 #include "storage/family.h"
 
 namespace qxe {
@@ -36,18 +38,35 @@ struct SortKey<TStrArray> {
   static constexpr int kStep = 8;
   /// The eight bytes from `depth` on, the first one highest; zeros behind the end.
   static uint64_t key(const char* text, int depth) {
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(text + depth);
-    uint64_t key = 0;
-    for (int shift = 56; shift >= 0; shift -= 8) {
-      const uint64_t byte = bytes[(56 - shift) / 8];
-      if (byte == 0) break;
-      key |= byte << shift;
-    }
-    return key;
+    if (!word_is_readable(text + depth)) return key_by_bytes(text + depth);
+    uint64_t word;
+    memcpy(&word, text + depth, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+    const uint64_t ends = (word - 0x0101010101010101) & ~word & 0x8080808080808080;
+    if (ends != 0) word &= (ends & (~ends + 1)) / 0x80 - 1;  // the bytes before the first zero
+    return __builtin_bswap64(word);
   }
   static bool more(uint64_t key, int) { return (key & 0xff) != 0; }
   static int compare_from(const char* left, const char* right, int depth) {
     return strcmp(left + depth, right + depth);
+  }
+
+ private:
+  /// Bytes behind a text's end may be anything, but they are in its page of memory.
+  static bool word_is_readable(const char* text) {
+#ifdef __SANITIZE_ADDRESS__
+    return text == nullptr;
+#else
+    constexpr size_t kPage = 4096;
+    return (reinterpret_cast<size_t>(text) & (kPage - 1)) <= kPage - sizeof(uint64_t);
+#endif
+  }
+  static uint64_t key_by_bytes(const char* text) {
+    uint64_t key = 0;
+    for (int shift = 56; shift >= 0 && *text != '\0'; shift -= 8) {
+      key |= static_cast<uint64_t>(static_cast<unsigned char>(*text++)) << shift;
+    }
+    return key;
   }
 };
 

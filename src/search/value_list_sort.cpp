@@ -122,9 +122,11 @@ struct Group {
   long distinct = 0;  // values, once sorted
 };
 
+/// Entries that agree up to `depth`.
 struct Run {
   long begin;
   long count;
+  int depth;
 };
 
 template <class Array>
@@ -275,12 +277,16 @@ class ValueSorter {
     }
   }
 
+  // A run whose pieces agree is done to its end before the next one, while its texts are in the
+  // cache.
   void sort_group(Group& group) const {
     sort_by_key(group.data, group.spare, group.count, true);
     std::vector<Run> ties;
-    mark_repeats(group.data, {0, group.count}, group.depth, ties);
-    for (int depth = group.depth + Key::kStep; !ties.empty(); depth += Key::kStep) {
-      ties = resolve(group, ties, depth);
+    mark_repeats(group.data, {0, group.count, group.depth}, ties);
+    while (!ties.empty()) {
+      const Run run = ties.back();
+      ties.pop_back();
+      resolve(group, run, ties);
     }
     group.distinct = std::count_if(group.data, group.data + group.count, [](const Entry& entry) {
       return (entry.source & Entry::kRepeat) == 0;
@@ -288,15 +294,15 @@ class ValueSorter {
   }
 
   /// Marks the entries of a sorted run that repeat the value before; those that may still differ
-  /// become a run of `ties`.
-  void mark_repeats(Entry* data, Run run, int depth, std::vector<Run>& ties) const {
+  /// become runs of `ties`.
+  void mark_repeats(Entry* data, Run run, std::vector<Run>& ties) const {
     const long end = run.begin + run.count;
     for (long begin = run.begin; begin < end;) {
       long next = begin + 1;
       while (next < end && data[next].key == data[begin].key) ++next;
       if (next - begin > 1) {
-        if (Key::more(data[begin].key, depth)) {
-          ties.push_back({begin, next - begin});
+        if (Key::more(data[begin].key, run.depth)) {
+          ties.push_back({begin, next - begin, run.depth + Key::kStep});
         } else {
           for (long i = begin + 1; i < next; ++i) data[i].source |= Entry::kRepeat;
         }
@@ -305,40 +311,28 @@ class ValueSorter {
     }
   }
 
-  /// Orders runs of entries that agree up to `depth` by what follows; returns the runs that agree
-  /// again.
-  std::vector<Run> resolve(Group& group, const std::vector<Run>& runs, int depth) const {
-    std::vector<Run> ties;
+  /// Orders the entries of a run by what follows; those that agree again go to `ties`.
+  void resolve(Group& group, Run run, std::vector<Run>& ties) const {
     if constexpr (!kKeyIsValue<Array>) {
       constexpr long kFewEntries = 4;
-      for (const Run& run : runs) {
-        Entry* const entries = group.data + run.begin;
-        if (run.count <= kFewEntries) {
-          compare_few(group, run, depth);
-          continue;
-        }
-        for (long i = 0; i < run.count; ++i) {
-          prefetch(entries, i, group.count - run.begin, depth);
-          entries[i].key = Key::key(value_of(entries[i]), depth);
-        }
-        sort_by_key(entries, group.spare + run.begin, run.count, true);
-        mark_repeats(group.data, run, depth, ties);
-      }
+      if (run.count <= kFewEntries) return compare_few(group, run);
+      Entry* const entries = group.data + run.begin;
+      next_keys(entries, run.count, run.depth);
+      sort_by_key(entries, group.spare + run.begin, run.count, true);
+      mark_repeats(group.data, run, ties);
     }
-    return ties;
   }
 
   /// Orders a few entries by comparing the values themselves.
-  void compare_few(Group& group, Run run, int depth) const {
+  void compare_few(Group& group, Run run) const {
     Entry* const entries = group.data + run.begin;
-    for (long i = 0; i < run.count; ++i) prefetch(entries, i, group.count - run.begin, depth);
     for (long i = 1; i < run.count; ++i) {
       Entry moved = entries[i];
       const Value value = value_of(moved);
       long place = i;
       int order = 1;
       while (place > 0 &&
-             (order = Key::compare_from(value, value_of(entries[place - 1]), depth)) < 0) {
+             (order = Key::compare_from(value, value_of(entries[place - 1]), run.depth)) < 0) {
         entries[place] = entries[place - 1];
         --place;
       }

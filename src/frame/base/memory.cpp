@@ -50,16 +50,16 @@ class LargeBlocks {
     const size_t capacity = rounded(size);
     {
       std::lock_guard<std::mutex> guard(lock_);
-      if (void* block = take_cached(capacity)) return block;
+      if (void* block = take_cached(size, capacity)) return block;
     }
     void* block = map(capacity);
     if (block == nullptr) {
-      release_cache();
+      release_cache(0);
       block = map(capacity);
     }
     if (block == nullptr) return nullptr;
     std::lock_guard<std::mutex> guard(lock_);
-    if (noted([&] { used_.emplace(block, capacity); })) return block;
+    if (noted([&] { used_.emplace(block, UsedBlock{size, capacity}); })) return block;
     munmap(block, capacity);
     return nullptr;
   }
@@ -69,7 +69,7 @@ class LargeBlocks {
     {
       std::lock_guard<std::mutex> guard(lock_);
       const auto place = used_.find(block);
-      capacity = place->second;
+      capacity = place->second.capacity;
       used_.erase(place);
       if (capacity <= kCacheLimit) {
         keep(block, capacity);
@@ -83,18 +83,35 @@ class LargeBlocks {
   size_t capacity(void* block) noexcept {
     std::lock_guard<std::mutex> guard(lock_);
     const auto place = used_.find(block);
-    return place == used_.end() ? 0 : place->second;
+    return place == used_.end() ? 0 : place->second.capacity;
   }
 
-  void release_cache() noexcept {
+  /// Notes the size that a block has got within its capacity.
+  void resize(void* block, size_t size) noexcept {
     std::lock_guard<std::mutex> guard(lock_);
-    drop_oldest_above(0);
+    used_.find(block)->second = {size, used_.find(block)->second.capacity};
+  }
+
+  void release_cache(size_t keep) noexcept {
+    std::lock_guard<std::mutex> guard(lock_);
+    drop_oldest_above(keep);
+    for (auto& [block, used] : used_) trim(block, used);
+  }
+
+  size_t cached_bytes() noexcept {
+    std::lock_guard<std::mutex> guard(lock_);
+    return cached_bytes_;
   }
 
  private:
   struct FreeBlock {
     void* block;
     size_t capacity;
+  };
+  struct UsedBlock {
+    size_t size;
+    size_t capacity;
+    bool trimmed = false;
   };
 
   /// Whether there was memory for an entry in the books.
@@ -108,7 +125,17 @@ class LargeBlocks {
     }
   }
 
-  static size_t rounded(size_t size) { return (size + kHugePage - 1) & ~(kHugePage - 1); }
+  static size_t rounded(size_t size, size_t page = kHugePage) {
+    return (size + page - 1) & ~(page - 1);
+  }
+
+  /// Gives back the end of the last huge page, which on average is half of it. It stays readable.
+  static void trim(void* block, UsedBlock& used) noexcept {
+    if (used.trimmed) return;
+    const size_t kept = rounded(used.size, 4096);
+    madvise(static_cast<char*>(block) + kept, used.capacity - kept, MADV_DONTNEED);
+    used.trimmed = true;
+  }
 
   static void* map(size_t capacity) {
     const size_t mapped = capacity + kHugePage;
@@ -127,7 +154,7 @@ class LargeBlocks {
   }
 
   /// As much as is needed of the smallest free block that is large enough; its rest stays free.
-  void* take_cached(size_t capacity) {
+  void* take_cached(size_t size, size_t capacity) {
     const auto fits_better = [&](const FreeBlock& left, const FreeBlock& right) {
       return left.capacity >= capacity &&
              (right.capacity < capacity || left.capacity < right.capacity);
@@ -135,7 +162,7 @@ class LargeBlocks {
     const auto place = std::min_element(cache_.begin(), cache_.end(), fits_better);
     if (place == cache_.end() || place->capacity < capacity) return nullptr;
     void* const block = place->block;
-    if (!noted([&] { used_.emplace(block, capacity); })) return nullptr;
+    if (!noted([&] { used_.emplace(block, UsedBlock{size, capacity}); })) return nullptr;
     cached_bytes_ -= capacity;
     place->block = static_cast<char*>(block) + capacity;
     place->capacity -= capacity;
@@ -161,7 +188,7 @@ class LargeBlocks {
   }
 
   std::mutex lock_;
-  std::unordered_map<void*, size_t> used_;
+  std::unordered_map<void*, UsedBlock> used_;
   std::vector<FreeBlock> cache_;  // the longest free first
   size_t cached_bytes_ = 0;
 };
@@ -182,7 +209,10 @@ void* allocate(size_t size) {
 }
 
 void* resize_large(void* block, size_t capacity, size_t size) {
-  if (size <= capacity && size >= capacity / 2) return block;
+  if (size <= capacity && size >= capacity / 2) {
+    large_blocks().resize(block, size);
+    return block;
+  }
   void* const moved = zvk_malloc(size);
   memcpy(moved, block, std::min(capacity, size));
   large_blocks().free(block);
@@ -227,8 +257,12 @@ void _heap_memory_exception(size_t size) {
                      static_cast<unsigned>(size));
 }
 
-void release_free_blocks() noexcept {
-  large_blocks().release_cache();
+size_t free_block_bytes() noexcept {
+  return large_blocks().cached_bytes();
+}
+
+void release_free_blocks(size_t keep) noexcept {
+  large_blocks().release_cache(keep);
 }
 
 void fail_allocation_after(long allocations, bool persistent) noexcept {

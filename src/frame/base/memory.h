@@ -25,8 +25,24 @@ void zvk_free(void* block) noexcept;
 /// Throws QX_ERROR_OUT_OF_MEMORY with "Memory allocation failed for %u bytes".
 [[noreturn]] void _heap_memory_exception(size_t size);
 
-/// Gives the cached free blocks back to the system.
-void release_free_blocks() noexcept;
+/// Bytes of the cached free blocks.
+size_t free_block_bytes() noexcept;
+/// Gives cached free blocks back to the system until at most `keep` bytes are left, and the ends of
+/// used blocks that go to waste because memory comes in huge pages.
+void release_free_blocks(size_t keep = 0) noexcept;
+
+/// Leaves no more free blocks cached than there were: for work that needs far more memory than what
+/// it makes.
+class FreeBlocksKeeper {
+ public:
+  FreeBlocksKeeper() : before_(free_block_bytes()) {}
+  ~FreeBlocksKeeper() { release_free_blocks(before_); }
+  FreeBlocksKeeper(const FreeBlocksKeeper&) = delete;
+  FreeBlocksKeeper& operator=(const FreeBlocksKeeper&) = delete;
+
+ private:
+  const size_t before_;
+};
 
 /// Test hook: lets `allocations` further allocations pass, fails the next one, and all after it
 /// when `persistent`. A negative count switches it off.
