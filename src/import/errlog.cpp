@@ -153,7 +153,7 @@ void CatalogErrorInfo::LogMsgPrint(const Record& record, long rowOffset) {
     case kErrFieldCount:
       LogMsg2(CatalogErrTable[kErrFieldCount], record.first, record.second, row);
       break;
-    case kErrMemory: LogMsg2(CatalogErrTable[kErrMemory]); break;
+    case kErrMemory: LogMsg2("%s", CatalogErrTable[kErrMemory]); break;
     case kErrSurplusFields:
       LogMsg2(CatalogErrTable[kErrSurplusFields], record.first, record.second, row);
       break;

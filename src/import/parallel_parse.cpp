@@ -10,6 +10,7 @@ namespace qxe {
 namespace {
 
 constexpr long kMaxRows = 0x7FFFFFFF;
+constexpr long kFewRows = 64;
 
 }  // namespace
 
@@ -22,21 +23,27 @@ int mpp_import_step2(void* block) {
 }
 
 // With a limit a first round takes as many lines. When some of them are left out, further rounds
-// take lines for the rows still wanted.
+// take lines for the rows still wanted. A few rows are not worth a round: one worker goes on until
+// it has them.
 void ParallelParse::parse(const std::string& file, long limit) {
   const SourceFile source = open_logged(file);
-  long begin = layout_.title_line ? source.behind_lines(0, source.size(), 1) : 0;
+  const long size = source.size();
+  long begin = layout_.title_line ? source.behind_lines(0, size, 1) : 0;
   do {
-    const long end = limit == kAllRows ? source.size()
-                                       : source.behind_lines(begin, source.size(), limit - rows_);
-    run_step1(source, alloc_step1(source, begin, end));
+    const long wanted = limit - rows_;
+    const bool few = wanted <= kFewRows;
+    const bool rest = few || limit == kAllRows;
+    const long end = rest ? size : source.behind_lines(begin, size, wanted);
+    run_step1(source, alloc_step1(source, begin, end, few ? 1 : INT_MAX), wanted);
     begin = end;
-  } while (begin < source.size() && rows_ < limit);
+  } while (begin < size && rows_ < limit);
 }
 
-/// Even ranges that end with a line. A worker gets a page at least.
-ParallelParse::Shares ParallelParse::alloc_step1(const SourceFile& file, long begin, long end) {
-  const int workers = ENG->n_threads_for_elements(end - begin, ENG->page_size());
+/// Up to `most` even ranges that end with a line. Short text gives fewer.
+ParallelParse::Shares ParallelParse::alloc_step1(const SourceFile& file, long begin, long end,
+                                                 int most) {
+  const int workers =
+      std::min(ENG->n_threads_for_elements(end - begin, ENG->bytes_per_worker()), most);
   const long size = (end - begin) / workers;
   Shares shares;
   for (int i = 1; i < workers && end - begin > size; ++i) {
@@ -48,11 +55,12 @@ ParallelParse::Shares ParallelParse::alloc_step1(const SourceFile& file, long be
   return shares;
 }
 
-void ParallelParse::run_step1(const SourceFile& file, Shares shares) {
+void ParallelParse::run_step1(const SourceFile& file, Shares shares, long limit) {
   int status = 0;
   try {
-    run_import_step(task_, static_cast<int>(shares.size()),
-                    [&](int share) { text2pvvl(*shares[static_cast<size_t>(share)], file); });
+    run_import_step(task_, static_cast<int>(shares.size()), [&](int share) {
+      text2pvvl(*shares[static_cast<size_t>(share)], file, limit);
+    });
   } catch (const CQXException& failure) {
     status = failure.ErrorCode();
   } catch (const std::bad_alloc&) {
@@ -61,9 +69,9 @@ void ParallelParse::run_step1(const SourceFile& file, Shares shares) {
   collect_shares(std::move(shares), status);
 }
 
-void ParallelParse::text2pvvl(Share& share, const SourceFile& file) const {
+void ParallelParse::text2pvvl(Share& share, const SourceFile& file, long limit) const {
   share.parser = make_parser(layout_, file.path(), share.errors);
-  share.parser->ParseFile(file, share.begin, share.end);
+  share.parser->ParseFile(file, share.begin, share.end, limit);
   share.finished = true;
 }
 

@@ -42,6 +42,8 @@ class ParallelParse : NonCopyable {
 
  private:
   struct Share {
+    Share(long share_begin, long share_end) : begin(share_begin), end(share_end) {}
+
     long begin;  // offsets in the file
     long end;
     CatalogErrorInfo errors;
@@ -50,9 +52,9 @@ class ParallelParse : NonCopyable {
   };
   using Shares = std::vector<std::unique_ptr<Share>>;
 
-  static Shares alloc_step1(const SourceFile& file, long begin, long end);
-  void run_step1(const SourceFile& file, Shares shares);
-  void text2pvvl(Share& share, const SourceFile& file) const;
+  static Shares alloc_step1(const SourceFile& file, long begin, long end, int most);
+  void run_step1(const SourceFile& file, Shares shares, long limit);
+  void text2pvvl(Share& share, const SourceFile& file, long limit) const;
   void collect_shares(Shares shares, int status);
 
   const DataLayout& layout_;

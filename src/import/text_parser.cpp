@@ -37,18 +37,30 @@ CTextParser::CTextParser(const DataLayout& layout, const std::string& file,
 
 CTextParser::~CTextParser() = default;
 
-void CTextParser::ParseFile(const SourceFile& file, long begin, long end) {
+void CTextParser::ParseFile(const SourceFile& file, long begin, long end, long limit) {
   size_ = end - begin;
-  for (LineBlocks blocks(file, begin, end); blocks.next();) {
-    parse_block(blocks.begin(), blocks.end(), blocks.offset() == file.size());
+  limit_ = limit;
+  for (LineBlocks blocks(file, begin, end); rows_ < limit && blocks.next();) {
+    parse_wanted_rows(blocks.begin(), blocks.end(), blocks.offset() == file.size());
   }
   finish();
 }
 
 void CTextParser::ParseMem(const char* begin, const char* end) {
-  size_ = end - begin;
+  size_ = limit_ = end - begin;
   parse_block(begin, end, true);
   finish();
+}
+
+/// Takes no more lines at once than rows are wanted: which of them give a row is known behind them.
+void CTextParser::parse_wanted_rows(const char* begin, const char* end, bool last) {
+  while (begin < end && rows_ < limit_) {
+    long lines = limit_ - rows_;
+    const bool all = lines >= end - begin;  // a line has a byte at least
+    const char* const stop = all ? end : behind_lines(begin, end, lines);
+    parse_block(begin, stop, last && stop == end);
+    begin = stop;
+  }
 }
 
 /// No cell outlives its block: the last batch is stored with it.
@@ -176,7 +188,8 @@ void CTextParser::reserve_rows() {
   const auto lines = static_cast<double>(lines_ - lines_before_block_);
   const double line_size = static_cast<double>(position_ - block_) / lines;
   const double rows = static_cast<double>(size_) / line_size * 1.01 + 16;
-  for (const auto& field : fields_) field->CreateMemCache(static_cast<long>(rows));
+  const long wanted = std::min(static_cast<long>(rows), limit_);
+  for (const auto& field : fields_) field->CreateMemCache(wanted);
 }
 
 template <int N>
@@ -272,7 +285,7 @@ void CValueListParser::parse_lines(const char* begin, const char* end) {
       finder.seek(stop);
       stop = finder.next();
     } else {
-      take_row(stop);
+      take_row(std::min(stop + 1, end));
     }
     value = stop + 1;
     if (value != end || *stop != ',') continue;

@@ -24,8 +24,8 @@ class CTextParser : NonCopyable {
   virtual ~CTextParser();
 
   // Each parses one share of the data, once, and throws the status of a fault that ends the import.
-  /// Takes the lines between two offsets of a file.
-  void ParseFile(const SourceFile& file, long begin, long end);
+  /// Takes the lines between two offsets of a file, up to the one that gives row number `limit`.
+  void ParseFile(const SourceFile& file, long begin, long end, long limit);
   /// Takes data that stand in memory as a whole; SourceFile::kReadable bytes follow them.
   void ParseMem(const char* begin, const char* end);
 
@@ -81,6 +81,7 @@ class CTextParser : NonCopyable {
   void fixed_width_fault() const;
   /// Ends the import, unless bad lines are left out.
   void fail_unless_skipping(int status) const;
+  void parse_wanted_rows(const char* begin, const char* end, bool last);
   void parse_block(const char* begin, const char* end, bool last);
   void finish();
   void store_batch();
@@ -104,7 +105,8 @@ class CTextParser : NonCopyable {
   std::vector<Fault> faults_;
   std::vector<int> bad_;  // positions in a batch
 
-  long size_ = 0;  // of the share
+  long size_ = 0;   // of the share
+  long limit_ = 0;  // rows wanted
   const char* block_ = nullptr;
   long lines_before_block_ = 0;
   const char* position_ = nullptr;  // behind the lines read of the block

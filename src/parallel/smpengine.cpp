@@ -80,7 +80,7 @@ void CSmpEngine::ReInitialize() {
 
 void CSmpEngine::sysinfo() {
   processors_ = positive_setting("RUNTHREADS", std::max(1, get_nprocs()));
-  page_size_ = getpagesize();
+  bytes_per_worker_ = getpagesize();
   l2_size_ = positive_setting("L2_CACHESIZE", l2_size_);
   l2_line_ = positive_setting("L2_LINESIZE", l2_line_);
   rows_per_worker_ = positive_setting("ROWS_PER_WORKER", static_cast<int>(rows_per_worker_));
@@ -110,6 +110,13 @@ WorkerPool CSmpEngine::started_pool() {
     throw;
   }
   return pool;
+}
+
+void CSmpEngine::set_division(const WorkDivision& division) {
+  run_threads_ = std::clamp(division.workers, 1, created_threads_);
+  rows_per_worker_ = division.rows_per_worker;
+  bytes_per_worker_ = division.bytes_per_worker;
+  in_turn_ = division.in_turn;
 }
 
 int CSmpEngine::n_threads_for_elements(long elements, long perThread) const {
@@ -194,6 +201,11 @@ void CSmpEngine::keep_all_threads_alive() {
 int CSmpEngine::run_threads_task(int n, int task) {
   if (n < 1) return 0;
   CWorkThread& first = worker(0);
+  if (in_turn_) {
+    for (int i = 1; i < n; ++i) worker(i).run_on_caller(task);
+    first.run_on_caller(task);
+    return raised(get_wkthreads_retcode(n));
+  }
   pool_.notice->finished.store(0, std::memory_order_relaxed);
   for (int i = 1; i < n; ++i) resume_wkthread(i, task);
   first.run_on_caller(task);

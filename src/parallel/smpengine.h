@@ -24,6 +24,14 @@ struct WorkerPool {
   void stop();
 };
 
+/// How much work is worth waking a worker for, and how many of the pool's take part at most.
+struct WorkDivision {
+  int workers;
+  long rows_per_worker;   // elements of cheap row work; see SlicedTask
+  long bytes_per_worker;  // of text to parse
+  bool in_turn = false;   // the calling thread takes all shares of a round, one after the other
+};
+
 class CSmpEngine : NonCopyable {
  public:
   static CSmpEngine& Instance();
@@ -37,7 +45,10 @@ class CSmpEngine : NonCopyable {
   int created_threads() const { return created_threads_; }
   /// Elements of cheap row work that are worth waking a worker for; see SlicedTask.
   long rows_per_worker() const { return rows_per_worker_; }
-  int page_size() const { return page_size_; }
+  /// Bytes of text that are worth a worker's parsing.
+  long bytes_per_worker() const { return bytes_per_worker_; }
+  /// For tests that compare divisions: takes the place of the profile file's.
+  void set_division(const WorkDivision& division);
   int l2_size() const { return l2_size_; }
   int l2_line() const { return l2_line_; }
   TTableCollection* collection() { return collection_.get(); }
@@ -100,12 +111,13 @@ class CSmpEngine : NonCopyable {
   int run_threads_ = 1;
   int created_threads_ = 1;
   int processors_ = 1;
-  int page_size_ = 8192;
   int l1_size_ = 65536;
   int l1_line_ = 64;
   int l2_size_ = 1048576;
   int l2_line_ = 64;
   long rows_per_worker_ = 65536;
+  long bytes_per_worker_ = 8192;  // a memory page
+  bool in_turn_ = false;
   std::unique_ptr<TTableCollection> collection_;
   ErrorRing error_ring_;
   int date_format_ = 0;  // 0 year first, 1 day first, 2 month first

@@ -9,8 +9,10 @@
 
 #include <array>
 
-// The compiler's own header leaves values undefined on purpose and is warned about it here.
+#ifndef __clang__
+// GCC's own header leaves values undefined on purpose and is warned about it here.
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 
 namespace qxe {
 

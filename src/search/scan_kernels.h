@@ -24,7 +24,7 @@ struct RangeTest {
   ValueRange b;
 
   bool operator()(int value_number) const {
-    return a.contains(value_number) | b.contains(value_number);
+    return (int{a.contains(value_number)} | int{b.contains(value_number)}) != 0;  // no jump
   }
 };
 

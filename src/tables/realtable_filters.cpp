@@ -4,6 +4,7 @@
 #include "search/compiler.h"
 #include "storage/family.h"
 #include "storage/strings.h"
+#include "tables/free_name.h"
 #include "tables/realtables.h"
 
 namespace qxe {
@@ -57,11 +58,9 @@ int TRealTable::GenFilterName(const char* seed, char* out) const {
     return report("GenFilterName", QX_ERROR_FILTER_NAME, "Invalid Parameter : SeedName(%s)", seed);
   }
   if (strcmp(base, "RecNo") == 0) qxe_strlcpy(base, "RECNO", kNameSize);
-  char candidate[kNameSize + 16];
-  qxe_strlcpy(candidate, base, sizeof candidate);
-  for (int i = 1; FilterName2Pos(candidate) >= 0; ++i) {
-    snprintf(candidate, sizeof candidate, "%s_#%d", base, i);
-  }
+  char candidate[kFreeNameSize];
+  first_free_name(
+      base, GetNFilter(), [&](int i) { return filter_at(i)->FFilterName; }, candidate);
   if (strlen(candidate) >= kNameSize) {
     return report("GenFilterName", QX_ERROR_FILTER_NAME, "Invalid Parameter : GenName(%s)",
                   candidate);

@@ -2,6 +2,7 @@
 #include <time.h>
 
 #include "storage/strings.h"
+#include "tables/free_name.h"
 #include "tables/table_collection.h"
 
 namespace qxe {
@@ -11,11 +12,9 @@ int TTableCollection::GenTableName(const char* seed, char* out) const {
   if (seed == nullptr || !verifySeedName(seed, base)) {
     return report("GenTableName", QX_ERROR_TABLE_NAME, "Invalid Parameter : SeedName");
   }
-  char candidate[TBaseTable::kNameSize + 16];
-  qxe_strlcpy(candidate, base, sizeof candidate);
-  for (int i = 1; Name2Loc(candidate) >= 0; ++i) {
-    snprintf(candidate, sizeof candidate, "%s_#%d", base, i);
-  }
+  char candidate[kFreeNameSize];
+  first_free_name(
+      base, count(), [&](int i) { return at(i).name(); }, candidate);
   if (strlen(candidate) >= TBaseTable::kNameSize) {
     report("GenTableName", QX_ERROR_FILE, "Failed to get tablename");
     return QX_ERROR_TABLE_NAME;

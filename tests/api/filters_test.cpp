@@ -109,6 +109,19 @@ TEST_F(FiltersTest, MakeNamesUnique) {
       std::regex_match(name_of(table, add_nulls(table, 9, "")), std::regex("filter[0-9]{14}_1")));
 }
 
+TEST_F(FiltersTest, TakeTheFirstFreeNumberOfAName) {
+  const int table = RQXAddRealTable("t", 1);
+  const int first = add_nulls(table, 9, "a");
+  const int second = add_nulls(table, 9, "a");
+  EXPECT_EQ(name_of(table, add_nulls(table, 9, "a")), "a_#2");
+  ASSERT_EQ(RQXDeleteRealFilter(table, second), 0);
+  EXPECT_EQ(name_of(table, add_nulls(table, 9, "a")), "a_#1");
+  EXPECT_EQ(name_of(table, add_nulls(table, 9, "a")), "a_#3");
+  ASSERT_EQ(RQXDeleteRealFilter(table, first), 0);
+  EXPECT_EQ(name_of(table, add_nulls(table, 9, "ab")), "ab");
+  EXPECT_EQ(name_of(table, add_nulls(table, 9, "a")), "a");
+}
+
 TEST_F(FiltersTest, AreRenamedAndFoundByName) {
   const TestTable table({{"a", ints({1})}, {"b", ints({1})}});
   const int b = table.filter("b");

@@ -114,6 +114,20 @@ TEST_F(ImportTest, ColumnsGetValidAndUniqueNames) {
   }
 }
 
+TEST_F(ImportTest, AllColumnsMayHaveOneName) {
+  std::string catalog = "//CSV\n";
+  std::string data;
+  for (int i = 0; i < QX_CATALOG_MAX_COLUMNS; ++i) {
+    catalog += "I\t9\tc\n";
+    data += (i == 0 ? "" : ",") + std::to_string(i);
+  }
+  const int id = import(catalog, data);
+  ASSERT_GT(id, 0) << hex(id);
+  const TestTable table = TestTable::existing(id);
+  EXPECT_EQ(table.texts("c"), std::vector<std::string>{"0"});
+  EXPECT_EQ(table.texts("c_#511"), std::vector<std::string>{"511"});
+}
+
 TEST_F(ImportTest, ErrorLogMayHaveAnotherName) {
   write_file(directory() / "faults.txt", "left from before");
   const std::string catalog = "//CSV\n//ERROR\tCONTINUE\n//ERRORLOG\tfaults.txt\nI\t9\ta\n";
