@@ -85,6 +85,10 @@ void TBaseArray::SetAllocSize(long n) {
   FArraySize = static_cast<int>(std::min<long>(FArraySize, FAllocSize));
 }
 
+void TBaseArray::reserve(long n) {
+  if (n > FAllocSize) SetAllocSize(CalcMargin2(n));
+}
+
 void TBaseArray::AdjustMemArea() {
   const long needed = CalcMargin(FArraySize);
   if (FAllocSize > needed) SetAllocSize(needed);
