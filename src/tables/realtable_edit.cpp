@@ -1,0 +1,135 @@
+// Values of a real table: overwriting and filling.
+#include <algorithm>
+
+#include "search/compiler.h"
+#include "storage/family.h"
+#include "tables/realtables.h"
+
+namespace qxe {
+
+/// Values on their way into the rows of a set.
+struct TRealTable::ValueEdit {
+  const char* layer;
+  int filter;
+  int set;
+  int start;  // position from 1
+  int count;  // rows
+  void* values;
+  bool fill;  // one value for all rows
+  bool mpp;
+};
+
+namespace {
+
+/// Longer texts could not be read back whole by most calls.
+bool has_long_text(char* const* texts, int count) {
+  return std::any_of(texts, texts + count, [](const char* text) {
+    return text != nullptr && strnlen(text, TStrArray::kMaxText + 1) > TStrArray::kMaxText;
+  });
+}
+
+/// The way of large edits and small tables: the new values are compiled by themselves, the filter's
+/// list takes them in, and the rows get their numbers.
+void rewrite_rows(TFilter& filter, const int* rows, int count, const void* values, bool fill,
+                  bool mpp) {
+  const TBaseArray& list = *filter.VL;
+  const int size = fill ? 1 : count;
+  CompiledColumn news = mpp ? MppCompile(size, list.GetDataType(), ArrayUnitSize(list), values)
+                            : Compile(size, list.GetDataType(), ArrayUnitSize(list), values);
+  const Block<int> numbers = filter.numbers_of(std::move(news.value_list), news.unique, mpp);
+  int* const pv = filter.PVL->PIntAr();
+  // Position by position: a row that the set holds twice keeps the last value.
+  for (int i = 0; i < count; ++i) pv[rows[i]] = numbers[news.row_pointers[fill ? 0 : i]];
+}
+
+}  // namespace
+
+/// The set, and the count cut to it; null after logging, with the code in `*status`.
+const TSetArray* TRealTable::edited_set(ValueEdit& edit, int* status) const {
+  const int position = SetID2Pos(edit.set);
+  if (position < 0) {
+    *status = report(edit.layer, QX_ERROR_NO_SET_ID, "No Such Set: %d", edit.set);
+    return nullptr;
+  }
+  const TSetArray& set = *sets_[static_cast<size_t>(position)];
+  if (edit.values == nullptr) {
+    *status = report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : PWData(%d)", 0);
+  } else if (edit.start < 1 || edit.start > set.FArraySize) {
+    *status =
+        report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteStart(%d)", edit.start);
+  } else if (edit.count < 1) {
+    *status =
+        report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteCount(%d)", edit.count);
+  } else {
+    edit.count = std::min(edit.count, set.FArraySize - edit.start + 1);
+    return &set;
+  }
+  return nullptr;
+}
+
+int TRealTable::edit_values(ValueEdit edit) {
+  int status = 0;
+  const TSetArray* const set = edited_set(edit, &status);
+  if (set == nullptr) return status;
+  const int position = FilterID2Pos(edit.filter);
+  if (position < 0) {
+    return report(edit.layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", edit.filter);
+  }
+  TFilter& filter = *filter_at(position);
+  if (filter.VL->GetDataType() == QX_DT_STRING &&
+      has_long_text(static_cast<char**>(edit.values), edit.fill ? 1 : edit.count)) {
+    return report(edit.layer, QX_ERROR_STRING_SIZE, "StringSize overflow");
+  }
+  filter.Taint();
+  const int start = edit.start - 1;
+  if (filter.UseTVL(start, edit.count, edit.values, edit.fill, edit.mpp, this, *set) == 0) {
+    rewrite_rows(filter, set->PIntAr() + start, edit.count, edit.values, edit.fill, edit.mpp);
+  }
+  return edit.count;
+}
+
+int TRealTable::OverWriteEx(int filter, int set, int start, int count, void* data) {
+  return edit_values({"OverWriteEx", filter, set, start, count, data, false, false});
+}
+
+int TRealTable::MppOverWriteEx(int filter, int set, int start, int count, void* data) {
+  return edit_values({"OverWriteEx", filter, set, start, count, data, false, true});
+}
+
+int TRealTable::FillEx(int filter, int set, int start, int count, void* value) {
+  return edit_values({"FillEx", filter, set, start, count, value, true, false});
+}
+
+int TRealTable::MppFillEx(int filter, int set, int start, int count, void* value) {
+  return edit_values({"FillEx", filter, set, start, count, value, true, true});
+}
+
+int TRealTable::OverWriteExNumeric(int filter, int set, int start, int count, const Numeric* data,
+                                   int scale, int rounding) {
+  ValueEdit edit{"OverWriteExNumeric",       filter, set,  start, count,
+                 const_cast<Numeric*>(data), false,  false};
+  int status = 0;
+  if (edited_set(edit, &status) == nullptr) return status;
+  const int position = FilterID2Pos(filter);
+  if (position < 0) {
+    return report(edit.layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", filter);
+  }
+  const TBaseArray& list = *filter_at(position)->VL;
+  if (list.GetDataType() != QX_DT_DECIMAL) {
+    return report(edit.layer, QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d",
+                  list.GetDataType());
+  }
+  const NumericInfo from{scale, rounding};
+  const NumericInfo& to = static_cast<const TNumericArray&>(list).GetDecimalInfo();
+  const Block<Numeric> rescaled = make_block<Numeric>(edit.count);
+  for (int i = 0; i < edit.count; ++i) {
+    const int result = RQXNumericRescale(data + i, &from, &to, &rescaled[i]);
+    if (result < 0)
+      return report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : scale(%d)", scale);
+    if (result > 1) return report(edit.layer, QX_ERROR_DATA_SIZE, "DataSize overflow");
+  }
+  edit.values = rescaled.get();
+  return edit_values(edit);
+}
+
+}  // namespace qxe
