@@ -20,6 +20,24 @@ void shift_rows(TSetArray& set, int at, int count) {
   for (int i = 0; i < set.FArraySize; ++i) rows[i] += rows[i] >= at ? count : 0;
 }
 
+/// Gives memory back. When there is none for a smaller block, the larger one stays.
+void trim(TBaseArray& array) {
+  try {
+    array.AdjustMemArea();
+  } catch (const CQXException&) {
+  }
+}
+
+/// Calls `body(part)` for each of `parts` arrays of about `rows` elements; the workers share them.
+template <class Body>
+void for_each_array(int parts, long rows, const Body& body) {
+  if (parts == 0) return;
+  const int workers = std::min(parts, compile_workers(parts * rows, true));
+  run_step(QX_MPP_RENUMBER, workers, [&](int worker) {
+    for (int part = worker; part < parts; part += workers) body(static_cast<size_t>(part));
+  });
+}
+
 }  // namespace
 
 /// A row change changes every filter.
@@ -33,7 +51,7 @@ void TRealTable::reserve_rows(int rows) {
     for (const auto& filter : filters_) filter->reserve_rows(rows);
     root_set().SetArraySize(rows);
   } catch (...) {
-    for (const auto& filter : filters_) filter->PVL->AdjustMemArea();
+    for (const auto& filter : filters_) trim(*filter->PVL);
     throw;
   }
 }
@@ -54,36 +72,14 @@ int TRealTable::InsRows(int pos, int count) {
   // Nothing fails from here on.
   root_set().InitAsSet();
   const int at = std::clamp(pos, 1, total + 1);
-  for (const auto& filter : filters_) {
-    filter->Taint();
-    filter->insert_rows(at, count);
-  }
-  if (at > total) return count;
-  for (size_t i = 1; i < sets_.size(); ++i) shift_rows(*sets_[i], at, count);
+  for (const auto& filter : filters_) filter->Taint();
+  const int moved = total + 1 - at;
+  const long written = static_cast<long>(moved) + count;
+  for_each_array(GetNFilter(), written, [&](size_t i) { filters_[i]->insert_rows(at, count); });
+  if (moved == 0) return count;
+  for_each_array(set_count() - 1, total, [&](size_t i) { shift_rows(*sets_[i + 1], at, count); });
   return count;
 }
-
-namespace {
-
-/// Gives memory back. When there is none for a smaller block, the larger one stays.
-void trim(TBaseArray& array) {
-  try {
-    array.AdjustMemArea();
-  } catch (const CQXException&) {
-  }
-}
-
-/// Calls `body(part)` for each of `parts` arrays of about `rows` elements; the workers share them.
-template <class Body>
-void for_each_array(int parts, long rows, const Body& body) {
-  if (parts == 0) return;
-  const int workers = std::min(parts, compile_workers(parts * rows, true));
-  run_step(QX_MPP_RENUMBER, workers, [&](int worker) {
-    for (int part = worker; part < parts; part += workers) body(static_cast<size_t>(part));
-  });
-}
-
-}  // namespace
 
 /// Deletes the marked rows and returns their number.
 int TRealTable::delete_rows(RowDeletion& deletion) {
