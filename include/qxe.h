@@ -33,8 +33,8 @@
  * failure leaves an entry for each layer that notices it: the oldest is the nearest to the cause.
  *
  * Edits. The calls that add, change or delete filters or rows of a table check, in this order: the
- * table exists (QX_ERROR_NO_TABLE), does not lie in shared memory (QX_ERROR_SHARED_READ_ONLY) and is
- * a real table (QX_ERROR_NOT_REAL). "An edit" below means these checks.
+ * table exists (QX_ERROR_NO_TABLE), does not lie in shared memory (QX_ERROR_SHARED_READ_ONLY) and
+ * is a real table (QX_ERROR_NOT_REAL). "An edit" below means these checks.
  *
  * NULL is a value of its own in every type, below all others in the type's order: QX_NULL_INT for
  * integers, negative infinity for floats, dates, times and date-times, the empty string for
