@@ -1259,7 +1259,8 @@ QXE_API int iCompileNumeric(int n, int k, Numeric* data, int** pv, Numeric** vl)
  * Values. They go into a filter through a set: start is a position in the set, from 1. count: rows,
  * 1 or more, cut to what the set has from start on. Values are those of the filter's type: int,
  * double, Numeric at the filter's own scale, or char* (null is NULL), whose trailing blanks are cut
- * in the caller's buffer while the tail-space setting is on. A row that the set holds more than
+ * in the caller's buffer while the tail-space setting is on; they must not lie in the engine's own
+ * memory. A row that the set holds more than
  * once keeps the last value. Result: the rows written. New values of up to 10,000 rows of a table
  * of 100 rows or more wait, unsorted, until the next call that needs the filter's sorted value
  * list. Failures: also QX_ERROR_NO_SET_ID for an unknown set, QX_ERROR_PARAMETER for start outside

@@ -17,6 +17,8 @@ struct TRealTable::ValueEdit {
   void* values;
   bool fill;  // one value for all rows
   bool mpp;
+  const TSetArray* rows = nullptr;
+  TFilter* column = nullptr;
 };
 
 namespace {
@@ -44,46 +46,40 @@ void rewrite_rows(TFilter& filter, const int* rows, int count, const void* value
 
 }  // namespace
 
-/// The set, and the count cut to it; null after logging, with the code in `*status`.
-const TSetArray* TRealTable::edited_set(ValueEdit& edit, int* status) const {
-  const int position = SetID2Pos(edit.set);
-  if (position < 0) {
-    *status = report(edit.layer, QX_ERROR_NO_SET_ID, "No Such Set: %d", edit.set);
-    return nullptr;
-  }
-  const TSetArray& set = *sets_[static_cast<size_t>(position)];
+/// Finds set and filter and cuts the count to the set. 0, or a failure's code after logging.
+int TRealTable::locate(ValueEdit& edit) const {
+  const char* const layer = edit.layer;
+  const int set_position = SetID2Pos(edit.set);
+  if (set_position < 0) return report(layer, QX_ERROR_NO_SET_ID, "No Such Set: %d", edit.set);
+  edit.rows = sets_[static_cast<size_t>(set_position)].get();
   if (edit.values == nullptr) {
-    *status = report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : PWData(%d)", 0);
-  } else if (edit.start < 1 || edit.start > set.FArraySize) {
-    *status =
-        report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteStart(%d)", edit.start);
-  } else if (edit.count < 1) {
-    *status =
-        report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteCount(%d)", edit.count);
-  } else {
-    edit.count = std::min(edit.count, set.FArraySize - edit.start + 1);
-    return &set;
+    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : PWData(%d)", 0);
   }
-  return nullptr;
+  if (edit.start < 1 || edit.start > edit.rows->FArraySize) {
+    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteStart(%d)", edit.start);
+  }
+  if (edit.count < 1) {
+    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteCount(%d)", edit.count);
+  }
+  edit.count = std::min(edit.count, edit.rows->FArraySize - edit.start + 1);
+  const int position = FilterID2Pos(edit.filter);
+  if (position < 0) return report(layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", edit.filter);
+  edit.column = filter_at(position);
+  return 0;
 }
 
 int TRealTable::edit_values(ValueEdit edit) {
-  int status = 0;
-  const TSetArray* const set = edited_set(edit, &status);
-  if (set == nullptr) return status;
-  const int position = FilterID2Pos(edit.filter);
-  if (position < 0) {
-    return report(edit.layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", edit.filter);
-  }
-  TFilter& filter = *filter_at(position);
+  const int status = locate(edit);
+  if (status < 0) return status;
+  TFilter& filter = *edit.column;
   if (filter.VL->GetDataType() == QX_DT_STRING &&
       has_long_text(static_cast<char**>(edit.values), edit.fill ? 1 : edit.count)) {
     return report(edit.layer, QX_ERROR_STRING_SIZE, "StringSize overflow");
   }
   filter.Taint();
   const int start = edit.start - 1;
-  if (filter.UseTVL(start, edit.count, edit.values, edit.fill, edit.mpp, this, *set) == 0) {
-    rewrite_rows(filter, set->PIntAr() + start, edit.count, edit.values, edit.fill, edit.mpp);
+  if (filter.UseTVL(start, edit.count, edit.values, edit.fill, edit.mpp, this, *edit.rows) == 0) {
+    rewrite_rows(filter, edit.rows->PIntAr() + start, edit.count, edit.values, edit.fill, edit.mpp);
   }
   return edit.count;
 }
@@ -104,29 +100,39 @@ int TRealTable::MppFillEx(int filter, int set, int start, int count, void* value
   return edit_values({"FillEx", filter, set, start, count, value, true, true});
 }
 
+namespace {
+
+/// `count` decimals at another scale. QX_ERROR_PARAMETER for a bad `from`, QX_ERROR_DATA_SIZE when
+/// one does not fit.
+int rescale(const Numeric* values, int count, const NumericInfo& from, const NumericInfo& to,
+            Numeric* out) {
+  constexpr int kNull = 1;
+  for (int i = 0; i < count; ++i) {
+    const int result = RQXNumericRescale(values + i, &from, &to, out + i);
+    if (result > kNull) return QX_ERROR_DATA_SIZE;
+    if (result < 0) return QX_ERROR_PARAMETER;
+  }
+  return 0;
+}
+
+}  // namespace
+
 int TRealTable::OverWriteExNumeric(int filter, int set, int start, int count, const Numeric* data,
                                    int scale, int rounding) {
   ValueEdit edit{"OverWriteExNumeric",       filter, set,  start, count,
                  const_cast<Numeric*>(data), false,  false};
-  int status = 0;
-  if (edited_set(edit, &status) == nullptr) return status;
-  const int position = FilterID2Pos(filter);
-  if (position < 0) {
-    return report(edit.layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", filter);
-  }
-  const TBaseArray& list = *filter_at(position)->VL;
+  int status = locate(edit);
+  if (status < 0) return status;
+  const TBaseArray& list = *edit.column->VL;
   if (list.GetDataType() != QX_DT_DECIMAL) {
     return report(edit.layer, QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d",
                   list.GetDataType());
   }
-  const NumericInfo from{scale, rounding};
-  const NumericInfo& to = static_cast<const TNumericArray&>(list).GetDecimalInfo();
   const Block<Numeric> rescaled = make_block<Numeric>(edit.count);
-  for (int i = 0; i < edit.count; ++i) {
-    const int result = RQXNumericRescale(data + i, &from, &to, &rescaled[i]);
-    if (result < 0)
-      return report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : scale(%d)", scale);
-    if (result > 1) return report(edit.layer, QX_ERROR_DATA_SIZE, "DataSize overflow");
+  status = rescale(data, edit.count, {scale, rounding},
+                   static_cast<const TNumericArray&>(list).GetDecimalInfo(), rescaled.get());
+  if (status < 0) {
+    return report(edit.layer, status, "Invalid Parameter : scale(%d)", scale);
   }
   edit.values = rescaled.get();
   return edit_values(edit);

@@ -125,7 +125,7 @@ class TRealTable : public TBaseTable {
   void reserve_rows(int rows);
   void check_rows_changeable() const;
   int delete_rows(RowDeletion& deletion);
-  const TSetArray* edited_set(ValueEdit& edit, int* status) const;
+  int locate(ValueEdit& edit) const;
   int edit_values(ValueEdit edit);
   /// Makes `column` a filter under a free name; the checks have been made.
   int insert_filter(int pos, const char* name, Column column, int orgFilter);

@@ -307,8 +307,8 @@ long setting(const char* name, long otherwise) {
 class EditModelTest : public EngineTest {};
 
 TEST_F(EditModelTest, RandomEditsEqualTheModel) {
-  constexpr int kSteps = 400;
-  constexpr unsigned kRounds = 12;
+  constexpr int kSteps = 300;
+  constexpr unsigned kRounds = 10;
   const auto first = static_cast<unsigned>(setting("QXE_EDIT_SEED", 1));
   const auto end =
       std::chrono::steady_clock::now() + std::chrono::seconds(setting("QXE_EDIT_SECONDS", 0));

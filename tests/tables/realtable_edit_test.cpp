@@ -97,7 +97,7 @@ TEST_F(OtherScaleTest, IsChangedAsTheFilterRounds) {
 TEST_F(OtherScaleTest, RefusesWhatDoesNotFit) {
   const std::string before = database_text();
   expect_failure(overwrite(2, std::string(38, '9').c_str(), 0), QX_ERROR_DATA_SIZE,
-                 "DataSize overflow");
+                 "Invalid Parameter : scale(0)");
   const Numeric value = {};
   expect_failure(inner(table_).OverWriteExNumeric(1, 1, 1, 1, &value, 39, 0), QX_ERROR_PARAMETER,
                  "Invalid Parameter : scale(39)");
