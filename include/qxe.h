@@ -1260,12 +1260,12 @@ QXE_API int iCompileNumeric(int n, int k, Numeric* data, int** pv, Numeric** vl)
  * 1 or more, cut to what the set has from start on. Values are those of the filter's type: int,
  * double, Numeric at the filter's own scale, or char* (null is NULL), whose trailing blanks are cut
  * in the caller's buffer while the tail-space setting is on; they must not lie in the engine's own
- * memory. A row that the set holds more than
- * once keeps the last value. Result: the rows written. New values of up to 10,000 rows of a table
- * of 100 rows or more wait, unsorted, until the next call that needs the filter's sorted value
- * list. Failures: also QX_ERROR_NO_SET_ID for an unknown set, QX_ERROR_PARAMETER for start outside
- * the set, a count below 1, or null data or value, QX_ERROR_NO_FILTER, QX_ERROR_STRING_SIZE for a
- * string above 4095 bytes, QX_ERROR_HIGH_SPEED_FILTER.
+ * memory. A row that the set holds more than once keeps the last value. Result: the rows written.
+ * New values of up to 10,000 rows of a table of 100 rows or more wait, unsorted, until the next
+ * call that needs the filter's sorted value list. Failures: also QX_ERROR_NO_SET_ID for an unknown
+ * set, QX_ERROR_PARAMETER for start outside the set, a count below 1, or null data or value,
+ * QX_ERROR_NO_FILTER, QX_ERROR_STRING_SIZE for a string above 4095 bytes,
+ * QX_ERROR_HIGH_SPEED_FILTER.
  */
 
 /** Inserts rows of NULLs. They belong to no set but the first. pos: number of the first new row; 0
