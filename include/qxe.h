@@ -32,9 +32,9 @@
  * Error ring. The last eight failures stay in a ring that RQXGetErrorLog empties, oldest first. One
  * failure leaves an entry for each layer that notices it: the oldest is the nearest to the cause.
  *
- * Edits. The calls that add, change or delete filters of a table check, in this order: the table
- * exists (QX_ERROR_NO_TABLE), does not lie in shared memory (QX_ERROR_SHARED_READ_ONLY) and is a
- * real table (QX_ERROR_NOT_REAL). "An edit" below means these checks.
+ * Edits. The calls that add, change or delete filters or rows of a table check, in this order: the
+ * table exists (QX_ERROR_NO_TABLE), does not lie in shared memory (QX_ERROR_SHARED_READ_ONLY) and
+ * is a real table (QX_ERROR_NOT_REAL). "An edit" below means these checks.
  *
  * NULL is a value of its own in every type, below all others in the type's order: QX_NULL_INT for
  * integers, negative infinity for floats, dates, times and date-times, the empty string for
@@ -1245,6 +1245,96 @@ QXE_API int iCompileString(int n, int k, char** data, int** pv, long** vl);
 
 /** iCompileInt for decimals of one scale. */
 QXE_API int iCompileNumeric(int n, int k, Numeric* data, int** pv, Numeric** vl);
+
+/*
+ * Row editing
+ *
+ * Each call is an edit, refused for a referred table as well (QX_ERROR_REFERRED). What can fail is
+ * checked before anything changes.
+ *
+ * Rows. A row change moves the rows behind it, in all filters and sets; sets keep their order. It
+ * merges the pending values of all filters when it deletes. Failures: also
+ * QX_ERROR_HIGH_SPEED_FILTER for a table with a filter that is frozen for high-speed search.
+ *
+ * Values. They go into a filter through a set: start is a position in the set, from 1. count: rows,
+ * 1 or more, cut to what the set has from start on. Values are those of the filter's type: int,
+ * double, Numeric at the filter's own scale, or char* (null is NULL), whose trailing blanks are cut
+ * in the caller's buffer while the tail-space setting is on; they must not lie in the engine's own
+ * memory. A row that the set holds more than once keeps the last value. Result: the rows written.
+ * New values of up to 10,000 rows of a table of 100 rows or more wait, unsorted, until the next
+ * call that needs the filter's sorted value list. Failures: also QX_ERROR_NO_SET_ID for an unknown
+ * set, QX_ERROR_PARAMETER for start outside the set, a count below 1, or null data or value,
+ * QX_ERROR_NO_FILTER, QX_ERROR_STRING_SIZE for a string above 4095 bytes,
+ * QX_ERROR_HIGH_SPEED_FILTER.
+ */
+
+/** Inserts rows of NULLs. They belong to no set but the first. pos: number of the first new row; 0
+ * means 1, and a row behind the last one the end. count: 1 or more. Result: count. Failures: also
+ * QX_ERROR_ROW_POSITION for a negative pos, QX_ERROR_PARAMETER for a count below 1,
+ * QX_ERROR_ROW_SIZE above 2147483646 rows. */
+QXE_API int RQXInsertRealRows(int table, int pos, int count);
+
+/** As RQXInsertRealRows. */
+QXE_API int QXInsertRealRows(int table, int pos, int count);
+
+/** Deletes rows by their numbers. start: the first one. count: 1 or more; what goes beyond the last
+ * row is ignored. Result: the rows deleted. Values that no row has any more stay in the value
+ * lists. Failures: also QX_ERROR_ROW_POSITION for a start that is no row, QX_ERROR_PARAMETER for a
+ * count below 1. */
+QXE_API int RQXDeleteRealRows(int table, int start, int count);
+
+/** As RQXDeleteRealRows. */
+QXE_API int QXDeleteRealRows(int table, int start, int count);
+
+/** Deletes the rows at some positions of a set. start: from 1. count: 1 or more, within the set.
+ * Result: the rows deleted; one that the set holds more than once counts once. Failures: also
+ * QX_ERROR_NO_SET_ID for an unknown set, QX_ERROR_ROW_POSITION for start outside the set,
+ * QX_ERROR_PARAMETER for a count below 1 or beyond the set. */
+QXE_API int RQXDeleteRealRowsEx(int table, int set, int start, int count);
+
+/** As RQXDeleteRealRowsEx. */
+QXE_API int QXDeleteRealRowsEx(int table, int set, int start, int count);
+
+/** Writes values to the rows at some positions of a set. data: an array of count values. */
+QXE_API int RQXOverwriteRealEx(int table, int filter, int set, int start, int count, void* data);
+
+/** As RQXOverwriteRealEx. */
+QXE_API int QXOverwriteRealEx(int table, int filter, int set, int start, int count, void* data);
+
+/** RQXOverwriteRealEx for filters of strings alone. Failures: also QX_ERROR_TYPE_MISMATCH for
+ * another type. */
+QXE_API int RQXOverwriteRealExStr(int table, int filter, int set, int start, int count,
+                                  char** data);
+
+/** RQXOverwriteRealEx of one integer. Failures: also QX_ERROR_TYPE_MISMATCH for another type. */
+QXE_API int RQXOverwriteRealExIntR1(int table, int filter, int set, int start, int value);
+
+/** The same of one float, date, time or date-time. */
+QXE_API int RQXOverwriteRealExDblR1(int table, int filter, int set, int start, double value);
+
+/** The same of one decimal. */
+QXE_API int RQXOverwriteRealExNumericR1(int table, int filter, int set, int start,
+                                        const Numeric* value);
+
+/** The same of one string; null is NULL. */
+QXE_API int RQXOverwriteRealExStrR1(int table, int filter, int set, int start, char* value);
+
+/** Writes one value to the rows at some positions of a set. value: address of the value; of a
+ * string the address of its char*. */
+QXE_API int RQXFillRealEx(int table, int filter, int set, int start, int count, void* value);
+
+/** RQXFillRealEx with an integer. Failures: also QX_ERROR_TYPE_MISMATCH for another type. */
+QXE_API int RQXFillRealExIntR1(int table, int filter, int set, int start, int count, int value);
+
+/** The same with a float, date, time or date-time. */
+QXE_API int RQXFillRealExDblR1(int table, int filter, int set, int start, int count, double value);
+
+/** The same with a decimal. */
+QXE_API int RQXFillRealExNumericR1(int table, int filter, int set, int start, int count,
+                                   const Numeric* value);
+
+/** The same with a string; null is NULL. */
+QXE_API int RQXFillRealExStrR1(int table, int filter, int set, int start, int count, char* value);
 
 /*
  * Search by value

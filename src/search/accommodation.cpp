@@ -9,12 +9,6 @@ namespace qxe {
 
 namespace {
 
-struct RenumberParams {
-  int* numbers;
-  const int* map;
-  Slice slice;
-};
-
 void renumber(int* numbers, const int* map, Slice slice) {
   for (long i = slice.begin; i < slice.end; ++i) numbers[i] = map[numbers[i]];
 }
@@ -26,8 +20,7 @@ int mpp_merge_list(void* block) {
 }
 
 int mpp_renumber(void* block) {
-  return run_task<RenumberParams>(block,
-                                  [](RenumberParams& p) { renumber(p.numbers, p.map, p.slice); });
+  return run_pool_step(block);
 }
 
 namespace {
@@ -35,10 +28,6 @@ namespace {
 /// A map ascends strictly, so the last entry tells whether it changes anything.
 bool changes(const int* map, int size) {
   return map[size - 1] != size - 1;
-}
-
-void DoRenumber(TIntArray& numbers, const int* map, int size) {
-  if (changes(map, size)) renumber(numbers.PIntAr(), map, {0, numbers.FArraySize});
 }
 
 void check_lists(const TBaseArray& vl1, const TBaseArray& vl2) {
@@ -69,14 +58,25 @@ MergedLists merge_lists(const TBaseArray& vl1, const TBaseArray& vl2, bool mpp) 
 
 }  // namespace
 
+MergedLists MergeLists(const TBaseArray& vl1, const TBaseArray& vl2) {
+  return merge_lists(vl1, vl2, false);
+}
+
 MergedLists MppMergeLists(const TBaseArray& vl1, const TBaseArray& vl2) {
   return merge_lists(vl1, vl2, true);
 }
 
+void DoRenumber(TIntArray& numbers, const int* map, int size) {
+  if (changes(map, size)) renumber(numbers.PIntAr(), map, {0, numbers.FArraySize});
+}
+
 void DoMppRenumber(TIntArray& numbers, const int* map, int size) {
   if (!changes(map, size)) return;
-  SlicedTask<RenumberParams> task(QX_MPP_RENUMBER, numbers.FArraySize, ENG->rows_per_worker());
-  task.run([&](Slice slice) { return RenumberParams{numbers.PIntAr(), map, slice}; });
+  int* const rows = numbers.PIntAr();
+  const int workers = compile_workers(numbers.FArraySize, true);
+  run_step(QX_MPP_RENUMBER, workers, [&](int worker) {
+    renumber(rows, map, even_slice(numbers.FArraySize, workers, worker));
+  });
 }
 
 namespace {

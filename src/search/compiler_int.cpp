@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "frame/base/bits.h"
 #include "search/compiler_steps.h"
 
 namespace qxe {
@@ -11,14 +12,6 @@ namespace {
 
 constexpr long kMaxSpan = 0x7FFFFFFF;
 constexpr long kBits = 64;
-
-/// Bits set in a word. Without an instruction for it std::popcount is a call.
-int bit_count(uint64_t word) {
-  word -= (word >> 1) & 0x5555555555555555;
-  word = (word & 0x3333333333333333) + ((word >> 2) & 0x3333333333333333);
-  word = (word + (word >> 4)) & 0x0f0f0f0f0f0f0f0f;
-  return static_cast<int>((word * 0x0101010101010101) >> 56);
-}
 
 /// Slots of values in ascending order: NULL, when there is one, takes slot 0.
 struct Addressing {

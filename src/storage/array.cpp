@@ -85,6 +85,10 @@ void TBaseArray::SetAllocSize(long n) {
   FArraySize = static_cast<int>(std::min<long>(FArraySize, FAllocSize));
 }
 
+void TBaseArray::reserve(long n) {
+  if (n > FAllocSize) SetAllocSize(CalcMargin2(n));
+}
+
 void TBaseArray::AdjustMemArea() {
   const long needed = CalcMargin(FArraySize);
   if (FAllocSize > needed) SetAllocSize(needed);
@@ -157,8 +161,9 @@ const int* TIntArray::GetIntPtr(int index) const {
 
 void TIntArray::InitAsSet() {
   AdjustMemArea();
+  const int known = std::min(counted_up_, FArraySize);
   int* const rows = values();
-  for (int i = 0; i < FArraySize; ++i) rows[i] = i + 1;
+  for (int i = known; i < FArraySize; ++i) rows[i] = i + 1;
   counted_up_ = FArraySize;
 }
 

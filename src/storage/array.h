@@ -51,6 +51,8 @@ class TBaseArray : NonCopyable {
 
   /// Sets the number of elements in use; grows the allocation to exactly `n` when it is short.
   void SetArraySize(int n);
+  /// Allocates room for `n` elements in all, and more for those that will follow.
+  void reserve(long n);
   /// Reallocates to `n` elements; 0 is taken as 1000, an empty allocation is never made.
   void SetAllocSize(long n);
 
@@ -239,13 +241,18 @@ class TStrArray : public TBaseArray {
   void Sweep();
   /// Empties the pool but for the empty text at offset 0, which every element then reads.
   void clear_pool();
+  /// Room for `bytes` more bytes of texts in the pool, terminators included.
+  void reserve_pool(long bytes);
+  /// Puts a text behind the others in the pool, which has room for it. Its offset, for an element
+  /// yet to be written.
+  long add_text(const char* text);
 
+  long* offsets() { return static_cast<long*>(data_); }
   const long* offsets() const { return static_cast<const long*>(data_); }
   const char* pool() const { return pool_; }
   long pool_used() const { return FPCLast; }
 
  private:
-  long* offsets() { return static_cast<long*>(data_); }
   void grow_pool(long bytes);
   TStrArray* copied(bool parallel);
 

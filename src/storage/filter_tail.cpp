@@ -32,7 +32,7 @@ int TFilter::CalcTVLSize() const {
 }
 
 int TFilter::CheckTVLUse(int count) const {
-  if (PVL->FArraySize <= FTVLMinRows) return 0;
+  if (PVL->FArraySize <= FTVLMinRows || FVLBorrowed) return 0;
   if (TVL == nullptr) return CalcTVLSize() < count ? 0 : 1;
   if (FTVLAlloc <= count) return 0;
   return count >= FTVLAlloc - FTVLUsed ? 2 : 1;
@@ -82,6 +82,15 @@ const void* put_form(const Value& value) {
   return &value;
 }
 
+/// Bytes that a value takes in a pool of texts.
+long text_size(const char* text) {
+  return static_cast<long>(strlen(text)) + 1;
+}
+template <class Value>
+long text_size(const Value&) {
+  return 0;
+}
+
 /// A client's value ready to be looked up: tail blanks cut when asked for, NaN made NULL.
 template <class Array>
 typename Family<Array>::Value prepared(typename Family<Array>::Value* value) {
@@ -94,26 +103,49 @@ typename Family<Array>::Value prepared(typename Family<Array>::Value* value) {
 
 }  // namespace
 
+/// Whether the tail has room for as many more entries; makes the tail and the room for their texts.
+template <class Array>
+bool TFilter::reserve_tail(long entries, [[maybe_unused]] long text_bytes) {
+  if (entries == 0) return true;
+  AllocTVL();
+  if (entries >= FTVLAlloc - FTVLUsed) return false;
+  if constexpr (std::is_same_v<Array, TStrArray>) {
+    static_cast<TStrArray&>(*TVL).reserve_pool(text_bytes);
+  }
+  return true;
+}
+
 int TFilter::update_rows(int start, int count, void* values, bool fill, const TSetArray& set) {
   if (count <= 0) return 0;
   return with_family(*VL, [&]<class Array>(Array& list) {
-    using Value = typename Family<Array>::Value;
-    auto* const source = static_cast<Value*>(values);
-    bool found = false;
-    int position = 0;
-    Value value = Family<Array>::null();
+    auto* const source = static_cast<typename Family<Array>::Value*>(values);
+    const int distinct = fill ? 1 : count;
+    constexpr int kNew = -1;
+    int single = 0;
+    const Block<int> several = distinct > 1 ? make_block<int>(distinct) : nullptr;
+    int* const numbers = distinct > 1 ? several.get() : &single;
+    long news = 0;
+    long text_bytes = 0;
+    for (int i = 0; i < distinct; ++i) {
+      const auto value = prepared<Array>(source + i);
+      bool found = false;
+      const int position = find_pos(value, view_of(list), &found);
+      numbers[i] = found ? position : kNew;
+      if (found) continue;
+      ++news;
+      text_bytes += text_size(value);
+    }
+    const long times = fill ? count : 1;  // each row has an entry of its own
+    if (!reserve_tail<Array>(news * times, text_bytes * times)) return -1;
+    // Nothing fails from here on.
     for (int i = 0; i < count; ++i) {
-      if (i == 0 || !fill) {
-        value = prepared<Array>(source + i);
-        position = find_pos(value, view_of(list), &found);
-      }
       const int row = set.PIntAr()[start + i];
-      if (found) {
-        PVL->PutInt(row, position);
-        continue;
+      const int which = fill ? 0 : i;
+      if (numbers[which] != kNew) {
+        PVL->PutInt(row, numbers[which]);
+      } else {
+        append_tail(put_form(Family<Array>::normalized(source[which])), row);
       }
-      AllocTVL();
-      if (append_tail(put_form(value), row) < 1) return -1;
     }
     return 0;
   });
@@ -171,27 +203,20 @@ int TFilter::MergeTVL(bool mpp) {
   for (int i = 1; i <= used; ++i) live[static_cast<size_t>(i)] = pv[TVLRow->GetInt(i)] == -i;
 
   CompiledColumn tail = with_family(*TVL, [&](auto& own) { return compile_tail(own, used, mpp); });
-  auto tail_list = make_value_array(TVL->GetDataType(), tail.unique, std::move(tail.value_list));
-  TIntArray positions(used + 1, std::move(tail.row_pointers));
   const auto point_live_rows = [&](auto&& number_of) {
     for (int i = 1; i <= used; ++i) {
       if (live[static_cast<size_t>(i)]) pv[TVLRow->GetInt(i)] = number_of(i);
     }
   };
   point_live_rows([](int) { return 0; });  // out of the renumbering's way
-  std::unique_ptr<TBaseArray> merged;
+  Block<int> numbers;
   try {
-    merged = (mpp ? MppAccommodationMain : AccommodationMain)(*PVL, *VL, positions, *tail_list);
+    numbers = numbers_of(std::move(tail.value_list), tail.unique, mpp);
   } catch (...) {
     point_live_rows([](int i) { return -i; });  // the values go on waiting
     throw;
   }
-  if (merged != nullptr) {
-    copy_type_info(*VL, *merged);
-    delete VL;
-    VL = merged.release();
-  }
-  point_live_rows([&](int i) { return positions.GetInt(i); });
+  point_live_rows([&](int i) { return numbers[tail.row_pointers[i]]; });
   FTVLUsed = 0;
   if (TVL->GetDataType() == QX_DT_STRING) static_cast<TStrArray*>(TVL)->clear_pool();
   return 1;

@@ -41,6 +41,10 @@ class TFilter : NonCopyable {
   /// Address form: the array and index that hold the value of value number `p` (below 0: pending).
   const TBaseArray& values_of(int p) const { return p < 0 ? *TVL : *VL; }
   int data_type() const { return ArrayDataTypeEx(*VL); }
+  /// Value numbers of `count` ascending values, no two equal (strings as pointers). The value list
+  /// takes in those that it lacks, and the row pointers, none of which may be pending, follow. A
+  /// failure changes nothing.
+  Block<int> numbers_of(Block<char> values, int count, bool mpp);
 
   // The tail list of pending values.
   void InitTVL();
@@ -54,7 +58,8 @@ class TFilter : NonCopyable {
   int AppendTVLNumeric(const Numeric& value, int row) { return append_tail(&value, row); }
   int AppendTVLStr(const char* value, int row) { return append_tail(value, row); }
   /// Writes `count` values (laid out as an array of the type; strings as pointers) to the rows at
-  /// positions `start` (from 0) onward of `set`. 0, or -1 when the tail is full.
+  /// positions `start` (from 0) onward of `set`. 0, or -1 when the tail has no room for them; that
+  /// or an exception leaves the rows as they were.
   int UpdateTVL(int start, int count, void* values, const TSetArray& set);
   /// Writes the one value at `value` to those rows.
   int UpdateTVLFill(int start, int count, void* value, const TSetArray& set);
@@ -93,6 +98,8 @@ class TFilter : NonCopyable {
   TIntArray* TVLRow = nullptr;  // for each pending value the row that uses it
 
  private:
+  template <class Array>
+  bool reserve_tail(long entries, long text_bytes);
   int append_tail(const void* value, int row);
   int update_rows(int start, int count, void* values, bool fill, const TSetArray& set);
 

@@ -97,15 +97,26 @@ void TStrArray::grow_pool(long bytes) {
   pool_size_ = bytes;
 }
 
+void TStrArray::reserve_pool(long bytes) {
+  if (FPCLast + bytes > pool_size_) grow_pool(CalcMargin2(FPCLast + bytes));
+}
+
+long TStrArray::add_text(const char* text) {
+  SetDirty();
+  const size_t size = strlen(text) + 1;
+  const long offset = FPCLast;
+  memcpy(pool_ + offset, text, size);
+  FPCLast += static_cast<long>(size);
+  return offset;
+}
+
 void TStrArray::AppendData(const void* value) {
   const char* const text = static_cast<const char*>(value);
   const long size = static_cast<long>(strlen(text)) + 1;
   SetDirty();
   if (FAllocSize == FArraySize) SetAllocSize(CalcMargin2(FArraySize));
   if (FPCLast + size >= pool_size_) grow_pool(CalcMargin2(FPCLast + size));
-  offsets()[FArraySize] = FPCLast;
-  memcpy(pool_ + FPCLast, text, static_cast<size_t>(size));
-  FPCLast += size;
+  offsets()[FArraySize] = add_text(text);
   ++FArraySize;
 }
 
@@ -116,9 +127,7 @@ void TStrArray::PutPChar(int index, const char* text) {
   if (length > kMaxText) throw CQXException(QX_ERROR_STRING_SIZE);
   const long size = static_cast<long>(length) + 1;
   if (FPCLast + size > pool_size_) grow_pool(CalcMargin(FPCLast + size));
-  offsets()[index] = FPCLast;
-  memcpy(pool_ + FPCLast, text, static_cast<size_t>(size));
-  FPCLast += size;
+  offsets()[index] = add_text(text);
 }
 
 void TStrArray::Sweep() {

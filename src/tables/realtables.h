@@ -6,6 +6,8 @@
 
 namespace qxe {
 
+class RowDeletion;
+
 class TRealTable : public TBaseTable {
  public:
   /// Empty object for loaders.
@@ -87,6 +89,28 @@ class TRealTable : public TBaseTable {
   /// end. The new rows are in the root set alone. Returns `count` or a negative status; throws
   /// QX_ERROR_HIGH_SPEED_FILTER. A failure leaves the table as it was.
   int InsRows(int pos, int count);
+  /// Deletes `count` rows from row `start` on, those that exist. The rows behind them close up, in
+  /// sets too. Returns the rows deleted or a negative status; throws QX_ERROR_HIGH_SPEED_FILTER. A
+  /// failure leaves the table as it was.
+  int DelRows(int start, int count);
+  /// The same for the rows at `count` positions, all of which exist, from `start` (from 1) on in a
+  /// set.
+  int DelRowsEx(int set, int start, int count);
+
+  // Values
+  /// Writes `count` values, an array of the filter's elements (strings as pointers), to the rows at
+  /// positions `start` (from 1) onward of a set; the count is cut to the set. Returns the rows
+  /// written or a negative status; throws QX_ERROR_HIGH_SPEED_FILTER. A failure leaves the table as
+  /// it was.
+  int OverWriteEx(int filter, int set, int start, int count, void* data);
+  int MppOverWriteEx(int filter, int set, int start, int count, void* data);
+  /// The same for decimals of another scale, rounded as the filter rounds. QX_ERROR_DATA_SIZE for
+  /// one that does not fit.
+  int OverWriteExNumeric(int filter, int set, int start, int count, const Numeric* data, int scale,
+                         int rounding);
+  /// Writes one value to those rows.
+  int FillEx(int filter, int set, int start, int count, void* value);
+  int MppFillEx(int filter, int set, int start, int count, void* value);
 
   /// Positions (from 1) in a set that meet a condition.
   int SearchByRowNo(int set, int ope, int n1, int n2);
@@ -96,7 +120,13 @@ class TRealTable : public TBaseTable {
   long GetBorrowedSize() const;
 
  private:
+  struct ValueEdit;
+
   void reserve_rows(int rows);
+  void check_rows_changeable() const;
+  int delete_rows(RowDeletion& deletion);
+  int locate(ValueEdit& edit) const;
+  int edit_values(ValueEdit edit);
   /// Makes `column` a filter under a free name; the checks have been made.
   int insert_filter(int pos, const char* name, Column column, int orgFilter);
   /// QX_ERROR_FILTER_COUNT or QX_ERROR_FILTER_NAME after logging under `layer`, else 0.

@@ -134,6 +134,14 @@ INSTANTIATE_TEST_SUITE_P(
     case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
+    Edits, MissingPointerTest,
+    testing::Values(QXE_CASE(Data, RQXOverwriteRealEx(table, 1, 1, 1, 1, nullptr)),
+                    QXE_CASE(PlainData, QXOverwriteRealEx(table, 1, 1, 1, 1, nullptr)),
+                    QXE_CASE(Texts, RQXOverwriteRealExStr(table, 2, 1, 1, 1, nullptr)),
+                    QXE_CASE(Value, RQXFillRealEx(table, 1, 1, 1, 1, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
     SearchesAndSorts, MissingPointerTest,
     testing::Values(
         QXE_CASE(Bound, RQXSearchByField(table, 1, 1, QX_OPE_EQ, nullptr, nullptr)),

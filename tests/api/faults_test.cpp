@@ -597,6 +597,40 @@ int rescale(const Base& base) {
   return RQXSetNumericInfo(base.id(), base.filter(kDecimal), &info, false);
 }
 
+/// The values of the first rows into later ones.
+template <size_t column>
+int overwrite(const Base& base) {
+  return RQXOverwriteRealEx(base.id(), base.filter(column), 1, 31, 20, base.values(column).data());
+}
+
+int fill_strings(const Base& base) {
+  char text[] = "quite another text";
+  return RQXFillRealExStrR1(base.id(), base.filter(kString), 2, 2, 4, text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Edits, ChangesTest,
+    testing::Values(
+        Operation{"InsertRows", [](const Base& base) { return RQXInsertRealRows(base.id(), 7, 9); },
+                  whole_base, keep},
+        Operation{"DeleteRows",
+                  [](const Base& base) { return RQXDeleteRealRows(base.id(), 2, 40); }, whole_base,
+                  keep},
+        Operation{"DeleteRowsOfASet",
+                  [](const Base& base) { return RQXDeleteRealRowsEx(base.id(), 2, 2, 4); },
+                  whole_base, keep},
+        Operation{"OverwriteIntegers", overwrite<kInt>, whole_base, keep},
+        Operation{"OverwriteDates", overwrite<kDate>, whole_base, keep},
+        Operation{"OverwriteStrings", overwrite<kString>, whole_base, keep},
+        Operation{"OverwriteDecimals", overwrite<kDecimal>, whole_base, keep},
+        Operation{"FillIntegers",
+                  [](const Base& base) {
+                    return RQXFillRealExIntR1(base.id(), base.filter(kInt), 1, 1, 50, 4711);
+                  },
+                  whole_base, keep},
+        Operation{"FillStrings", fill_strings, whole_base, keep}),
+    case_name<Operation>);
+
 INSTANTIATE_TEST_SUITE_P(
     All, ChangesTest,
     testing::Values(

@@ -80,6 +80,28 @@ INSTANTIATE_TEST_SUITE_P(
             "NumericInfo",
             [](const TestTable& table) { return RQXSetNumericInfo(table.id(), 2, &finer, false); },
             kTables},
+        ChangeCase{"InsertRows",
+                   [](const TestTable& table) { return RQXInsertRealRows(table.id(), 1, 1); },
+                   kTables},
+        ChangeCase{"DeleteRows",
+                   [](const TestTable& table) { return QXDeleteRealRows(table.id(), 1, 1); },
+                   kTables},
+        ChangeCase{"DeleteRowsOfASet",
+                   [](const TestTable& table) { return RQXDeleteRealRowsEx(table.id(), 2, 1, 1); },
+                   kTables},
+        ChangeCase{
+            "Overwrite",
+            [](const TestTable& table) { return QXOverwriteRealEx(table.id(), 1, 1, 1, 1, &one); },
+            kTables},
+        ChangeCase{"OverwriteOne",
+                   [](const TestTable& table) {
+                     return RQXOverwriteRealExIntR1(table.id(), 1, 1, 1, one);
+                   },
+                   kTables},
+        ChangeCase{
+            "Fill",
+            [](const TestTable& table) { return RQXFillRealEx(table.id(), 1, 1, 1, 2, &one); },
+            kTables},
         ChangeCase{"AddSet",
                    [](const TestTable& table) { return RQXAddSetReal(table.id(), 1, rows); },
                    kSets},
@@ -143,6 +165,8 @@ TEST_F(SavedFlagsTest, StayWhenTheChangeFails) {
   RQXSortByField(table.id(), 1, 1, 2);
   RQXAddRealTable("x", -1);
   RQXDeleteRealFilter(table.id(), 99);
+  RQXInsertRealRows(table.id(), -1, 1);
+  RQXOverwriteRealExIntR1(table.id(), 1, 1, 3, 0);
   EXPECT_EQ(flags(), kNone);
 }
 

@@ -1,8 +1,10 @@
 // Filters and sets: the tail of pending values and its merge, sorted sets, copies.
 #include <gtest/gtest.h>
 
-#include <map>
+#include <numeric>
 #include <random>
+#include <set>
+#include <tuple>
 
 #include "search/compiler.h"
 #include "storage/family.h"
@@ -125,7 +127,164 @@ TEST_P(TailTest, ManyNewValuesTakeTheFullPath) {
   EXPECT_EQ(filter_->UseTVL(0, 20000, values.data(), true, GetParam(), nullptr, *set_), 0);
 }
 
+TEST_P(TailTest, AFullTailIsAsItWas) {
+  fill(200, 5);
+  std::vector<int> values(200);
+  std::iota(values.begin(), values.end(), 1000);
+  values[0] = 30;  // known
+  EXPECT_EQ(filter_->UpdateTVL(0, 150, values.data(), *set_), 0);
+  EXPECT_EQ(filter_->pending(), 149);
+  std::copy_n(values.begin(), 150, model_.begin());
+  EXPECT_EQ(filter_->UpdateTVL(140, 60, values.data() + 140, *set_), -1);
+  EXPECT_EQ(filter_->pending(), 149);
+  expect_rows();
+}
+
+TEST_P(TailTest, ABorrowedListGetsNone) {
+  fill(200, 5);
+  filter_->FVLBorrowed = true;
+  const std::unique_ptr<TBaseArray> lender(filter_->VL);
+  const int known = lender->FArraySize;
+  EXPECT_EQ(write(8, 25), 0);
+  EXPECT_EQ(filter_->pending(), 0);
+  EXPECT_EQ(lender->FArraySize, known);
+}
+
 INSTANTIATE_TEST_SUITE_P(SerialAndParallel, TailTest, testing::Bool());
+
+/// How many values a list of 5000 takes in: few join it in place, many make a new one.
+struct TakeCase {
+  const char* name;
+  int type;
+  int count;
+};
+
+class TakeValuesTest : public testing::TestWithParam<std::tuple<TakeCase, bool>> {
+ protected:
+  static constexpr int kRows = 5000;
+
+  static std::string text_of(int number) {
+    char text[16];
+    snprintf(text, sizeof text, "t%08d", number);  // in the order of the numbers
+    return text;
+  }
+  /// Raw values of a type that have the order of `numbers`.
+  struct Raw {
+    Raw(int type, const std::vector<int>& numbers) : type_(type), ints_(numbers) {
+      for (const int number : numbers) {
+        doubles_.push_back(number / 2.0);
+        texts_.push_back(text_of(number));
+        decimals_.push_back({static_cast<unsigned long>(number), 0});
+      }
+      for (const std::string& text : texts_) pointers_.push_back(text.c_str());
+    }
+    const void* data() const {
+      switch (type_) {
+        case QX_DT_INTEGER: return ints_.data();
+        case QX_DT_STRING: return pointers_.data();
+        case QX_DT_DECIMAL: return decimals_.data();
+        default: return doubles_.data();
+      }
+    }
+    int type_;
+    std::vector<int> ints_;
+    std::vector<double> doubles_;
+    std::vector<std::string> texts_;
+    std::vector<const char*> pointers_;
+    std::vector<Numeric> decimals_;
+  };
+
+  void make(const std::vector<int>& numbers) {
+    const Raw raw(type(), numbers);
+    const int width = type() == QX_DT_INTEGER ? 4 : type() == QX_DT_DECIMAL ? 16 : 8;
+    filter_ = GenFilter2(1, "a", type(), static_cast<int>(numbers.size()), width, raw.data());
+  }
+  /// Lets the filter take in ascending values.
+  Block<int> take(const std::vector<int>& numbers) {
+    const Raw raw(type(), numbers);
+    const size_t bytes = numbers.size() * static_cast<size_t>(filter_->VL->FUnitSize);
+    Block<char> values = make_block<char>(static_cast<long>(bytes));
+    memcpy(values.get(), raw.data(), bytes);
+    return filter_->numbers_of(std::move(values), static_cast<int>(numbers.size()),
+                               std::get<1>(GetParam()));
+  }
+  /// Entry `i` of the value list as the number that stands for it; 0 for NULL.
+  int entry(int i) const {
+    return with_family(*filter_->VL, [&]<class Array>(const Array& list) {
+      const auto value = view_of(list)[i];
+      if constexpr (std::is_same_v<Array, TStrArray>) {
+        return *value == '\0' ? 0 : atoi(value + 1);
+      } else if constexpr (std::is_same_v<Array, TNumericArray>) {
+        return static_cast<int>(value.lo);
+      } else if constexpr (std::is_same_v<Array, TDoubleArray>) {
+        return value < 0 ? 0 : static_cast<int>(value * 2);
+      } else {
+        return value == QX_NULL_INT ? 0 : value;
+      }
+    });
+  }
+  static int type() { return std::get<0>(GetParam()).type; }
+  static int count() { return std::get<0>(GetParam()).count; }
+
+  std::unique_ptr<TFilter> filter_;
+};
+
+TEST_P(TakeValuesTest, ListAndRowsFollow) {
+  for (unsigned seed = 1; seed <= 5; ++seed) {
+    std::mt19937 random(seed);
+    const auto below = [&](int limit) {
+      return 1 + static_cast<int>(random() % static_cast<unsigned>(limit));
+    };
+    std::vector<int> rows(kRows);
+    for (int& row : rows) row = below(20000);
+    make(rows);
+    std::set<int> wanted(rows.begin(), rows.end());
+    std::set<int> news;
+    const int highest = seed % 2 == 0 ? 20000 : 22000;
+    while (news.size() < static_cast<size_t>(count())) news.insert(below(highest));
+    const std::vector<int> more(news.begin(), news.end());
+    const Block<int> numbers = take(more);
+    wanted.insert(more.begin(), more.end());
+    ASSERT_EQ(filter_->VL->FArraySize, static_cast<int>(wanted.size()) + 1);
+    ASSERT_EQ(entry(0), 0);
+    int i = 0;
+    for (const int value : wanted) ASSERT_EQ(entry(++i), value);
+    for (size_t n = 0; n < more.size(); ++n)
+      ASSERT_EQ(entry(numbers[static_cast<long>(n)]), more[n]);
+    for (int row = 1; row <= kRows; ++row) {
+      ASSERT_EQ(entry(filter_->PVL->GetInt(row)), rows[static_cast<size_t>(row - 1)]);
+    }
+  }
+}
+
+TEST_P(TakeValuesTest, KnownValuesChangeNothing) {
+  std::vector<int> rows(kRows);
+  std::iota(rows.begin(), rows.end(), 1);
+  make(rows);
+  rows.resize(static_cast<size_t>(count()));
+  const TBaseArray* const list = filter_->VL;
+  const Block<int> numbers = take(rows);
+  EXPECT_EQ(numbers[count() - 1], count());
+  EXPECT_EQ(filter_->VL->FArraySize, kRows + 1);
+  EXPECT_EQ(filter_->VL == list, count() <= 1000);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, TakeValuesTest,
+    testing::Combine(testing::Values(TakeCase{"OneInteger", QX_DT_INTEGER, 1},
+                                     TakeCase{"FewIntegers", QX_DT_INTEGER, 900},
+                                     TakeCase{"ManyIntegers", QX_DT_INTEGER, 4000},
+                                     TakeCase{"FewDoubles", QX_DT_DOUBLE, 900},
+                                     TakeCase{"ManyDoubles", QX_DT_DOUBLE, 4000},
+                                     TakeCase{"FewStrings", QX_DT_STRING, 900},
+                                     TakeCase{"ManyStrings", QX_DT_STRING, 4000},
+                                     TakeCase{"FewDecimals", QX_DT_DECIMAL, 900},
+                                     TakeCase{"ManyDecimals", QX_DT_DECIMAL, 4000}),
+                     testing::Bool()),
+    [](const auto& instance) {
+      return std::string(std::get<0>(instance.param).name) +
+             (std::get<1>(instance.param) ? "Parallel" : "Serial");
+    });
 
 TEST(StringTailTest, KeepsTextsThroughTheMerge) {
   std::vector<const char*> data(120, "b");

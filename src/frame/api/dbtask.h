@@ -12,6 +12,8 @@ class CDBTask : NonCopyable {
  public:
   virtual ~CDBTask() = default;
 
+  virtual int OverwriteRealEx(int table, int filter, int set, int start, int count, void* data) = 0;
+  virtual int FillRealEx(int table, int filter, int set, int start, int count, void* value) = 0;
   virtual int SearchByField(int table, int filter, int set, int ope, const char* value1,
                             const char* value2) = 0;
   virtual int ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,
@@ -60,6 +62,8 @@ class CDBParallelTask : public CDBTask {
  public:
   static CDBParallelTask& Instance();
 
+  int OverwriteRealEx(int table, int filter, int set, int start, int count, void* data) override;
+  int FillRealEx(int table, int filter, int set, int start, int count, void* value) override;
   int SearchByField(int table, int filter, int set, int ope, const char* value1,
                     const char* value2) override;
   int ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,

@@ -101,6 +101,19 @@ int innerQXAddRealFilter2Numeric(int table, int pos, const char* name, int type,
 int innerQXAppendRealFilter2(int table, int filter, int type, int pos, int rows, const char* dir,
                              const char* file);
 
+// Row editing. Positions count from 1.
+int innerQXInsertRealRows(int table, int pos, int count);
+int innerQXDeleteRealRows(int table, int start, int count);
+int innerQXDeleteRealRowsEx(int table, int set, int start, int count);
+int innerQXOverwriteRealEx(int table, int filter, int set, int start, int count, void* data);
+int innerQXOverwriteRealExStr(int table, int filter, int set, int start, int count, char** data);
+/// One value of the family of data type `type` by the parallel form; QX_ERROR_TYPE_MISMATCH for a
+/// column of another family.
+int overwrite_with(const char* layer, int type, int table, int filter, int set, int start,
+                   void* value);
+int fill_with(const char* layer, int type, int table, int filter, int set, int start, int count,
+              void* value);
+
 // Scale and rounding of decimals
 /// 0, or QX_ERROR_PARAMETER after logging under `layer`.
 int check_numeric_info(const char* layer, const NumericInfo* info);

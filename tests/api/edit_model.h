@@ -1,0 +1,66 @@
+// Random edits on tables of the engine, each made on plain rows as well.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/naive_model.h"
+#include "support/random_data.h"
+#include "support/test_table.h"
+
+namespace qxe::test {
+
+struct ModelSet {
+  int id;
+  std::vector<int> rows;
+};
+
+/// A table of the engine and what it must hold. The first set is that of all rows.
+struct ModelTable {
+  TestTable table;
+  Columns columns;
+  std::vector<ModelSet> sets;
+
+  ModelTable(TestTable made, Columns wanted);
+
+  int id() const { return table.id(); }
+  int total_rows() const { return static_cast<int>(sets.front().rows.size()); }
+  NaiveModel model() const { return NaiveModel(columns); }
+};
+
+/// Tables in random hands. An operation takes one, does the same to the engine and to the model,
+/// and tells in a few words what it did; one that makes a table adds it to `tables`.
+class EditModel {
+ public:
+  explicit EditModel(unsigned seed);
+
+  ModelTable& any_table() { return any_of(tables); }
+  ModelSet& any_set(ModelTable& table) { return any_of(table.sets); }
+  NamedColumn& any_column(ModelTable& table) { return any_of(table.columns); }
+  /// A value that a column of this kind may get: one in it, NULL, or a new one.
+  Cell any_value(const Column& column);
+  std::vector<Cell> any_values(const Column& column, int count);
+
+  template <class Item>
+  Item& any_of(std::vector<Item>& items) {
+    return items[static_cast<size_t>(random.below(static_cast<int>(items.size())))];
+  }
+
+  /// Compares a result with the wanted one, then all tables with their models.
+  void expect_status(int status, int wanted) const;
+  void expect_equal() const;
+
+  RandomData random;
+  std::vector<ModelTable> tables;
+};
+
+struct EditOperation {
+  std::string (*run)(EditModel& model);
+  int weight;  // how often it is chosen, compared with the others
+};
+
+/// Starts with random tables and makes `steps` random operations of the list. A failure shows the
+/// seed and the operations so far.
+void run_edits(unsigned seed, int steps, const std::vector<EditOperation>& operations);
+
+}  // namespace qxe::test
