@@ -69,6 +69,10 @@ MergedLists merge_lists(const TBaseArray& vl1, const TBaseArray& vl2, bool mpp) 
 
 }  // namespace
 
+MergedLists MergeLists(const TBaseArray& vl1, const TBaseArray& vl2) {
+  return merge_lists(vl1, vl2, false);
+}
+
 MergedLists MppMergeLists(const TBaseArray& vl1, const TBaseArray& vl2) {
   return merge_lists(vl1, vl2, true);
 }

@@ -47,6 +47,7 @@ struct MergedLists {
 /// The merge of two value lists of one type, whose row pointers have not followed yet. The merged
 /// list has the first list's attribute block, extended type and decimal info. Throws
 /// QX_ERROR_MERGE_TYPE for lists of different types.
+MergedLists MergeLists(const TBaseArray& vl1, const TBaseArray& vl2);
 MergedLists MppMergeLists(const TBaseArray& vl1, const TBaseArray& vl2);
 /// Gives each row the number that `map`, which has `size` entries, has for its value.
 void DoMppRenumber(TIntArray& numbers, const int* map, int size);

@@ -1,0 +1,42 @@
+// Copies of whole tables.
+#include "tables/column_claims.h"
+#include "tables/realtables.h"
+
+namespace qxe {
+
+int mpp_duplicate_realtable(void* block) {
+  return run_pool_step(block);
+}
+
+TFilter& TRealTable::add_blank_filter(const char* name) {
+  raised(check_new_filter("AddFilter", "FilterCount overflow", name));
+  char unique[kNameSize];
+  snprintf(unique, sizeof unique, "%s", name);
+  if (FilterName2Pos(name) >= 0) raised(GenFilterName(name, unique));
+  filters_.push_back(std::make_unique<TFilter>(MaxFilterIDs + 1, unique));
+  ++MaxFilterIDs;
+  return *filters_.back();
+}
+
+void TRealTable::settle_values() {
+  CheckMergeFilterTVL(true);
+  for (const auto& filter : filters_) {
+    if (filter->VL->GetDataType() == QX_DT_STRING) static_cast<TStrArray*>(filter->VL)->Sweep();
+  }
+}
+
+int TRealTable::DuplicateRealTable(TRealTable& source) {
+  source.settle_values();
+  raised(AddSetWithoutCopy(std::unique_ptr<TSetArray>(source.root_set().MppCopyArray())));
+  for (const auto& filter : source.filters_) add_blank_filter(filter->FFilterName);
+  claim_columns(QX_MPP_DUPLICATE_REALTABLE, GetNFilter(), TotalRecs(), [&](int column) {
+    const TFilter& from = *source.filter_at(column);
+    Column copy;
+    copy.vl.reset(from.VL->CopyArray());
+    copy.pv.reset(from.PVL->CopyArray());
+    filter_at(column)->adopt(std::move(copy));
+  });
+  return 0;
+}
+
+}  // namespace qxe
