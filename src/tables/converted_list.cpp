@@ -84,20 +84,18 @@ ConvertedList convert_list(const TBaseArray& list, int type, const NumericInfo& 
 }
 
 std::unique_ptr<TIntArray> converted_rows(TIntArray& rows, const ConvertedList& converted) {
-  if (converted.same_numbers) {
-    std::unique_ptr<TIntArray> copy(rows.MppCopyArray());
-    memset(copy->FUserArea, 0, sizeof copy->FUserArea);
-    return copy;
-  }
+  if (converted.same_numbers) return std::unique_ptr<TIntArray>(rows.MppCopyArray());
   const int count = rows.FArraySize;
-  Block<int> numbers = make_block<int>(count);
+  auto result = std::make_unique<TIntArray>(count, false);
   const int* const old = std::as_const(rows).PIntAr();
+  int* const numbers = result->PIntAr();
   const int workers = compile_workers(count, true);
   run_step(QX_MPP_TYPECONV, workers, [&](int worker) {
     const Slice slice = even_slice(count, workers, worker);
     for (long i = slice.begin; i < slice.end; ++i) numbers[i] = converted.numbers[old[i]];
   });
-  return std::make_unique<TIntArray>(count, std::move(numbers));
+  memcpy(result->FUserArea, rows.FUserArea, sizeof result->FUserArea);
+  return result;
 }
 
 }  // namespace qxe

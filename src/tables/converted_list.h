@@ -17,7 +17,7 @@ struct ConvertedList {
 /// workers of the pool share the work.
 ConvertedList convert_list(const TBaseArray& list, int type, const NumericInfo& info, bool mpp);
 
-/// New row pointers by the new number of each old one.
+/// New row pointers by the new number of each old one, with the old ones' attribute block.
 std::unique_ptr<TIntArray> converted_rows(TIntArray& rows, const ConvertedList& converted);
 
 }  // namespace qxe

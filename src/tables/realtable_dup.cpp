@@ -19,6 +19,7 @@ Column converted_column(const TFilter& source, int type, const NumericInfo* info
   ConvertedList values =
       convert_list(*source.VL, type, info != nullptr ? *info : TNumericArray::kDefaultInfo, true);
   auto rows = converted_rows(*source.PVL, values);
+  memset(rows->FUserArea, 0, sizeof rows->FUserArea);
   return {std::move(rows), std::move(values.list)};
 }
 

@@ -33,9 +33,16 @@ class Base {
     write_file("values.txt", "1\n2\n\n4\n");
     write_file("texts.bin", std::string("\0\0\0\3new\0\0\0\0\0\0\0\1x", 16));
     write_rows();
+    int all[] = {1, 2, 3, 4, 5, 6, 7, 0};
+    int none[8] = {};
+    char name[] = "sparse";
+    sparse_ =
+        require(RQXCombineRealTable(name, id(), 2, all, id(), 2, none), "RQXCombineRealTable");
   }
 
   int id() const { return table_.id(); }
+  /// A table of twelve rows with all values of the other one.
+  int sparse() const { return sparse_; }
   const TestTable& table() const { return table_; }
   size_t columns() const { return columns_.size(); }
   const NamedColumn& column(size_t i) const { return columns_[i]; }
@@ -62,6 +69,7 @@ class Base {
   const Columns columns_;
   const TestTable table_;
   std::vector<std::unique_ptr<RawValues>> values_;
+  int sparse_ = 0;
 };
 
 struct Operation {
@@ -338,6 +346,34 @@ INSTANTIATE_TEST_SUITE_P(
                               delete_filter}),
     case_name<Operation>);
 
+// ... that copy a filter
+
+int dup_filter(const Base& base) {
+  return RQXDupRealFilter(base.id(), base.filter(kString));
+}
+
+auto convert_filter(size_t column, int type) {
+  return [column, type](const Base& base) {
+    return RQXDupRealFilterEx(base.id(), base.filter(column), type);
+  };
+}
+
+int rescale_copy(const Base& base) {
+  return RQXDupRealFilterExNumeric(base.id(), base.filter(kDecimal), QX_DT_DECIMAL, 1, 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Copies, FaultsTest,
+    testing::Values(Operation{"Plain", dup_filter, values_of_filter, delete_filter},
+                    Operation{"IntegersAsTexts", convert_filter(kInt, QX_DT_STRING),
+                              values_of_filter, delete_filter},
+                    Operation{"TextsAsDoubles", convert_filter(kString, QX_DT_DOUBLE),
+                              values_of_filter, delete_filter},
+                    Operation{"DateTimesAsDates", convert_filter(kDateTime, QX_DT_DATE),
+                              values_of_filter, delete_filter},
+                    Operation{"Rescaled", rescale_copy, values_of_filter, delete_filter}),
+    case_name<Operation>);
+
 // ... that import
 
 std::string imported(const Base&, int table) {
@@ -346,6 +382,41 @@ std::string imported(const Base&, int table) {
 void delete_table(const Base&, int table) {
   if (table >= 0) require(RQXDeleteTable(table), "RQXDeleteTable");
 }
+
+// ... and that make a table of others
+
+/// All columns, and the pseudo columns.
+int all_columns[] = {1, 2, 3, 4, 5, 6, 7, QX_FLT_TABLE_ID, QX_FLT_REC_NO, 0};
+int own_columns[] = {1, 2, 3, 4, 5, 6, 7, 0};
+
+int combine_tables(const Base& base) {
+  char name[] = "both";
+  return RQXCombineRealTableEx(name, 1, 1, base.id(), 1, own_columns, base.id(), 2, own_columns);
+}
+
+int combine_list(const Base& base) {
+  int tables[] = {base.id(), base.id(), 0};
+  int sets[] = {2, 1};
+  int filters[] = {base.filter(kInt), 0};
+  char name[] = "list";
+  return RQXCombineTableList(name, tables, sets, filters, nullptr, nullptr, filters);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DerivedTables, FaultsTest,
+    testing::Values(Operation{"Duplicate",
+                              [](const Base& base) {
+                                return RQXDuplicateRealTable("new", base.id());
+                              },
+                              imported, delete_table},
+                    Operation{"Extract",
+                              [](const Base& base) {
+                                return RQXExtractRealTable("new", base.id(), 2, all_columns);
+                              },
+                              imported, delete_table},
+                    Operation{"Combine", combine_tables, imported, delete_table},
+                    Operation{"CombineList", combine_list, imported, delete_table}),
+    case_name<Operation>);
 
 /// Lines for several workers: each range has a page at least. Every 20th is as `bad`.
 std::string lines_of_data(const std::string& bad) {
@@ -592,6 +663,20 @@ int append_rows(const Base& base, int position, const char* catalog) {
   return RQXAppendCatalogFileEx2(base.id(), position, 70, "", catalog, "", "rows.csv");
 }
 
+int condense(const Base& base) {
+  return RQXCondenseRealTable(base.sparse());
+}
+
+std::string condensed(const Base& base, int) {
+  std::string text = table_text(base.sparse());
+  for (size_t i = 0; i < base.columns(); ++i) {
+    _TRFilterInfo info = {};
+    RQXGetFilterInfo(base.sparse(), base.filter(i), &info);
+    text += std::to_string(info.valueCount) + " ";
+  }
+  return text;
+}
+
 int rescale(const Base& base) {
   NumericInfo info = {base.column(kDecimal).column.scale - 1, QX_ROUND_HALFUP};
   return RQXSetNumericInfo(base.id(), base.filter(kDecimal), &info, false);
@@ -606,6 +691,7 @@ INSTANTIATE_TEST_SUITE_P(
         Operation{"ReInitialize", [](const Base&) { return RQXReInitializeMS(); }, table_count,
                   keep},
         Operation{"Rescale", rescale, whole_base, keep},
+        Operation{"Condense", condense, condensed, keep},
         Operation{"AppendIntegers", append_to_filter<QX_DT_INTEGER>, whole_base, keep},
         Operation{"AppendStrings", append_to_filter<QX_DT_STRING>, whole_base, keep},
         Operation{"AppendRows", [](const Base& base) { return append_rows(base, -1, "rows.cat"); },

@@ -698,8 +698,7 @@ TEST_F(DerivedLimitTest, AFullTableTakesNoCopyOfAFilter) {
 
 TEST_F(DerivedLimitTest, AFullDatabaseTakesNoDerivedTable) {
   const TestTable table({{"a", ints({1})}});
-  for (int i = 2; i <= 10000; ++i)
-    ASSERT_EQ(RQXDuplicateRealTable(std::to_string(i).c_str(), table.id()), i);
+  for (int i = 2; i <= 10000; ++i) ASSERT_EQ(RQXAddRealTable(std::to_string(i).c_str(), 0), i);
   expect_failure(RQXDuplicateRealTable("n", table.id()), QX_ERROR_TABLE_COUNT,
                  "TableCount overflow");
   expect_failure(RQXExtractRealTable("n", table.id(), 1, nullptr), QX_ERROR_TABLE_COUNT,
