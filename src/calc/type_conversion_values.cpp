@@ -15,8 +15,9 @@ namespace qxe {
 
 namespace {
 
+/// NULL for infinity, which has none.
 double fraction_of(double x) {
-  return x - std::floor(x);
+  return std::isfinite(x) ? x - std::floor(x) : kNullDouble;
 }
 
 double serial_or_null(int date) {

@@ -8,23 +8,6 @@ int mpp_duplicate_realtable(void* block) {
   return run_pool_step(block);
 }
 
-TFilter& TRealTable::add_blank_filter(const char* name) {
-  raised(check_new_filter("AddFilter", "FilterCount overflow", name));
-  char unique[kNameSize];
-  snprintf(unique, sizeof unique, "%s", name);
-  if (FilterName2Pos(name) >= 0) raised(GenFilterName(name, unique));
-  filters_.push_back(std::make_unique<TFilter>(MaxFilterIDs + 1, unique));
-  ++MaxFilterIDs;
-  return *filters_.back();
-}
-
-void TRealTable::settle_values() {
-  CheckMergeFilterTVL(true);
-  for (const auto& filter : filters_) {
-    if (filter->VL->GetDataType() == QX_DT_STRING) static_cast<TStrArray*>(filter->VL)->Sweep();
-  }
-}
-
 int TRealTable::DuplicateRealTable(TRealTable& source) {
   source.settle_values();
   raised(AddSetWithoutCopy(std::unique_ptr<TSetArray>(source.root_set().MppCopyArray())));
