@@ -1001,6 +1001,38 @@ QXE_API int RQXMoveRealFilter(int table, int from, int to);
 /** As RQXMoveRealFilter. */
 QXE_API int QXMoveRealFilter(int table, int from, int to);
 
+/** Adds a copy of a filter at the end of the display order: an edit. Its name is made unique, so
+ * the copy of "a" is "a_#1". Pending values go into the value list of both. Result: the id of the
+ * copy. Failures: also QX_ERROR_FILTER_COUNT with 512 filters, QX_ERROR_NO_MASTER_KEY for an
+ * unknown filter, QX_ERROR_FILTER_NAME when the copy's name would be too long. */
+QXE_API int RQXDupRealFilter(int table, int filter);
+
+/** As RQXDupRealFilter. */
+QXE_API int QXDupRealFilter(int table, int filter);
+
+/** RQXDupRealFilter into another data type. type: data type code; the filter's own gives a plain
+ * copy. Decimals have 6 digits behind the point and round half up. A value that the other type
+ * cannot hold becomes NULL:
+ *   - Integers are dates as YYYYMMDD of the years 1900 to 2099 and have the time 0; a date becomes
+ *     such an integer in the engine's date order.
+ *   - Floats and decimals are read as serials. To integers they are cut towards zero.
+ *   - A date has the time 0; a time has no date, so NULL, and is the integer 0.
+ *   - Texts are written as "12", "  1.500000", "2024/03/01" in the engine's date order, "12:30:00",
+ *     both with a blank between, or decimals with all their digits.
+ *   - A text that begins with "YYYY/M/D" or is "H:M" or "H:M:S" is read as that date and time (an
+ *     integer as YYYYMMDD, or 0 for a time); otherwise it must be a number and nothing else, which
+ *     dates read as YYYYMMDD. A time read from a text is a hundredth of a second later.
+ * Failures: also QX_ERROR_TYPE_MISMATCH for an unknown type. */
+QXE_API int RQXDupRealFilterEx(int table, int filter, int type);
+
+/** As RQXDupRealFilterEx. */
+QXE_API int QXDupRealFilterEx(int table, int filter, int type);
+
+/** RQXDupRealFilterEx for decimals of another form. scale: digits behind the point, 0 to 38.
+ * rounding: QX_ROUND_ value. Both are ignored unless type is QX_DT_DECIMAL; they also rescale a
+ * filter that is decimal already. Failures: also QX_ERROR_PARAMETER for scale or rounding. */
+QXE_API int RQXDupRealFilterExNumeric(int table, int filter, int type, int scale, int rounding);
+
 /** Adds a filter: an edit. pos: display position from 0, clamped to the number of filters (1024: at
  * the end). name: cleaned and made unique ("RecNo" becomes "RECNO"); null or "" gives "filter", the
  * date and time, and "_1". type: data type code; decimals have 6 digits behind the point and round
@@ -1491,6 +1523,100 @@ QXE_API int QXExtractUniqueReal(int table, int set, int* filters);
  * for n ints, the positions (from 0) of those, ascending. order: out, n ints, all positions by
  * descending count. Failures: QX_ERROR_UNKNOWN when order is null. */
 QXE_API int QXServiceSortByN(int n, int* counts, int* nonZero, int* nonZeroIndex, int* order);
+
+/*
+ * Derived tables
+ *
+ * These calls make a new real table of others, which stay as they are and must be real too. The new
+ * table has a root set and no other; its filters have the ids 1, 2, 3 and so on, their sources'
+ * names ("_#1" and so on behind a name that is taken) and no attributes of row pointers. name: the
+ * new table's, cleaned and made unique; null or "" gives "realtbl", the date and time, and "_1".
+ * Result: the id of the new table. Failures of all: QX_ERROR_TABLE_COUNT with 10,000 tables,
+ * QX_ERROR_TABLE_NAME above 255 bytes, or if the unique name would be longer, QX_ERROR_NOT_REAL,
+ * QX_ERROR_FILTER_NAME if the unique name of a filter would be too long. A failure leaves no table,
+ * but its id may be used up.
+ */
+
+/** Copies a table with all rows and filters, the attributes of both blocks (not those of the value
+ * lists of strings) and the root set's name and attributes. Other sets do not come along. */
+QXE_API int RQXDuplicateRealTable(const char* name, int table);
+
+/** As RQXDuplicateRealTable. */
+QXE_API int QXDuplicateRealTable(const char* name, int table);
+
+/** Makes a table of the rows of a set, in set order. Its value lists hold the values of these rows
+ * only. filters: ids, ended below 1, in the order of the new columns; an id may come twice; null
+ * for all filters. The pseudo filters QX_FLT_TABLE_ID and QX_FLT_REC_NO give the integer columns
+ * "#TABLE_ID" (the source table's id in every row) and "#REC_NO" (the source row numbers).
+ * Failures: also QX_ERROR_NO_SET, QX_ERROR_NO_FILTER for an unknown filter or an empty list,
+ * QX_ERROR_FILTER_COUNT above 512. */
+QXE_API int RQXExtractRealTable(const char* name, int table, int set, int* filters);
+
+/** As RQXExtractRealTable. */
+QXE_API int QXExtractRealTable(const char* name, int table, int set, int* filters);
+
+/** RQXExtractRealTable with the pseudo filters by flags. addTableId, addRecNo: not 0 puts
+ * "#TABLE_ID", and behind it "#REC_NO", in front of the columns of the list. */
+QXE_API int RQXExtractRealTableEx(const char* name, int table, int set, int addTableId,
+                                  int addRecNo, int* filters);
+
+/** As RQXExtractRealTableEx. */
+QXE_API int QXExtractRealTableEx(const char* name, int table, int set, int addTableId, int addRecNo,
+                                 int* filters);
+
+/** Makes a table of the rows of two sets, those of the first in front, each in set order. table1
+ * and table2 may be the same. filters1, filters2: filter ids that are walked in step; the position
+ * at which both are below 1 ends them, so both need an entry there. Each position makes a column of
+ * the two filters, which must have the same type, under the first one's name. Where one entry is 0
+ * the column is the other table's alone and NULL in the rows of this one. Decimals get the form of
+ * the first filter. Failures: also QX_ERROR_COMBINE_SET for an unknown set, QX_ERROR_NO_FILTER for
+ * an unknown filter or no column at all, QX_ERROR_APPEND_TYPE for different types,
+ * QX_ERROR_NO_JOIN_FILTER for an entry below 0 beside a filter, QX_ERROR_FILTER_COUNT above 512
+ * columns, QX_ERROR_ROW_SIZE. */
+QXE_API int RQXCombineRealTable(char* name, int table1, int set1, int* filters1, int table2,
+                                int set2, int* filters2);
+
+/** As RQXCombineRealTable. */
+QXE_API int QXCombineRealTable(char* name, int table1, int set1, int* filters1, int table2,
+                               int set2, int* filters2);
+
+/** RQXCombineRealTable with columns that tell where a row comes from. addTableId, addRowNumber: not
+ * 0 puts the integer columns "TableID" (table1 or table2) and behind it "RecNo" (the row number in
+ * that table) in front. */
+QXE_API int RQXCombineRealTableEx(char* name, int addTableId, int addRowNumber, int table1,
+                                  int set1, int* filters1, int table2, int set2, int* filters2);
+
+/** As RQXCombineRealTableEx. */
+QXE_API int QXCombineRealTableEx(char* name, int addTableId, int addRowNumber, int table1, int set1,
+                                 int* filters1, int table2, int set2, int* filters2);
+
+/** As RQXCombineRealTableEx. */
+QXE_API int RQXCombineRealTableEx2(char* name, int addTableId, int addRowNumber, int table1,
+                                   int set1, int* filters1, int table2, int set2, int* filters2);
+
+/** Makes a table of the rows of sets of up to 64 tables, in list order and each in set order.
+ * tableIds: ids, ended below 1; an id may come twice. setIds: a set id for each. filters1 to
+ * filters4: null, or the id of an integer filter for each table, below 1 for NULL in its rows. The
+ * result has the integer columns "TableID" and "RecNo" as RQXCombineRealTableEx has them, and one
+ * for each list that is not null, named after its first filter. name: must not be null or empty.
+ * Failures: also QX_ERROR_NO_TABLE for an unknown or unreal table or an empty list,
+ * QX_ERROR_NO_SET, QX_ERROR_PARAMETER above 64 tables, QX_ERROR_NO_FILTER, QX_ERROR_DATA_TYPE for a
+ * filter of another type, QX_ERROR_CHAIN_NAME (instead of QX_ERROR_TABLE_NAME), QX_ERROR_ROW_SIZE.
+ */
+QXE_API int RQXCombineTableList(char* name, int* tableIds, int* setIds, int* filters1,
+                                int* filters2, int* filters3, int* filters4);
+
+/** As RQXCombineTableList. */
+QXE_API int QXCombineTableList(char* name, int* tableIds, int* setIds, int* filters1, int* filters2,
+                               int* filters3, int* filters4);
+
+/** Drops the values that no row uses from the value lists of a table: an edit, which changes value
+ * numbers but no row's value. Failures: also QX_ERROR_REFERRED while another table refers to this
+ * one. */
+QXE_API int RQXCondenseRealTable(int table);
+
+/** As RQXCondenseRealTable. */
+QXE_API int QXCondenseRealTable(int table);
 
 /*
  * Dates, times and decimals as text

@@ -17,22 +17,36 @@ constexpr double kSecondsBias = 0.01;  // lifts a time over the rounding of its 
 
 }  // namespace
 
-double DateOuter2Inner(int date) {
+bool serial_of_date(int date, double* serial) {
   const _stdate fields{date / 10000, date / 100 % 100, date % 100};
-  if (!CheckDateStr2(fields)) throw CQXException(QX_ERROR_PARAMETER);
-  return getDateField(fields, nullptr);
+  if (!CheckDateStr2(fields)) return false;
+  *serial = getDateField(fields, nullptr);
+  return true;
 }
 
-int DateInner2Outer(double serial, int order) {
+bool date_of_serial(double serial, int order, int* date) {
   const double day = std::floor(serial);
-  if (!(day >= kFirstSerial && day <= kLastSerial)) throw CQXException(QX_ERROR_PARAMETER);
+  if (!(day >= kFirstSerial && day <= kLastSerial)) return false;
   _stdatetime fields{};
   Double2DateTimeNoValidationWithMSEC(day, &fields);
   switch (order) {
-    case kDayFirst: return fields.day * 1000000 + fields.month * 10000 + fields.year;
-    case kMonthFirst: return fields.month * 1000000 + fields.day * 10000 + fields.year;
-    default: return fields.year * 10000 + fields.month * 100 + fields.day;
+    case kDayFirst: *date = fields.day * 1000000 + fields.month * 10000 + fields.year; break;
+    case kMonthFirst: *date = fields.month * 1000000 + fields.day * 10000 + fields.year; break;
+    default: *date = fields.year * 10000 + fields.month * 100 + fields.day;
   }
+  return true;
+}
+
+double DateOuter2Inner(int date) {
+  double serial = 0.0;
+  if (!serial_of_date(date, &serial)) throw CQXException(QX_ERROR_PARAMETER);
+  return serial;
+}
+
+int DateInner2Outer(double serial, int order) {
+  int date = 0;
+  if (!date_of_serial(serial, order, &date)) throw CQXException(QX_ERROR_PARAMETER);
+  return date;
 }
 
 double TimeOuter2Inner(int time) {

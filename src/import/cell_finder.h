@@ -5,6 +5,7 @@
 #include <array>
 #include <bit>
 
+#include "frame/base/bits.h"
 #include "import/cell_masks.h"
 #include "import/cell_scanner.h"
 
@@ -84,14 +85,6 @@ class CellFinder {
       lines_ = store<2>(masks[i].line_feeds & inside, line_ends_, lines_);
       if (masks[i].quotes != 0) last_quote_ = ahead_ + kMaskBlock - 1;  // or before
     }
-  }
-
-  /// Without the instruction for it, which not every processor has, a library call would be made.
-  static int bit_count(uint64_t mask) {
-    mask -= mask >> 1 & 0x5555555555555555;
-    mask = (mask & 0x3333333333333333) + (mask >> 2 & 0x3333333333333333);
-    mask = (mask + (mask >> 4)) & 0x0f0f0f0f0f0f0f0f;
-    return static_cast<int>(mask * 0x0101010101010101 >> 56);
   }
 
   /// Stores `Batch` places at a time and so more than there are: most blocks take the same way.

@@ -18,13 +18,13 @@
   task(QX_MPP_SORT_STEP2, "Parallel Multi Sort by 2 Step", mpp_sort_2step) \
   unused(QX_MPP_SORT_STEP3, "Parallel Multi Sort by 3 Step") \
   unused(QX_MPP_SEARCH, "Parallel Search ") \
-  unused(QX_MPP_COMBINE_REALTABLE, "Parallel Combine RealTable ") \
-  unused(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ") \
+  task(QX_MPP_COMBINE_REALTABLE, "Parallel Combine RealTable ", mpp_combine_realtables) \
+  task(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ", mpp_extract_realtables) \
   unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
   unused(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ") \
   task(QX_MPP_MERGE_LIST, "Parallel Merge ", mpp_merge_list) \
   task(QX_MPP_COMPILE, "Parallel Compile ", mpp_compile) \
-  unused(QX_MPP_TYPECONV, "Parallel Type Conversion") \
+  task(QX_MPP_TYPECONV, "Parallel Type Conversion", mpp_type_conversion) \
   unused(QX_MPP_INTEGRATED_CALC, "Parallel Integrated Calc") \
   unused(QX_MPP_CALC, "Parallel Calc") \
   unused(QX_MPP_ITEM_TRANSFER, "Parallel Item Transfer") \
@@ -40,8 +40,8 @@
   task(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique", mpp_extract_unique) \
   unused(QX_MPP_FLAG_SET, "Parallel Flag  setting") \
   unused(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting") \
-  unused(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable") \
-  unused(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable") \
+  task(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable", mpp_condense_realtable) \
+  task(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable", mpp_duplicate_realtable) \
   task(QX_MPP_MEMCPY, "Parallel Memcpy", mpp_memcpy) \
   task(QX_MPP_RENUMBER, "Parallel Renumber after Merge ", mpp_renumber) \
   unused(QX_MPP_CATEGORIZE, "Parallel Categorize ") \

@@ -2,9 +2,16 @@
 
 namespace qxe {
 
-TRealTable::TRealTable(int id, const char* name, int rows) {
+TRealTable::TRealTable(int id, const char* name) {
   table_id_ = id;
   set_name(name);
+}
+
+TRealTable::TRealTable(int id, const char* name, int rows) : TRealTable(id, name) {
+  add_root_set(rows);
+}
+
+void TRealTable::add_root_set(int rows) {
   auto root = std::make_unique<TSetArray>(rows, false);
   root->InitAsSet();
   raised(AddSetWithoutCopy(std::move(root)));

@@ -96,6 +96,16 @@ int TRealTable::insert_filter(int pos, const char* name, Column column, int orgF
   return ++MaxFilterIDs;
 }
 
+TFilter& TRealTable::add_blank_filter(const char* name) {
+  raised(check_new_filter("AddFilter", "FilterCount overflow", name));
+  char unique[kNameSize];
+  qxe_strlcpy(unique, name, kNameSize);
+  if (FilterName2Pos(name) >= 0) raised(GenFilterName(name, unique));
+  filters_.push_back(std::make_unique<TFilter>(MaxFilterIDs + 1, unique));
+  ++MaxFilterIDs;
+  return *filters_.back();
+}
+
 int TRealTable::AddFilter(int pos, const char* name, Column column, int orgFilter) {
   const int status = check_new_filter("AddFilter", "FilterCount overflow", name);
   return status < 0 ? status : insert_filter(pos, name, std::move(column), orgFilter);
@@ -186,6 +196,13 @@ int TRealTable::CheckMergeFilterTVL(bool mpp) {
   int merged = 0;
   for (const auto& filter : filters_) merged |= filter->MergeTVL(mpp);
   return merged;
+}
+
+void TRealTable::settle_values() {
+  CheckMergeFilterTVL(true);
+  for (const auto& filter : filters_) {
+    if (filter->VL->GetDataType() == QX_DT_STRING) static_cast<TStrArray*>(filter->VL)->Sweep();
+  }
 }
 
 }  // namespace qxe

@@ -2,6 +2,7 @@
 // topic: filters, sets, rows and reading here, searches and sorts in search, export in import.
 #pragma once
 
+#include "tables/derived_tables.h"
 #include "tables/tables.h"
 
 namespace qxe {
@@ -15,6 +16,8 @@ class TRealTable : public TBaseTable {
   /// A table with a root set of `rows` rows. Throws QX_ERROR_GEN_TABLE_NAME for a name that cannot
   /// be made unique.
   TRealTable(int id, const char* name, int rows);
+  /// The same without a root set, which the caller adds.
+  TRealTable(int id, const char* name);
   ~TRealTable() override;
 
   int GetNFilter() const override { return static_cast<int>(filters_.size()); }
@@ -117,11 +120,49 @@ class TRealTable : public TBaseTable {
   /// The first row of each distinct combination of the filters in a list that ends below 1.
   int MppExtractUniqueReal(int set, const int* filters);
 
+  // Derived tables: each of these fills this table, which is new and has no rows and no filters
+  // yet. Their columns are shared out among the workers; the Mpp forms differ in the name of their
+  // ring entries only. A negative status or an exception leaves a table that is to be deleted.
+  /// All rows and columns of `source`.
+  int DuplicateRealTable(TRealTable& source);
+  int MppDuplicateRealTable(TRealTable& source) { return DuplicateRealTable(source); }
+  /// The rows of a set, in set order.
+  int ExtractRealTable(int set, TRealTable& source, const ExtractedColumns& columns);
+  int MppExtractRealTable(int set, TRealTable& source, const ExtractedColumns& columns);
+  /// The rows of two sets, one below the other.
+  int CombineRealTable(const CombineSource& first, const CombineSource& second,
+                       CombinePseudo pseudo);
+  int MppCombineRealTable(const CombineSource& first, const CombineSource& second,
+                          CombinePseudo pseudo);
+  /// A root set of `rows` rows for a table that has none.
+  void add_root_set(int rows);
+  /// A further filter, under `name` as it is when that is free, whose column is still to come.
+  TFilter& add_blank_filter(const char* name);
+
+  // Derived filters, at the end. Each returns the new filter's id or a negative status.
+  int DupFilter(int id);
+  /// Converts to another data type; `info` is that of decimals, null for the usual one, or for a
+  /// plain copy of decimals.
+  int DupFilterEx(int id, int type, const NumericInfo* info);
+  int MppDupFilterEx(int id, int type, const NumericInfo* info);
+
+  /// Drops the values that no row uses. No row's value changes.
+  int CondenseFilter(int id);
+  int CondenseTable();
+  int MppCondenseTable();
+
   long GetBorrowedSize() const;
 
  private:
   struct ValueEdit;
 
+  /// Merges pending values and tidies text lists up, so that workers can read and copy filters.
+  void settle_values();
+  int extract_rows(const char* layer, int set, TRealTable& source, const ExtractedColumns& columns);
+  int combine(const char* layer, const CombineSource& first, const CombineSource& second,
+              CombinePseudo pseudo);
+  int duplicate_filter(const char* layer, int id, int type, const NumericInfo* info);
+  int condense_filters(const char* layer);
   void reserve_rows(int rows);
   void check_rows_changeable() const;
   int delete_rows(RowDeletion& deletion);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "tables/derived_tables.h"
 #include "tables/tables.h"
 
 namespace qxe {
@@ -44,6 +45,20 @@ class TTableCollection : NonCopyable {
   /// The id that the next table will get.
   int issue_table_id() { return ++FTblIDIssued; }
   int DelTable(int id);
+
+  // Derived tables: each makes a new table of others, which must be real, and returns its id. The
+  // name is generated for null or "" and made unique. The Mpp forms differ in the name of their
+  // ring entries only.
+  int DuplicateRealTable(const char* name, int table);
+  int MppDuplicateRealTable(const char* name, int table);
+  int ExtractRealTable(const char* name, int table, int set, const ExtractedColumns& columns);
+  int MppExtractRealTable(const char* name, int table, int set, const ExtractedColumns& columns);
+  int CombineRealTable(const char* name, const CombineIds& first, const CombineIds& second,
+                       CombinePseudo pseudo);
+  int MppCombineRealTable(const char* name, const CombineIds& first, const CombineIds& second,
+                          CombinePseudo pseudo);
+  /// The name must not be empty here.
+  int CombineTableList(const char* name, const CombineListIds& ids);
   /// Ids of the tables that would break if this one changed; returns their count.
   int ReferedIDList(int id, int* out) const;
   bool IsReferred(int id) const;
@@ -56,6 +71,9 @@ class TTableCollection : NonCopyable {
   const char* database_name() const { return database_name_; }
 
  private:
+  TRealTable& real_table(const char* layer, int id) const;
+  template <class Fill>
+  int derive_table(const char* name, Fill&& fill);
   bool refers(const TBaseTable& table, const TRealTable& target) const;
 
   int FTblIDIssued = 0;  // last table id issued

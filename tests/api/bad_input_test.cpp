@@ -109,6 +109,20 @@ INSTANTIATE_TEST_SUITE_P(
     case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
+    DerivedTables, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(First, RQXCombineRealTable(buffer, table, 1, nullptr, table, 1, keys)),
+        QXE_CASE(Second, RQXCombineRealTableEx(buffer, 1, 1, table, 1, keys, table, 1, nullptr)),
+        QXE_CASE(Second2, RQXCombineRealTableEx2(buffer, 1, 1, table, 1, keys, table, 1, nullptr)),
+        QXE_CASE(PlainFirst, QXCombineRealTable(buffer, table, 1, nullptr, table, 1, keys)),
+        QXE_CASE(PlainSecond,
+                 QXCombineRealTableEx(buffer, 1, 1, table, 1, keys, table, 1, nullptr)),
+        QXE_CASE(Tables, RQXCombineTableList(buffer, nullptr, keys, keys, keys, keys, keys)),
+        QXE_CASE(Sets, RQXCombineTableList(buffer, keys, nullptr, keys, keys, keys, keys)),
+        QXE_CASE(PlainTables, QXCombineTableList(buffer, nullptr, keys, keys, keys, keys, keys))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
     Rows, MissingPointerTest,
     testing::Values(
         QXE_CASE(Type, RQXGetData(table, 1, 1, 0, nullptr, buffer)),
@@ -217,6 +231,15 @@ int add_decimal(int table, const char* name) {
   return RQXAddRealFilter2Numeric(table, 0, name, QX_DT_DECIMAL, 0, nullptr, nullptr, nullptr, 2,
                                   4);
 }
+int combine_tables(int table, const char* name) {
+  return RQXCombineRealTable(const_cast<char*>(name), table, 1, keys, table, 1, keys);
+}
+int combine_table_list(int table, const char* name) {
+  int tables[] = {table, 0};
+  int sets[] = {1};
+  return RQXCombineTableList(const_cast<char*>(name), tables, sets, nullptr, nullptr, nullptr,
+                             nullptr);
+}
 int import_file(const char* dir, const char* catalog, const char* data, const char* table) {
   write_file("c.cat", "//CSV\nI\t1\ta\n");
   write_file("d.csv", "1\n");
@@ -236,6 +259,16 @@ INSTANTIATE_TEST_SUITE_P(
                  QX_ERROR_TABLE_NAME},
         NameCase{"GenTable", [](int, const char* name) { return RQXGenTableName(name, buffer); },
                  QX_ERROR_TABLE_NAME},
+        NameCase{"DuplicateTable",
+                 [](int table, const char* name) { return RQXDuplicateRealTable(name, table); },
+                 QX_ERROR_TABLE_NAME},
+        NameCase{"ExtractTable",
+                 [](int table, const char* name) {
+                   return RQXExtractRealTable(name, table, 1, nullptr);
+                 },
+                 QX_ERROR_TABLE_NAME},
+        NameCase{"CombineTables", combine_tables, QX_ERROR_TABLE_NAME},
+        NameCase{"CombineTableList", combine_table_list, QX_ERROR_CHAIN_NAME},
         NameCase{"FindTable", [](int, const char* name) { return RQXGetTableIDFromName(name); },
                  QX_ERROR_NO_TABLE, QX_ERROR_NO_TABLE},
         NameCase{"AddFilter", add_column, QX_ERROR_FILTER_NAME},
@@ -313,6 +346,11 @@ TEST_F(NameTest, TakenNamesWithoutRoomForANumberAreRefused) {
   drain_ring();
   expect_failure(RQXAddRealTable(name.c_str(), 1), QX_ERROR_TABLE_NAME);
   expect_failure(add_column(table.id(), name.c_str()), QX_ERROR_FILTER_NAME);
+  expect_failure(RQXDupRealFilter(table.id(), 1), QX_ERROR_FILTER_NAME);
+  expect_failure(RQXDupRealFilterEx(table.id(), 1, QX_DT_DATE), QX_ERROR_FILTER_NAME);
+  expect_failure(RQXDuplicateRealTable(name.c_str(), table.id()), QX_ERROR_TABLE_NAME);
+  int twice[] = {1, 1, 0};
+  expect_failure(RQXExtractRealTable("x", table.id(), 1, twice), QX_ERROR_FILTER_NAME);
   expect_failure(RQXSetFilterName(table.id(), 2, name.c_str()), QX_ERROR_FILTER_NAME);
   EXPECT_EQ(RQXGetNFilter(table.id()), 2);
   EXPECT_EQ(RQXGetNTable(), 1);

@@ -72,6 +72,15 @@ const std::vector<Call> kTableCalls = {
     {"GetAllFilterInfo",
      [](int table, int, int) { return RQXGetAllFilterInfo(table, 0, numbers, nullptr, nullptr); },
      0},
+    {"DuplicateRealTable", [](int table, int, int) { return RQXDuplicateRealTable("x", table); },
+     0},
+    {"CombineRealTable",
+     [](int table, int, int) {
+       return RQXCombineRealTable(nullptr, table, 1, filter_list, table, 1, filter_list);
+     },
+     0},
+    {"CondenseRealTable", [](int table, int, int) { return RQXCondenseRealTable(table); }, 0},
+    {"CondensePlain", [](int table, int, int) { return QXCondenseRealTable(table); }, 0},
     {"MoveRealFilter", [](int table, int, int) { return RQXMoveRealFilter(table, 0, 0); }, 0},
     {"AddRealFilter2",
      [](int table, int, int) {
@@ -96,6 +105,16 @@ const std::vector<Call> kTableCalls = {
 };
 
 const std::vector<Call> kFilterCalls = {
+    {"DupRealFilter", [](int table, int filter, int) { return RQXDupRealFilter(table, filter); },
+     QX_ERROR_NO_MASTER_KEY},
+    {"DupRealFilterEx",
+     [](int table, int filter, int) { return RQXDupRealFilterEx(table, filter, QX_DT_DATE); },
+     QX_ERROR_NO_MASTER_KEY},
+    {"DupRealFilterExNumeric",
+     [](int table, int filter, int) {
+       return RQXDupRealFilterExNumeric(table, filter, QX_DT_DECIMAL, 2, 4);
+     },
+     QX_ERROR_NO_MASTER_KEY},
     {"AppendRealFilter2",
      [](int table, int filter, int) {
        return RQXAppendRealFilter2(table, filter, QX_DT_INTEGER, 1, 1, "", "x");

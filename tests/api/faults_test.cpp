@@ -338,6 +338,34 @@ INSTANTIATE_TEST_SUITE_P(
                               delete_filter}),
     case_name<Operation>);
 
+// ... that copy a filter
+
+int dup_filter(const Base& base) {
+  return RQXDupRealFilter(base.id(), base.filter(kString));
+}
+
+auto convert_filter(size_t column, int type) {
+  return [column, type](const Base& base) {
+    return RQXDupRealFilterEx(base.id(), base.filter(column), type);
+  };
+}
+
+int rescale_copy(const Base& base) {
+  return RQXDupRealFilterExNumeric(base.id(), base.filter(kDecimal), QX_DT_DECIMAL, 1, 4);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Copies, FaultsTest,
+    testing::Values(Operation{"Plain", dup_filter, values_of_filter, delete_filter},
+                    Operation{"IntegersAsTexts", convert_filter(kInt, QX_DT_STRING),
+                              values_of_filter, delete_filter},
+                    Operation{"TextsAsDoubles", convert_filter(kString, QX_DT_DOUBLE),
+                              values_of_filter, delete_filter},
+                    Operation{"DateTimesAsDates", convert_filter(kDateTime, QX_DT_DATE),
+                              values_of_filter, delete_filter},
+                    Operation{"Rescaled", rescale_copy, values_of_filter, delete_filter}),
+    case_name<Operation>);
+
 // ... that import
 
 std::string imported(const Base&, int table) {
@@ -346,6 +374,41 @@ std::string imported(const Base&, int table) {
 void delete_table(const Base&, int table) {
   if (table >= 0) require(RQXDeleteTable(table), "RQXDeleteTable");
 }
+
+// ... and that make a table of others
+
+/// All columns, and the pseudo columns.
+int all_columns[] = {1, 2, 3, 4, 5, 6, 7, QX_FLT_TABLE_ID, QX_FLT_REC_NO, 0};
+int own_columns[] = {1, 2, 3, 4, 5, 6, 7, 0};
+
+int combine_tables(const Base& base) {
+  char name[] = "both";
+  return RQXCombineRealTableEx(name, 1, 1, base.id(), 1, own_columns, base.id(), 2, own_columns);
+}
+
+int combine_list(const Base& base) {
+  int tables[] = {base.id(), base.id(), 0};
+  int sets[] = {2, 1};
+  int filters[] = {base.filter(kInt), 0};
+  char name[] = "list";
+  return RQXCombineTableList(name, tables, sets, filters, nullptr, nullptr, filters);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DerivedTables, FaultsTest,
+    testing::Values(Operation{"Duplicate",
+                              [](const Base& base) {
+                                return RQXDuplicateRealTable("new", base.id());
+                              },
+                              imported, delete_table},
+                    Operation{"Extract",
+                              [](const Base& base) {
+                                return RQXExtractRealTable("new", base.id(), 2, all_columns);
+                              },
+                              imported, delete_table},
+                    Operation{"Combine", combine_tables, imported, delete_table},
+                    Operation{"CombineList", combine_list, imported, delete_table}),
+    case_name<Operation>);
 
 /// Lines for several workers: each range has a page at least. Every 20th is as `bad`.
 std::string lines_of_data(const std::string& bad) {
@@ -651,6 +714,49 @@ INSTANTIATE_TEST_SUITE_P(
                   [](const Base& base) { return append_rows(base, 100, "digits.cat"); }, whole_base,
                   keep}),
     case_name<Operation>);
+
+// Condensing works on a table that has more values than its rows use.
+
+std::string condensed(const Base& base, int table) {
+  std::string text = table_text(table);
+  for (size_t i = 0; i < base.columns(); ++i) {
+    _TRFilterInfo info = {};
+    require(RQXGetFilterInfo(table, base.filter(i), &info), "RQXGetFilterInfo");
+    text += std::to_string(info.valueCount) + " ";
+  }
+  return text;
+}
+
+using CondenseFaultsTest = EngineTest;
+
+TEST_F(CondenseFaultsTest, RowsKeepTheirValues) {
+  const Base base;
+  int none[8] = {};
+  char name[] = "sparse";
+  std::string wanted;
+  walk([&](const Fault& fault) {
+    // Six rows and the values of all.
+    const int table = require(
+        RQXCombineRealTable(name, base.id(), 2, own_columns, base.id(), 2, none), "Combine");
+    const std::string before = table_text(table);
+    int status = 0;
+    bool fired = false;
+    {
+      const ArmedFault armed(fault);
+      status = RQXCondenseRealTable(table);
+      fired = armed.fired();
+    }
+    EXPECT_EQ(table_text(table), before);
+    if (status < 0) {
+      expect_failure(status, QX_ERROR_OUT_OF_MEMORY);
+      EXPECT_EQ(RQXCondenseRealTable(table), 0);
+    }
+    if (wanted.empty()) wanted = condensed(base, table);
+    EXPECT_EQ(condensed(base, table), wanted);
+    require(RQXDeleteTable(table), "RQXDeleteTable");
+    return fired;
+  });
+}
 
 }  // namespace
 }  // namespace qxe::test

@@ -102,6 +102,35 @@ INSTANTIATE_TEST_SUITE_P(
             "Fill",
             [](const TestTable& table) { return RQXFillRealEx(table.id(), 1, 1, 1, 2, &one); },
             kTables},
+        ChangeCase{"DuplicateTable",
+                   [](const TestTable& table) { return RQXDuplicateRealTable("", table.id()); },
+                   kTables},
+        ChangeCase{
+            "ExtractRows",
+            [](const TestTable& table) { return RQXExtractRealTable("", table.id(), 1, nullptr); },
+            kTables},
+        ChangeCase{"CombineTables",
+                   [](const TestTable& table) {
+                     return QXCombineRealTable(nullptr, table.id(), 1, keys, table.id(), 1, keys);
+                   },
+                   kTables},
+        ChangeCase{"CombineTableList",
+                   [](const TestTable& table) {
+                     int tables[] = {table.id(), 0};
+                     char name[] = "x";
+                     return RQXCombineTableList(name, tables, rows, nullptr, nullptr, nullptr,
+                                                nullptr);
+                   },
+                   kTables},
+        ChangeCase{"Condense",
+                   [](const TestTable& table) { return RQXCondenseRealTable(table.id()); },
+                   kTables},
+        ChangeCase{"DuplicateFilter",
+                   [](const TestTable& table) { return QXDupRealFilter(table.id(), 1); }, kTables},
+        ChangeCase{
+            "ConvertFilter",
+            [](const TestTable& table) { return RQXDupRealFilterEx(table.id(), 1, QX_DT_STRING); },
+            kTables},
         ChangeCase{"AddSet",
                    [](const TestTable& table) { return RQXAddSetReal(table.id(), 1, rows); },
                    kSets},

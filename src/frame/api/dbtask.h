@@ -3,6 +3,7 @@
 #pragma once
 
 #include "frame/base/memory.h"
+#include "tables/derived_tables.h"
 
 namespace qxe {
 
@@ -12,6 +13,15 @@ class CDBTask : NonCopyable {
  public:
   virtual ~CDBTask() = default;
 
+  virtual int ExtractRealTable(const char* name, int table, int set, const int* filters) = 0;
+  virtual int ExtractRealTableEx(const char* name, int table, int set,
+                                 const ExtractedColumns& columns) = 0;
+  virtual int CombineRealTable(const char* name, const CombineIds& first,
+                               const CombineIds& second) = 0;
+  virtual int CombineRealTableEx(const char* name, CombinePseudo pseudo, const CombineIds& first,
+                                 const CombineIds& second) = 0;
+  virtual int DuplicateRealTable(const char* name, int table) = 0;
+  virtual int DupRealFilterEx(int table, int filter, int type) = 0;
   virtual int OverwriteRealEx(int table, int filter, int set, int start, int count, void* data) = 0;
   virtual int FillRealEx(int table, int filter, int set, int start, int count, void* value) = 0;
   virtual int SearchByField(int table, int filter, int set, int ope, const char* value1,
@@ -40,6 +50,7 @@ class CDBTask : NonCopyable {
   virtual int AddCatalogFileEx2(const char* catalogDirectory, const char* catalog,
                                 const char* dataDirectory, const char* dataFile,
                                 const char* tableName) = 0;
+  virtual int CondenseRealTable(int table) = 0;
   virtual int IntegratedSortByField(int table, int set, const int* filters, const int* dirs) = 0;
   virtual int AppendCatalogFile(int table, int rowPos, int rowCount, const char* directory,
                                 const char* catalog) = 0;
@@ -62,6 +73,15 @@ class CDBParallelTask : public CDBTask {
  public:
   static CDBParallelTask& Instance();
 
+  int ExtractRealTable(const char* name, int table, int set, const int* filters) override;
+  int ExtractRealTableEx(const char* name, int table, int set,
+                         const ExtractedColumns& columns) override;
+  int CombineRealTable(const char* name, const CombineIds& first,
+                       const CombineIds& second) override;
+  int CombineRealTableEx(const char* name, CombinePseudo pseudo, const CombineIds& first,
+                         const CombineIds& second) override;
+  int DuplicateRealTable(const char* name, int table) override;
+  int DupRealFilterEx(int table, int filter, int type) override;
   int OverwriteRealEx(int table, int filter, int set, int start, int count, void* data) override;
   int FillRealEx(int table, int filter, int set, int start, int count, void* value) override;
   int SearchByField(int table, int filter, int set, int ope, const char* value1,
@@ -90,6 +110,7 @@ class CDBParallelTask : public CDBTask {
   int AddCatalogFileEx2(const char* catalogDirectory, const char* catalog,
                         const char* dataDirectory, const char* dataFile,
                         const char* tableName) override;
+  int CondenseRealTable(int table) override;
   int IntegratedSortByField(int table, int set, const int* filters, const int* dirs) override;
   int AppendCatalogFile(int table, int rowPos, int rowCount, const char* directory,
                         const char* catalog) override;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "storage/array.h"
+#include "tables/derived_tables.h"
 
 namespace qxe {
 
@@ -152,6 +153,19 @@ int innerQXSearchByFieldLocale(int table, int filter, int set, int ope, const ch
 int innerQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
 int innerQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
 int innerQXSearch(int table, int filter, int set, const unsigned char* flags);
+
+// Derived tables and filters
+int innerQXDuplicateRealTable(const char* name, int table);
+int innerQXExtractRealTable(const char* name, int table, int set, const int* filters);
+int innerQXExtractRealTableEx(const char* name, int table, int set,
+                              const ExtractedColumns& columns);
+int innerQXCombineRealTableEx(const char* name, CombinePseudo pseudo, const CombineIds& first,
+                              const CombineIds& second);
+int innerQXCombineTableList(const char* name, const CombineListIds& ids);
+int innerQXCondenseRealTable(int table);
+int innerQXDupRealFilter(int table, int filter);
+int innerQXDupRealFilterEx(int table, int filter, int type);
+int innerQXDupRealFilterExNumeric(int table, int filter, int type, const NumericInfo& info);
 
 // Sorts
 int innerQXSortByField(int table, int filter, int set, int dir);

@@ -1,10 +1,8 @@
 // Serial layer: scale and rounding of decimal columns.
-#include <algorithm>
-
 #include "frame/api/innerapi.h"
 #include "frame/api/serial_layer.h"
 #include "storage/family.h"
-#include "storage/strings.h"
+#include "tables/converted_list.h"
 
 namespace qxe {
 
@@ -32,37 +30,6 @@ int innerQXGetNumericInfo(int table, int filter, NumericInfo* info, char* name) 
 
 namespace {
 
-struct RescaledList {
-  std::unique_ptr<TNumericArray> values;
-  Block<int> renumbered;  // new value number of each old one
-};
-
-/// A value that does not fit at the new scale becomes NULL. Rounding keeps the order, so values
-/// that become equal are neighbours.
-RescaledList rescaled(const TNumericArray& old, const NumericInfo& info) {
-  const int size = old.FArraySize;
-  RescaledList result{nullptr, make_block<int>(size)};
-  Block<Numeric> values = make_block<Numeric>(size);
-  values[0] = Family<TNumericArray>::null();
-  result.renumbered[0] = 0;
-  int last = 0;
-  for (int i = 1; i < size; ++i) {
-    Numeric value;
-    RQXNumericRescale(&old.values()[i], &old.GetDecimalInfo(), &info, &value);
-    if (RQXNumericIsNan(&value) != 0) {
-      result.renumbered[i] = 0;
-      continue;
-    }
-    if (last == 0 || !Family<TNumericArray>::equal(values[last], value)) values[++last] = value;
-    result.renumbered[i] = last;
-  }
-  result.values = std::make_unique<TNumericArray>(size, std::move(values));
-  result.values->SetArraySize(last + 1);
-  copy_type_info(old, *result.values);
-  result.values->SetDecimalInfo(info);
-  return result;
-}
-
 /// Gives a decimal column another scale and rounding mode and its values with them.
 void innerQXNumericFltUpDate(TFilter& column, const NumericInfo& info) {
   column.Taint();
@@ -72,11 +39,12 @@ void innerQXNumericFltUpDate(TFilter& column, const NumericInfo& info) {
     values.SetDecimalInfo(info);
     return;
   }
-  RescaledList list = rescaled(values, info);
-  std::unique_ptr<TIntArray> rows(column.PVL->MppCopyArray());
-  int* const numbers = rows->PIntAr();
-  for (int row = 0; row < rows->FArraySize; ++row) numbers[row] = list.renumbered[numbers[row]];
-  column.adopt({std::move(rows), std::move(list.values)});
+  ConvertedList rescaled = convert_list(values, QX_DT_DECIMAL, info, true);
+  auto& list = static_cast<TNumericArray&>(*rescaled.list);
+  copy_type_info(values, list);
+  list.SetDecimalInfo(info);
+  auto rows = converted_rows(*column.PVL, rescaled);
+  column.adopt({std::move(rows), std::move(rescaled.list)});
 }
 
 }  // namespace
