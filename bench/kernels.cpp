@@ -284,4 +284,68 @@ void copy_lines(const std::vector<std::string>& lines, const std::string& path) 
   file.write(block.data(), static_cast<std::streamsize>(block.size()));
 }
 
+std::vector<char> kept_flags(int rows) {
+  std::mt19937 random(7);
+  std::vector<char> kept(static_cast<size_t>(rows));
+  for (char& flag : kept) flag = random() % 10 != 0;
+  return kept;
+}
+
+namespace {
+
+/// `body(column)` for each column; threads take even parts of the columns.
+template <class Body>
+void for_each_column(size_t columns, int threads, const Body& body) {
+  in_parts(static_cast<long>(columns), threads, [&](long begin, long end) {
+    for (long column = begin; column < end; ++column) body(static_cast<size_t>(column));
+    return 0;
+  });
+}
+
+}  // namespace
+
+void close_up(Columns& columns, const std::vector<char>& kept, int threads) {
+  for_each_column(columns.size(), threads, [&](size_t column) {
+    int* const codes = columns[column].data();
+    int* next = codes;
+    for (size_t i = 0; i < kept.size(); ++i) {
+      *next = codes[i];
+      next += kept[i];
+    }
+  });
+}
+
+void gather(const Columns& columns, const std::vector<int>& rows, Columns& out, int threads) {
+  for_each_column(columns.size(), threads, [&](size_t column) {
+    const int* const codes = columns[column].data();
+    int* next = out[column].data();
+    for (const int row : rows) *next++ = codes[row - 1];
+  });
+}
+
+void renumber(Columns& columns, int values, int threads) {
+  for_each_column(columns.size(), threads, [&](size_t column) {
+    std::vector<int> numbers(static_cast<size_t>(values), 0);
+    for (const int code : columns[column]) numbers[static_cast<size_t>(code)] = 1;
+    int used = 0;
+    for (int& number : numbers) used += std::exchange(number, used);
+    for (int& code : columns[column]) code = numbers[static_cast<size_t>(code)];
+  });
+}
+
+void copy_to_fresh_memory(const std::vector<char>& from, int threads) {
+  constexpr size_t kHugePage = size_t{2} << 20;
+  const size_t mapped = from.size() + kHugePage;
+  void* const area =
+      mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (area == MAP_FAILED) throw std::runtime_error("no memory");
+  madvise(area, mapped, MADV_HUGEPAGE);
+  char* const to = static_cast<char*>(area);
+  in_parts(static_cast<long>(from.size()), threads, [&](long begin, long end) {
+    std::memcpy(to + begin, from.data() + begin, static_cast<size_t>(end - begin));
+    return 0;
+  });
+  munmap(area, mapped);
+}
+
 }  // namespace qxe::bench

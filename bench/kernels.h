@@ -65,4 +65,17 @@ std::vector<std::string> random_lines(int count);
 /// Copies lines into a block and writes it out each time it holds a megabyte.
 void copy_lines(const std::vector<std::string>& lines, const std::string& path);
 
+using Columns = std::vector<std::vector<int>>;
+
+/// One flag per row, 0 for a tenth of them, the same in every run.
+std::vector<char> kept_flags(int rows);
+/// Moves the kept codes of each column up; the columns keep their size.
+void close_up(Columns& columns, const std::vector<char>& kept, int threads);
+/// Copies the codes of some rows, from 1, column by column.
+void gather(const Columns& columns, const std::vector<int>& rows, Columns& out, int threads);
+/// Marks the codes below `values` that are in use and numbers them anew.
+void renumber(Columns& columns, int values, int threads);
+/// Copies bytes into fresh memory that is advised to come in huge pages.
+void copy_to_fresh_memory(const std::vector<char>& from, int threads);
+
 }  // namespace qxe::bench
