@@ -3,10 +3,12 @@
 #pragma once
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 #include <vector>
 
 #include "search/compiler_steps.h"
+#include "storage/filters.h"
 
 namespace qxe {
 
@@ -26,16 +28,27 @@ class ColumnClaims {
   std::vector<char> taken_;
 };
 
-/// Calls `make(column)` once for each of `columns` columns of `rows` rows, on as many workers as
-/// they are worth. A worker begins at the column with its own number and goes round from there.
+/// About what a column of `rows` rows costs, in passes over a row. `source` may be null.
+inline long column_cost(long rows, const TFilter* source) {
+  constexpr long kRowsPerValue = 4;  // a value may have to be moved to a new list
+  return rows + (source == nullptr ? 0 : kRowsPerValue * source->VL->FArraySize) + 1;
+}
+
+/// Calls `make(column)` once for each column, on as many workers as their costs are worth. Dear
+/// columns come first: what is left for the end balances the workers.
 template <class Make>
-void claim_columns(TaskId task, int columns, int rows, const Make& make) {
-  const long work = static_cast<long>(columns) * std::max(rows, 1);
+void claim_columns(TaskId task, const std::vector<long>& costs, const Make& make) {
+  const auto columns = static_cast<int>(costs.size());
+  const long work = std::accumulate(costs.begin(), costs.end(), 0L);
   const int workers = std::clamp(compile_workers(work, true), 1, std::max(columns, 1));
+  std::vector<int> order(costs.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::stable_sort(order.begin(), order.end(), [&](int left, int right) {
+    return costs[static_cast<size_t>(left)] > costs[static_cast<size_t>(right)];
+  });
   ColumnClaims claims(columns);
-  run_step(task, workers, [&](int worker) {
-    for (int turn = 0; turn < columns; ++turn) {
-      const int column = (worker + turn) % columns;
+  run_step(task, workers, [&](int) {
+    for (const int column : order) {
       if (claims.take(column)) make(column);
     }
   });

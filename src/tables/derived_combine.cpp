@@ -155,8 +155,12 @@ int TRealTable::combine(const char* layer, const CombineSource& first, const Com
   first.table.settle_values();
   second.table.settle_values();
   add_root_set(rows);
-  for (const PlannedColumn& column : plan) add_blank_filter(column.name());
-  claim_columns(QX_MPP_COMBINE_REALTABLE, GetNFilter(), rows, [&](int column) {
+  std::vector<long> costs;
+  for (const PlannedColumn& column : plan) {
+    add_blank_filter(column.name());
+    costs.push_back(column_cost(rows, column.first) + column_cost(0, column.second));
+  }
+  claim_columns(QX_MPP_COMBINE_REALTABLE, costs, [&](int column) {
     const PlannedColumn& planned = plan[static_cast<size_t>(column)];
     TFilter& filter = *filter_at(column);
     switch (planned.pseudo) {

@@ -46,8 +46,10 @@ int TRealTable::CondenseFilter(int id) {
 int TRealTable::condense_filters(const char* layer) {
   CheckMergeFilterTVL(true);
   std::vector<char> done(filters_.size(), 0);
+  std::vector<long> costs;
+  for (const auto& filter : filters_) costs.push_back(column_cost(TotalRecs(), filter.get()));
   try {
-    claim_columns(QX_MPP_CONDENSE_REALTABLE, GetNFilter(), TotalRecs(), [&](int column) {
+    claim_columns(QX_MPP_CONDENSE_REALTABLE, costs, [&](int column) {
       condense(*filter_at(column));
       done[static_cast<size_t>(column)] = 1;
     });

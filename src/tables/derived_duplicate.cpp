@@ -11,8 +11,12 @@ int mpp_duplicate_realtable(void* block) {
 int TRealTable::DuplicateRealTable(TRealTable& source) {
   source.settle_values();
   raised(AddSetWithoutCopy(std::unique_ptr<TSetArray>(source.root_set().MppCopyArray())));
-  for (const auto& filter : source.filters_) add_blank_filter(filter->FFilterName);
-  claim_columns(QX_MPP_DUPLICATE_REALTABLE, GetNFilter(), TotalRecs(), [&](int column) {
+  std::vector<long> costs;
+  for (const auto& filter : source.filters_) {
+    add_blank_filter(filter->FFilterName);
+    costs.push_back(column_cost(TotalRecs(), filter.get()));
+  }
+  claim_columns(QX_MPP_DUPLICATE_REALTABLE, costs, [&](int column) {
     const TFilter& from = *source.filter_at(column);
     Column copy;
     copy.vl.reset(from.VL->CopyArray());

@@ -112,13 +112,15 @@ int TRealTable::extract_rows(const char* layer, int set, TRealTable& source,
   add_root_set(rows->FArraySize);
 
   std::vector<const TFilter*> filters;  // null: a pseudo column
+  std::vector<long> costs;
   for (const int id : ids) {
     const char* const pseudo = pseudo_name(id);
     filters.push_back(pseudo == nullptr ? source.GetFilter(id) : nullptr);
+    costs.push_back(column_cost(rows->FArraySize, filters.back()));
     add_blank_filter(pseudo == nullptr ? filters.back()->FFilterName : pseudo);
   }
   const RowPart part{source.id(), RowList(*rows)};
-  claim_columns(QX_MPP_EXTRACT_REALTABLE, GetNFilter(), TotalRecs(), [&](int column) {
+  claim_columns(QX_MPP_EXTRACT_REALTABLE, costs, [&](int column) {
     const auto index = static_cast<size_t>(column);
     TFilter& filter = *filter_at(column);
     if (filters[index] != nullptr) {
