@@ -25,6 +25,7 @@ int RowDeletion::close_up(int* elements, int size) const {
     const int* const in = elements + static_cast<long>(i) * kRows;
     const int count = std::min(kRows, size - i * kRows);
     uint64_t marked = words_[i].marked;
+    if (marked == ~uint64_t{0}) continue;
     if (marked == 0) {
       out = std::copy(in, in + count, out);
       continue;

@@ -280,8 +280,8 @@ std::string refused(EditModel& model) {
   const int id = table.id();
   const int root = table.sets.front().id;
   const int total = table.total_rows();
-  const int filter = table.table.filter("int");
-  int one = 1;
+  const int filter = table.table.filter(model.any_column(table).name);
+  Numeric one = {1, 0};  // as wide as any value
   model.expect_status(RQXInsertRealRows(id, -1, 1), QX_ERROR_ROW_POSITION);
   model.expect_status(RQXDeleteRealRows(id, total + 1, 1), QX_ERROR_ROW_POSITION);
   model.expect_status(RQXDeleteRealRowsEx(id, root, 1, total + 1),
