@@ -37,6 +37,15 @@ TEST_F(TablesTest, IssuesIdsUpwardAndNeverTwice) {
 TEST_F(TablesTest, HoldsTenThousandTables) {
   for (int i = 0; i < 10000; ++i) require(RQXAddRealTable(std::to_string(i).c_str(), 0), "add");
   expect_failure(RQXAddRealTable("one_more", 0), QX_ERROR_TABLE_COUNT, "TableCount overflow");
+  int tables[] = {1, 0};
+  int sets[] = {1};
+  char name[] = "n";
+  for (const int status :
+       {RQXDuplicateRealTable("n", 1), RQXExtractRealTable("n", 1, 1, nullptr),
+        QXCombineRealTable(nullptr, 1, 1, tables, 1, 1, tables),
+        RQXCombineTableList(name, tables, sets, nullptr, nullptr, nullptr, nullptr)}) {
+    EXPECT_EQ(hex(status), hex(QX_ERROR_TABLE_COUNT));
+  }
   EXPECT_EQ(RQXGetNTable(), 10000);
   EXPECT_EQ(RQXGetTableIDFromName("9999"), 10000);
 }
