@@ -26,10 +26,10 @@ struct WorkerPool {
 
 /// How much work is worth waking a worker for, and how many of the pool's take part at most.
 struct WorkDivision {
-  int workers;
-  long rows_per_worker;   // elements of cheap row work; see SlicedTask
-  long bytes_per_worker;  // of text to parse
-  bool in_turn = false;   // the calling thread takes all shares of a round, one after the other
+  int workers = 1;
+  long rows_per_worker = 1;   // elements of cheap row work; see SlicedTask
+  long bytes_per_worker = 1;  // of text to parse
+  bool in_turn = false;       // the calling thread takes all shares of a round, one after the other
 };
 
 class CSmpEngine : NonCopyable {

@@ -6,7 +6,7 @@
 namespace qxe::test {
 
 struct Outcome {
-  int status;
+  int status = 0;
   std::string log;    // without its banner
   std::string ring;   // of failures
   std::string table;  // table_image; empty without a table

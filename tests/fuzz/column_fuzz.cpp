@@ -26,12 +26,12 @@ constexpr Choice<int> kTypes[] = {{'I', QX_DT_INTEGER}, {'F', QX_DT_DOUBLE}, {'D
 
 struct ColumnInput {
   std::string text;
-  int type;
+  int type = QX_DT_INTEGER;
   WorkDivision division;
-  int read_block;
-  int total_rows;
-  int rows;
-  int append_pos;
+  int read_block = 1;
+  int total_rows = 0;
+  int rows = 0;
+  int append_pos = 1;
 };
 
 ColumnInput input_of(std::string_view bytes) {
@@ -41,7 +41,6 @@ ColumnInput input_of(std::string_view bytes) {
   input.text = bytes.substr(std::min(line_end + 1, bytes.size()));
   input.type = chooser.from(kTypes).stands_for;
   input.division.workers = 2 + chooser.number() % 4;
-  input.division.rows_per_worker = 1;
   input.division.bytes_per_worker = 1 + chooser.number();
   input.division.in_turn = shares_in_turn;
   const int block = chooser.number();

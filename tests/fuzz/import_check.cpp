@@ -98,11 +98,10 @@ std::vector<std::vector<int>> numbers_of(int table) {
 /// Writes `count` rows of `source`, NULLs behind its last one, to row `pos` of `target` and on.
 void write_numbers(std::vector<int>& target, const std::vector<int>& source, int pos, int count) {
   if (count == 0) return;
-  const auto end = static_cast<size_t>(pos + count);
-  target.resize(std::max(target.size(), end), 0);
-  for (size_t i = 1; i <= static_cast<size_t>(count); ++i) {
-    target[static_cast<size_t>(pos) - 1 + i] = i < source.size() ? source[i] : 0;
-  }
+  const auto before = static_cast<size_t>(pos) - 1;
+  const auto rows = static_cast<size_t>(count);
+  target.resize(std::max(target.size(), before + rows + 1), 0);
+  for (size_t i = 1; i <= rows; ++i) target[before + i] = i < source.size() ? source[i] : 0;
 }
 
 /// An append of `lines` rows to a table without rows stores what the import into `imported` has
@@ -117,7 +116,7 @@ void check_appended(int table, const std::vector<std::vector<int>>& imported, si
 /// line is left over.
 Outcome append_all(const ImportInput& input, const Outcome& import, int imported) {
   const int table = files().import(input.catalog, "none.dat");
-  const Outcome made = files().outcome(table);
+  Outcome made = files().outcome(table);
   if (table < 0) return made;
   const std::string before = table_image(table);
   const int lines = static_cast<int>(count_lines(input));
@@ -141,8 +140,7 @@ Outcome append_all(const ImportInput& input, const Outcome& import, int imported
 Outcome append_part(const ImportInput& input, int table) {
   const auto before = numbers_of(table);
   const int pos = 1 + input.append_pos % (real_table(table).TotalRecs() + 3);
-  const Outcome outcome =
-      files().outcome(files().append(input.catalog, table, pos, input.append_rows));
+  Outcome outcome = files().outcome(files().append(input.catalog, table, pos, input.append_rows));
   if (outcome.status != input.append_rows) finding("an append fails", to_text(outcome));
   auto wanted = before;
   for (size_t i = 0; i < wanted.size(); ++i) {
