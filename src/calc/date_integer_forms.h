@@ -10,8 +10,8 @@ namespace qxe {
 /// What addSlash and addColon write into.
 inline constexpr int kIntegerFormTextSize = 20;
 
-/// DateOuter2Inner and DateInner2Outer for many values that need be no dates: false instead of an
-/// exception.
+/// DateOuter2Inner and DateInner2Outer for many values that need be no dates: false, and the output
+/// untouched, instead of an exception.
 bool serial_of_date(int date, double* serial);
 bool date_of_serial(double serial, int order, int* date);
 

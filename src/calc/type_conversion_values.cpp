@@ -17,12 +17,14 @@ namespace {
 
 /// NULL for infinity, which has none.
 double fraction_of(double x) {
-  return std::isfinite(x) ? x - std::floor(x) : kNullDouble;
+  if (!std::isfinite(x)) return kNullDouble;
+  return x - std::floor(x);
 }
 
 double serial_or_null(int date) {
-  double serial = 0.0;
-  return serial_of_date(date, &serial) ? serial : kNullDouble;
+  double serial = kNullDouble;
+  serial_of_date(date, &serial);  // leaves it for what is no date
+  return serial;
 }
 
 Numeric decimal_of(double x, const Context& context) {
@@ -217,7 +219,7 @@ double whole_double(const char* text) {
     value = strtod_l(text, &rest, plain_locale);
     if (rest != end) return kNullDouble;
   }
-  return std::isnan(value) ? kNullDouble : value;
+  return Family<TDoubleArray>::normalized(value);
 }
 
 }  // namespace
@@ -236,7 +238,8 @@ double strVL2dblVL(const char* x, const Context&) {
   int time = 0;
   if (CheckDateTimeStr(x, &date, &time)) return serial_or_null(date) + TimeOuter2Inner(time);
   if (CheckTimeStr(x, &time)) return TimeOuter2Inner(time);
-  return *x == '\0' ? kNullDouble : whole_double(x);
+  if (*x == '\0') return kNullDouble;
+  return whole_double(x);
 }
 
 double strVL2dateVL(const char* x, const Context&) {

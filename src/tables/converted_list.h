@@ -8,8 +8,8 @@ namespace qxe {
 
 struct ConvertedList {
   std::unique_ptr<TBaseArray> list;
-  Block<int> numbers;  // for each old value its number in the new list
-  bool same_numbers;   // each value has kept its number
+  Block<int> numbers;         // for each old value its number in the new list
+  bool same_numbers = false;  // each value has kept its number
 };
 
 /// `list` as data type `type` (2 to 8), which must be another one unless both are decimals, whose

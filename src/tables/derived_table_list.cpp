@@ -117,6 +117,7 @@ int TTableCollection::CombineTableList(const char* name, const CombineListIds& i
                   name == nullptr ? "" : name);
   }
   std::vector<RowPart> parts;
+  parts.reserve(tables.size());
   for (const ListedTable& listed : tables) parts.push_back(listed.part);
   const int rows = total_rows(parts);
   char unique[TBaseTable::kNameSize];

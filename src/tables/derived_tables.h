@@ -7,9 +7,9 @@ class TRealTable;
 
 /// Columns of an extracted table.
 struct ExtractedColumns {
-  const int* filters;     // ends below 1, may hold the pseudo filters; null: all filters
-  bool table_id = false;  // that pseudo filter at the head
-  bool rec_no = false;    // that one at the head, behind the other
+  const int* filters = nullptr;  // ends below 1, may hold the pseudo filters; null: all filters
+  bool table_id = false;         // that pseudo filter at the head
+  bool rec_no = false;           // that one at the head, behind the other
 };
 
 /// Rows and columns of one table for combining, by ids.
