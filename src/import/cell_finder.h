@@ -15,7 +15,7 @@ template <int N>
 class CellFinder {
  public:
   CellFinder(const char* begin, const char* end, const Delimiters<N>& delimiters)
-      : end_(end), separators_(delimiters.data(), N), ahead_(begin) {}
+      : end_(end), delimiters_(delimiters), ahead_(begin) {}
 
   /// The next stop; the text's end when there is no further one.
   const char* next() {
@@ -77,7 +77,7 @@ class CellFinder {
     const long left = end_ - ahead_;
     const int blocks =
         left < kMaxFound ? static_cast<int>((left + kMaskBlock - 1) / kMaskBlock) : kBlocks;
-    find_cell_masks(ahead_, blocks, separators_, masks);
+    find_cell_masks(ahead_, blocks, {delimiters_.data(), N}, masks);
     for (int i = 0; i < blocks; ++i, ahead_ += kMaskBlock) {
       const long rest = end_ - ahead_;
       const uint64_t inside = rest < kMaskBlock ? (uint64_t{1} << rest) - 1 : ~uint64_t{0};
@@ -101,7 +101,7 @@ class CellFinder {
   }
 
   const char* const end_;
-  const std::span<const char> separators_;
+  const Delimiters<N> delimiters_;
   const char* ahead_;  // the first byte that was not looked at
   int next_ = 0;
   int found_ = 0;

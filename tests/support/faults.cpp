@@ -97,6 +97,8 @@ QXE_WRAP(no_file(), -1, int, stat, (const char* path, struct stat* out), path, o
 QXE_WRAP(no_file(), -1, int, fstat, (int file, struct stat* out), file, out)
 QXE_WRAP(no_file(), -1, int, faccessat, (int at, const char* path, int mode, int flags), at, path,
          mode, flags)
+QXE_WRAP(no_file(), -1, ssize_t, pread, (int file, void* out, size_t size, off_t offset), file, out,
+         size, offset)
 QXE_WRAP(no_file(), -1, int, unlink, (const char* path), path)
 QXE_WRAP(no_file(), nullptr, char*, getcwd, (char* out, size_t size), out, size)
 QXE_WRAP(no_file(), nullptr, FILE*, fopen, (const char* path, const char* mode), path, mode)
