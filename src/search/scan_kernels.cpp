@@ -1,4 +1,4 @@
-// All vector instructions of the engine are here. A step tests a few vectors and goes on at once
+// The vector instructions of searches are here. A step tests a few vectors and goes on at once
 // when no row hits; otherwise it stores, for each vector, its hits packed to the front of a full
 // vector and moves on by their number. What such a store writes beyond the hits lies before the
 // place of the row that is looked at, so never behind the end of `out`.
