@@ -2,6 +2,8 @@
 // topic: filters, sets, rows and reading here, searches and sorts in search, export in import.
 #pragma once
 
+#include <optional>
+
 #include "tables/tables.h"
 
 namespace qxe {
@@ -121,11 +123,12 @@ class TRealTable : public TBaseTable {
 
  private:
   struct ValueEdit;
+  struct EditTarget;
 
   void reserve_rows(int rows);
   void check_rows_changeable() const;
   int delete_rows(RowDeletion& deletion);
-  int locate(ValueEdit& edit) const;
+  std::optional<EditTarget> locate(ValueEdit& edit, int* status) const;
   int edit_values(ValueEdit edit);
   /// Makes `column` a filter under a free name; the checks have been made.
   int insert_filter(int pos, const char* name, Column column, int orgFilter);
