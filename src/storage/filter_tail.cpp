@@ -200,7 +200,8 @@ int TFilter::MergeTVL(bool mpp) {
   // A row that was written again with a known value has left its entry behind.
   int* const pv = PVL->PIntAr();
   std::vector<char> live(static_cast<size_t>(used) + 1, 0);
-  for (int i = 1; i <= used; ++i) live[static_cast<size_t>(i)] = pv[TVLRow->GetInt(i)] == -i;
+  for (int i = 1; i <= used; ++i)
+    live[static_cast<size_t>(i)] = pv[TVLRow->GetInt(i)] == -i ? 1 : 0;
 
   CompiledColumn tail = with_family(*TVL, [&](auto& own) { return compile_tail(own, used, mpp); });
   const auto point_live_rows = [&](auto&& number_of) {

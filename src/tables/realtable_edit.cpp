@@ -17,8 +17,11 @@ struct TRealTable::ValueEdit {
   void* values;
   bool fill;  // one value for all rows
   bool mpp;
-  const TSetArray* rows = nullptr;
-  TFilter* column = nullptr;
+};
+
+struct TRealTable::EditTarget {
+  const TSetArray& set;
+  TFilter& filter;
 };
 
 namespace {
@@ -46,40 +49,49 @@ void rewrite_rows(TFilter& filter, const int* rows, int count, const void* value
 
 }  // namespace
 
-/// Finds set and filter and cuts the count to the set. 0, or a failure's code after logging.
-int TRealTable::locate(ValueEdit& edit) const {
-  const char* const layer = edit.layer;
+/// Finds set and filter and cuts the count to the set; nothing after logging, with the code in
+/// `*status`.
+std::optional<TRealTable::EditTarget> TRealTable::locate(ValueEdit& edit, int* status) const {
+  const auto refuse = [&](const char* argument, int value) {
+    *status = report(edit.layer, QX_ERROR_PARAMETER, "Invalid Parameter : %s(%d)", argument, value);
+    return std::nullopt;
+  };
   const int set_position = SetID2Pos(edit.set);
-  if (set_position < 0) return report(layer, QX_ERROR_NO_SET_ID, "No Such Set: %d", edit.set);
-  edit.rows = sets_[static_cast<size_t>(set_position)].get();
-  if (edit.values == nullptr) {
-    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : PWData(%d)", 0);
+  if (set_position < 0) {
+    *status = report(edit.layer, QX_ERROR_NO_SET_ID, "No Such Set: %d", edit.set);
+    return std::nullopt;
   }
-  if (edit.start < 1 || edit.start > edit.rows->FArraySize) {
-    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteStart(%d)", edit.start);
+  const TSetArray& set = *sets_[static_cast<size_t>(set_position)];
+  if (edit.values == nullptr) return refuse("PWData", 0);
+  if (edit.start < 1 || edit.start > set.FArraySize) {
+    return refuse("WriteStart", edit.start);
   }
   if (edit.count < 1) {
-    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : WriteCount(%d)", edit.count);
+    return refuse("WriteCount", edit.count);
   }
-  edit.count = std::min(edit.count, edit.rows->FArraySize - edit.start + 1);
+  edit.count = std::min(edit.count, set.FArraySize - edit.start + 1);
   const int position = FilterID2Pos(edit.filter);
-  if (position < 0) return report(layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", edit.filter);
-  edit.column = filter_at(position);
-  return 0;
+  if (position < 0) {
+    *status = report(edit.layer, QX_ERROR_NO_FILTER, "No Such Filter: %d", edit.filter);
+    return std::nullopt;
+  }
+  return EditTarget{set, *filter_at(position)};
 }
 
 int TRealTable::edit_values(ValueEdit edit) {
-  const int status = locate(edit);
-  if (status < 0) return status;
-  TFilter& filter = *edit.column;
+  int status = 0;
+  const auto target = locate(edit, &status);
+  if (!target) return status;
+  TFilter& filter = target->filter;
   if (filter.VL->GetDataType() == QX_DT_STRING &&
       has_long_text(static_cast<char**>(edit.values), edit.fill ? 1 : edit.count)) {
     return report(edit.layer, QX_ERROR_STRING_SIZE, "StringSize overflow");
   }
   filter.Taint();
   const int start = edit.start - 1;
-  if (filter.UseTVL(start, edit.count, edit.values, edit.fill, edit.mpp, this, *edit.rows) == 0) {
-    rewrite_rows(filter, edit.rows->PIntAr() + start, edit.count, edit.values, edit.fill, edit.mpp);
+  if (filter.UseTVL(start, edit.count, edit.values, edit.fill, edit.mpp, this, target->set) == 0) {
+    rewrite_rows(filter, target->set.PIntAr() + start, edit.count, edit.values, edit.fill,
+                 edit.mpp);
   }
   return edit.count;
 }
@@ -121,9 +133,10 @@ int TRealTable::OverWriteExNumeric(int filter, int set, int start, int count, co
                                    int scale, int rounding) {
   ValueEdit edit{"OverWriteExNumeric",       filter, set,  start, count,
                  const_cast<Numeric*>(data), false,  false};
-  int status = locate(edit);
-  if (status < 0) return status;
-  const TBaseArray& list = *edit.column->VL;
+  int status = 0;
+  const auto target = locate(edit, &status);
+  if (!target) return status;
+  const TBaseArray& list = *target->filter.VL;
   if (list.GetDataType() != QX_DT_DECIMAL) {
     return report(edit.layer, QX_ERROR_TYPE_MISMATCH, "Illegal data type  : %d",
                   list.GetDataType());

@@ -2,6 +2,8 @@
 // topic: filters, sets, rows and reading here, searches and sorts in search, export in import.
 #pragma once
 
+#include <optional>
+
 #include "tables/derived_tables.h"
 #include "tables/tables.h"
 
@@ -155,6 +157,7 @@ class TRealTable : public TBaseTable {
 
  private:
   struct ValueEdit;
+  struct EditTarget;
 
   /// Merges pending values and tidies text lists up, so that workers can read and copy filters.
   void settle_values();
@@ -166,7 +169,7 @@ class TRealTable : public TBaseTable {
   void reserve_rows(int rows);
   void check_rows_changeable() const;
   int delete_rows(RowDeletion& deletion);
-  int locate(ValueEdit& edit) const;
+  std::optional<EditTarget> locate(ValueEdit& edit, int* status) const;
   int edit_values(ValueEdit edit);
   /// Makes `column` a filter under a free name; the checks have been made.
   int insert_filter(int pos, const char* name, Column column, int orgFilter);

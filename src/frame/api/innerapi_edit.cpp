@@ -18,8 +18,8 @@ int edit_table(const char* layer, int table, Body&& body) {
 struct ValueEdit {
   static constexpr int kAnyType = 0;
 
-  const char* layer;
-  int (TRealTable::*write)(int filter, int set, int start, int count, void* values);
+  const char* layer = "";
+  int (TRealTable::*write)(int filter, int set, int start, int count, void* values) = nullptr;
   int type = kAnyType;
 
   /// An unknown filter is left to the operation.
