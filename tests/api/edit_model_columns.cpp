@@ -37,12 +37,25 @@ bool convert(const Column& source, Column& column) {
   return true;
 }
 
-std::string convert_column(EditModel& model) {
+int any_type(EditModel& model) {
   constexpr int kTypes[] = {QX_DT_INTEGER, QX_DT_DOUBLE,   QX_DT_DATE,   QX_DT_TIME,
                             QX_DT_STRING,  QX_DT_DATETIME, QX_DT_DECIMAL};
+  return kTypes[model.random.below(static_cast<int>(std::size(kTypes)))];
+}
+
+/// All types alike, though most columns of a table may have one.
+const NamedColumn& any_source(EditModel& model, ModelTable& table) {
+  const int type = any_type(model);
+  for (const NamedColumn& column : table.columns) {
+    if (column.column.type == type && model.random.chance(70)) return column;
+  }
+  return model.any_column(table);
+}
+
+std::string convert_column(EditModel& model) {
   ModelTable& table = model.any_table();
-  const auto& [name, source] = model.any_column(table);
-  const int type = kTypes[model.random.below(static_cast<int>(std::size(kTypes)))];
+  const auto& [name, source] = any_source(model, table);
+  const int type = any_type(model);
   const bool numeric = model.random.chance(40);
   const int scale = numeric ? model.random.below(9) : 6;
   // Without a scale of its own a decimal stays as it is.
@@ -62,7 +75,7 @@ std::string convert_column(EditModel& model) {
 }  // namespace
 
 std::vector<EditOperation> column_derivations() {
-  return {{copy_column, 2}, {convert_column, 8}};
+  return {{copy_column, 2}, {convert_column, 12}};
 }
 
 }  // namespace qxe::test

@@ -195,6 +195,21 @@ std::string overwrite_one(EditModel& model) {
   return told(target, "overwrite one");
 }
 
+/// Many values that wait, if the table has tails.
+std::string overwrite_singly(EditModel& model) {
+  Target target{};
+  if (!choose_target(model, &target)) return "nothing to overwrite";
+  target.count = std::min(target.count, 20);
+  for (int i = 0; i < target.count; ++i) {
+    Target one = target;
+    one.start += i;
+    const Cell value = model.any_value(target.column->column);
+    model.expect_status(write_one(one, value, false), 1);
+    one.put(0, value);
+  }
+  return told(target, "overwrite singly");
+}
+
 std::string fill_typed(EditModel& model) {
   Target target{};
   if (!choose_target(model, &target)) return "nothing to fill";
@@ -226,8 +241,9 @@ std::string refused(EditModel& model) {
 }  // namespace
 
 std::vector<EditOperation> edits() {
-  return {{insert_rows, 4}, {delete_rows, 4},    {delete_rows_of_set, 4}, {overwrite, 10},
-          {fill, 4},        {overwrite_one, 16}, {fill_typed, 4},         {refused, 1}};
+  return {{insert_rows, 4},      {delete_rows, 4}, {delete_rows_of_set, 4},
+          {overwrite, 8},        {fill, 4},        {overwrite_one, 12},
+          {overwrite_singly, 8}, {fill_typed, 4},  {refused, 1}};
 }
 
 }  // namespace qxe::test

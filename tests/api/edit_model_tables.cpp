@@ -131,7 +131,7 @@ struct Pseudo {
 };
 
 Pseudo any_pseudo(EditModel& model) {
-  return {model.random.chance(20), model.random.chance(20)};
+  return {model.random.chance(10), model.random.chance(10)};
 }
 
 /// Chooses columns, adds them to the wanted ones and returns their list.
@@ -139,7 +139,7 @@ std::vector<int> choose_listed(EditModel& model, const Part& part, std::vector<C
   std::vector<int> filters;
   for (int left = 1 + model.random.below(kMostListed); left > 0; --left) {
     const NamedColumn* const source = &model.any_column(part.table);
-    switch (model.random.below(10)) {
+    switch (model.random.below(20)) {
       case 0:
         filters.push_back(QX_FLT_TABLE_ID);
         wanted.push_back(table_ids({part}));
@@ -252,7 +252,7 @@ std::string combine_list(EditModel& model) {
 
 std::vector<EditOperation> table_derivations() {
   return {{fresh_table, 2}, {duplicate_table, 1}, {condense, 2},
-          {extract, 2},     {combine, 3},         {combine_list, 1}};
+          {extract, 2},     {combine, 4},         {combine_list, 1}};
 }
 
 }  // namespace qxe::test
