@@ -31,8 +31,8 @@ Cell EditModel::any_value(const Column& column) {
 }
 
 std::vector<Cell> EditModel::any_values(const Column& column, int count) {
-  std::vector<Cell> values;
-  for (int i = 0; i < count; ++i) values.push_back(any_value(column));
+  std::vector<Cell> values(static_cast<size_t>(count));
+  for (Cell& value : values) value = any_value(column);
   return values;
 }
 

@@ -37,19 +37,19 @@ Column any_lines(EditModel& model, const Column& column, int lines) {
   return fresh;
 }
 
-/// Gives the column the table's rows, NULL where they are new, and the file's values.
-void write(Column& column, const Written& rows, const Column& file) {
-  const Cell null = normal_form({}, column.type);
-  const auto end = static_cast<size_t>(rows.first - 1 + rows.count);
-  if (rows.count > 0 && column.cells.size() < end) column.cells.resize(end, null);
-  for (int i = 0; i < rows.count; ++i) {
-    column.cells[static_cast<size_t>(rows.first - 1 + i)] =
-        i < rows.lines ? file.cells[static_cast<size_t>(i)] : null;
-  }
+void grow(Column& column, size_t rows) {
+  if (column.cells.size() < rows) column.cells.resize(rows, normal_form({}, column.type));
 }
 
-void grow(Column& column, size_t rows) {
-  column.cells.resize(rows, normal_form({}, column.type));
+/// Puts the file's values into the column; NULLs fill a gap and make up for missing lines.
+void write(Column& column, const Written& rows, const Column& file) {
+  if (rows.count == 0) return;
+  const auto first = static_cast<size_t>(rows.first) - 1;
+  const auto count = static_cast<size_t>(rows.count);
+  grow(column, first + count);
+  for (size_t i = 0; i < count; ++i) {
+    column.cells[first + i] = i < file.cells.size() ? file.cells[i] : normal_form({}, column.type);
+  }
 }
 
 std::string append_lines(EditModel& model) {

@@ -29,12 +29,14 @@ bool has(const std::string& text, char c) {
 // Dates and times. Integers and texts know the years 1900 to 2099.
 
 Cell date_of_number(long number) {
-  using namespace std::chrono;
-  const year_month_day day(year(static_cast<int>(number / 10000)),
-                           month(static_cast<unsigned>(number / 100 % 100)),
-                           std::chrono::day(static_cast<unsigned>(number % 100)));
-  if (number < 19000101 || number > 20991231 || !day.ok()) return {};
-  return static_cast<double>((sys_days(day) - sys_days(year(1899) / 12 / 30)).count());
+  using std::chrono::sys_days;
+  using std::chrono::year;
+  using std::chrono::year_month_day;
+  const year_month_day date(year(static_cast<int>(number / 10000)),
+                            std::chrono::month(static_cast<unsigned>(number / 100 % 100)),
+                            std::chrono::day(static_cast<unsigned>(number % 100)));
+  if (number < 19000101 || number > 20991231 || !date.ok()) return {};
+  return static_cast<double>((sys_days(date) - sys_days(year(1899) / 12 / 30)).count());
 }
 
 /// Empty for a day that has none.
@@ -84,10 +86,12 @@ std::optional<Cell> decimal_of_text(const std::string& text, int scale) {
   return rescaled(Decimal{static_cast<int>(behind), negative ? -units : units}, scale);
 }
 
-/// By the shortest text that gives the same float again.
+/// By the shortest text that gives the same float again. Of large numbers that text has fewer
+/// digits than the number.
 std::optional<Cell> decimal_of(double x, int scale) {
   if (fabs(x) < 1e-12) return Decimal{scale, 0};
   if (fabs(x) > 1e39) return Cell{};
+  if (fabs(x) > 1e15) return std::nullopt;
   char text[80];
   *std::to_chars(text, text + sizeof text - 1, x, std::chars_format::fixed).ptr = '\0';
   return decimal_of_text(text, scale);

@@ -97,10 +97,8 @@ struct Target {
   int count;
 
   int filter() const { return table->table.filter(column->name); }
-  int row(int i) const { return set->rows[static_cast<size_t>(start - 1 + i)]; }
-  void put(int i, const Cell& value) const {
-    column->column.cells[static_cast<size_t>(row(i) - 1)] = value;
-  }
+  int row(int i) const { return *(set->rows.begin() + start - 1 + i); }
+  void put(int i, const Cell& value) const { *(column->column.cells.begin() + row(i) - 1) = value; }
 };
 
 /// False when there is no row.
