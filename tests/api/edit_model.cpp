@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+
 #include "support/engine_test.h"
+#include "support/raw_values.h"
 
 namespace qxe::test {
 
@@ -11,11 +15,12 @@ ModelTable::ModelTable(TestTable made, Columns wanted)
   sets.front().rows = model().all_rows();
 }
 
+ModelTable::ModelTable(const Columns& wanted) : ModelTable(TestTable(wanted), wanted) {}
+
 EditModel::EditModel(unsigned seed) : random(seed) {
   // Below a hundred rows values do not wait for a merge, above they do.
   for (const int rows : {random.below(20), 90 + random.below(20), 150 + random.below(150)}) {
-    Columns columns = random.table(rows);
-    tables.emplace_back(TestTable(columns), std::move(columns));
+    tables.emplace_back(random.table(rows));
   }
 }
 
@@ -26,8 +31,8 @@ Cell EditModel::any_value(const Column& column) {
 }
 
 std::vector<Cell> EditModel::any_values(const Column& column, int count) {
-  std::vector<Cell> values;
-  for (int i = 0; i < count; ++i) values.push_back(any_value(column));
+  std::vector<Cell> values(static_cast<size_t>(count));
+  for (Cell& value : values) value = any_value(column);
   return values;
 }
 
@@ -36,16 +41,102 @@ void EditModel::expect_status(int status, int wanted) const {
 }
 
 void EditModel::expect_equal() const {
-  for (const ModelTable& wanted : tables) {
-    SCOPED_TRACE("table " + std::to_string(wanted.id()));
-    ASSERT_EQ(wanted.table.total_rows(), wanted.total_rows());
-    ASSERT_EQ(RQXGetNSet(wanted.id()), static_cast<int>(wanted.sets.size()));
-    for (const ModelSet& set : wanted.sets) {
-      ASSERT_EQ(wanted.table.rows(set.id), set.rows) << "set " << set.id;
+  for (const ModelTable& table : tables) test::expect_equal(table);
+}
+
+void EditModel::expect_sample() {
+  constexpr int kCells = 4;
+  for (ModelTable& table : tables) {
+    for (int i = 0; i < kCells; ++i) {
+      const auto& [id, rows] = any_set(table);
+      const auto& [name, column] = any_column(table);
+      if (rows.empty()) continue;
+      const int position = random.below(static_cast<int>(rows.size()));
+      const auto row = static_cast<size_t>(rows[static_cast<size_t>(position)]);
+      ASSERT_EQ(table.table.cell(name, position + 1, id), column.cells[row - 1])
+          << told(table, name, {id, position + 1});
     }
-    for (const auto& [name, column] : wanted.columns) {
-      ASSERT_EQ(wanted.table.column(name).cells, column.cells) << name;
+  }
+}
+
+std::string told(const ModelTable& table, const std::string& what,
+                 std::initializer_list<int> numbers) {
+  std::string text = "table " + std::to_string(table.id()) + " " + what;
+  for (const int number : numbers) text += " " + std::to_string(number);
+  return text;
+}
+
+void take_names(ModelTable& table) {
+  std::vector<int> ids(512);
+  const int count = require(RQXGetFilterIDList(table.id(), ids.data()), "RQXGetFilterIDList");
+  ASSERT_EQ(count, static_cast<int>(table.columns.size()));
+  for (size_t i = 0; i < table.columns.size(); ++i) {
+    char name[256] = "";
+    require(RQXGetFilterName(table.id(), ids[i], name), "RQXGetFilterName");
+    table.columns[i].name = name;
+  }
+}
+
+void expect_equal(const ModelTable& table) {
+  SCOPED_TRACE("table " + std::to_string(table.id()));
+  ASSERT_EQ(table.table.total_rows(), table.total_rows());
+  ASSERT_EQ(RQXGetNSet(table.id()), static_cast<int>(table.sets.size()));
+  ASSERT_EQ(RQXGetNFilter(table.id()), static_cast<int>(table.columns.size()));
+  for (const ModelSet& set : table.sets) {
+    ASSERT_EQ(table.table.rows(set.id), set.rows) << "set " << set.id;
+  }
+  for (const auto& [name, wanted] : table.columns) {
+    const Column column = table.table.column(name);
+    ASSERT_EQ(column.type, wanted.type) << name;
+    ASSERT_EQ(column.scale, wanted.scale) << name;
+    ASSERT_EQ(column.cells, wanted.cells) << name;
+  }
+}
+
+namespace {
+
+std::vector<Cell> value_list(const _TFilterInfo& filter, int scale) {
+  std::vector<Cell> cells;
+  for (int i = 0; i < filter.valueCount; ++i) {
+    switch (filter.type) {
+      case QX_DT_INTEGER: cells.emplace_back(static_cast<int*>(filter.values)[i]); break;
+      case QX_DT_STRING:
+        cells.emplace_back(std::string(filter.pool + static_cast<long*>(filter.values)[i]));
+        break;
+      case QX_DT_DECIMAL:
+        cells.push_back(from_numeric(static_cast<Numeric*>(filter.values)[i], scale));
+        break;
+      default: cells.emplace_back(static_cast<double*>(filter.values)[i]);
     }
+    cells.back() = normal_form(cells.back(), filter.type);
+  }
+  return cells;
+}
+
+void expect_value_list(const _TFilterInfo& filter, const Column& column, bool all_used) {
+  const std::vector<Cell> values = value_list(filter, column.scale);
+  ASSERT_EQ(values.at(0), normal_form({}, column.type));
+  ASSERT_EQ(std::adjacent_find(values.begin(), values.end(), std::greater_equal<>()), values.end());
+  ASSERT_EQ(filter.rowCount, static_cast<int>(column.cells.size()) + 1);
+  std::vector<bool> used(values.size());
+  used[0] = true;
+  for (size_t row = 1; row <= column.cells.size(); ++row) {
+    const auto number = static_cast<size_t>(filter.pv[row]);
+    ASSERT_LT(number, values.size()) << row;
+    ASSERT_EQ(values[number], column.cells[row - 1]) << row;
+    used[number] = true;
+  }
+  ASSERT_TRUE(!all_used || std::find(used.begin(), used.end(), false) == used.end());
+}
+
+}  // namespace
+
+void expect_value_lists(const ModelTable& table, bool all_used) {
+  for (const auto& [name, column] : table.columns) {
+    SCOPED_TRACE(told(table, name, {}));
+    _TFilterInfo filter = {};
+    ASSERT_EQ(QXGetFilter(table.id(), table.table.filter(name), &filter), 0);
+    expect_value_list(filter, column, all_used);
   }
 }
 
@@ -70,7 +161,9 @@ void run_edits(unsigned seed, int steps, const std::vector<EditOperation>& opera
   for (int step = 0; step < steps; ++step) {
     journal += std::to_string(step) + ": " + chosen(model.random, operations).run(model) + "\n";
     // Now and then, so that pending values are read as they wait and as they are merged.
+    model.expect_sample();
     if (step % 8 == 7 || step == steps - 1) model.expect_equal();
+    if (step % 64 == 63) expect_value_lists(model.any_table());
     if (testing::Test::HasFailure()) {
       ADD_FAILURE() << "seed " << seed << "\n" << journal;
       return;

@@ -21,6 +21,8 @@ struct ModelTable {
   Columns columns;
   std::vector<ModelSet> sets;
 
+  /// Made in the engine as well.
+  explicit ModelTable(const Columns& wanted);
   ModelTable(TestTable made, Columns wanted);
 
   int id() const { return table.id(); }
@@ -49,10 +51,27 @@ class EditModel {
   /// Compares a result with the wanted one, then all tables with their models.
   void expect_status(int status, int wanted) const;
   void expect_equal() const;
+  /// A few cells of each table, without a merge of values that wait.
+  void expect_sample();
 
   RandomData random;
   std::vector<ModelTable> tables;
 };
+
+/// How a journal names an operation and its arguments.
+std::string told(const ModelTable& table, const std::string& what,
+                 std::initializer_list<int> numbers);
+
+/// Tables are kept small enough to be compared often: operations add few rows to larger ones.
+constexpr int kMostRows = 600;
+
+/// Gives the columns the names that the engine has given them.
+void take_names(ModelTable& table);
+
+void expect_equal(const ModelTable& table);
+/// Merges what waits, then looks at the table's columns from inside: value lists that ascend from
+/// NULL on, and rows whose value numbers name their cells. `all_used`: no value is without a row.
+void expect_value_lists(const ModelTable& table, bool all_used = false);
 
 struct EditOperation {
   std::string (*run)(EditModel& model);

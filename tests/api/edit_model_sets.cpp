@@ -1,0 +1,64 @@
+// Searches, sorts and sets that a client adds.
+#include "edit_model_operations.h"
+#include "support/engine_test.h"
+
+namespace qxe::test {
+namespace {
+
+constexpr size_t kMostSets = 8;
+
+/// Takes over a new set of the engine, and deletes one when there are many.
+void adopt_set(EditModel& model, ModelTable& table, int id, std::vector<int> rows) {
+  ASSERT_GT(id, 0) << to_text(drain_ring());
+  table.sets.push_back({id, std::move(rows)});
+  if (table.sets.size() <= kMostSets) return;
+  const int place = 1 + model.random.below(static_cast<int>(kMostSets));
+  model.expect_status(RQXDeleteSet(table.id(), table.sets[static_cast<size_t>(place)].id), 0);
+  table.sets.erase(table.sets.begin() + place);
+}
+
+std::string search(EditModel& model) {
+  static constexpr int kOperators[] = {QX_OPE_EQ,     QX_OPE_BETWEEN, QX_OPE_LEQ, QX_OPE_GEQ,
+                                       QX_OPE_NEQ,    QX_OPE_WITHIN,  QX_OPE_LES, QX_OPE_GT,
+                                       QX_OPE_BEGINS, QX_OPE_CONTAINS};
+  ModelTable& table = model.any_table();
+  const ModelSet& set = model.any_set(table);
+  const auto& [name, column] = model.any_column(table);
+  const int ope = kOperators[model.random.below(column.type == QX_DT_STRING ? 10 : 8)];
+  const Cell low = model.random.bound(column);
+  const Cell high = model.random.bound(column);
+  const int source = set.id;
+  auto rows = table.model().search(name, ope, low, high, set.rows);
+  adopt_set(model, table, table.table.search(name, ope, low, high, source), std::move(rows));
+  return told(table, "search " + name, {source, ope});
+}
+
+std::string sort(EditModel& model) {
+  ModelTable& table = model.any_table();
+  const ModelSet& set = model.any_set(table);
+  std::vector<SortKey> keys;
+  for (int i = 1 + model.random.below(3); i > 0; --i) {
+    keys.push_back({model.any_column(table).name, model.random.below(2)});
+  }
+  const int source = set.id;
+  auto rows = table.model().sort(keys, set.rows);
+  adopt_set(model, table, table.table.sort(keys, source), std::move(rows));
+  return told(table, "sort " + keys.back().column, {source, static_cast<int>(keys.size())});
+}
+
+/// Some rows, a few of them twice.
+std::string add_set(EditModel& model) {
+  ModelTable& table = model.any_table();
+  std::vector<int> rows = model.random.set_of(table.total_rows());
+  if (!rows.empty() && model.random.chance(50)) rows.push_back(model.any_of(rows));
+  adopt_set(model, table, table.table.add_set(rows), rows);
+  return told(table, "add set", {static_cast<int>(rows.size())});
+}
+
+}  // namespace
+
+std::vector<EditOperation> selections() {
+  return {{search, 5}, {sort, 3}, {add_set, 3}};
+}
+
+}  // namespace qxe::test
