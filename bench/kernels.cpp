@@ -84,6 +84,18 @@ int scan_range(const std::vector<int>& codes, int first, int end, int threads, i
   });
 }
 
+int scan_hits(const std::vector<int>& codes, const std::vector<unsigned char>& hits, int threads,
+              int* out) {
+  return in_parts(static_cast<long>(codes.size()), threads, [&](long from, long to) {
+    int* next = out + from;
+    for (long i = from; i < to; ++i) {
+      *next = static_cast<int>(i) + 1;
+      next += hits[static_cast<size_t>(codes[static_cast<size_t>(i)])];
+    }
+    return static_cast<int>(next - (out + from));
+  });
+}
+
 int first_uses(const std::vector<int>& codes, int values, int threads, int* out) {
   return in_parts(static_cast<long>(codes.size()), threads, [&](long from, long to) {
     std::vector<unsigned char> seen(static_cast<size_t>(values));

@@ -15,6 +15,10 @@ std::vector<int> random_codes(int rows, int values);
 /// writes its rows from the part's own place in `out` on. Returns how many.
 int scan_range(const std::vector<int>& codes, int first, int end, int threads, int* out);
 
+/// The same for the rows whose code `hits`, a byte for each code, marks with 1.
+int scan_hits(const std::vector<int>& codes, const std::vector<unsigned char>& hits, int threads,
+              int* out);
+
 /// Rows of the first use of each code below `values`, in the same layout; a code that several parts
 /// use comes out once for each. Returns how many.
 int first_uses(const std::vector<int>& codes, int values, int threads, int* out);

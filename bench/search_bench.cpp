@@ -64,6 +64,12 @@ void T6_comment_contains(benchmark::State& state) {
 }
 BENCHMARK(T6_comment_contains)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
+void T7_city_matches(benchmark::State& state) {
+  const int table = sales(), id = filter("city"), set = root_set();
+  time_search(state, [&] { return RQXSearchByFieldWildCard(table, id, set, "B*ton"); });
+}
+BENCHMARK(T7_city_matches)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
 /// A bare scan that keeps `wanted` of `values` codes, on as many threads as the benchmark's
 /// argument says.
 void time_scan(benchmark::State& state, int values, int wanted) {
@@ -90,6 +96,20 @@ void kernel_T5_scan_90_days(benchmark::State& state) {
   time_scan(state, 2000, 90);
 }
 BENCHMARK(kernel_T5_scan_90_days)->Unit(benchmark::kMicrosecond)->UseRealTime()->Arg(1)->Arg(2);
+
+void kernel_T7_scan_marked_codes(benchmark::State& state) {
+  const std::vector<int> codes = random_codes(rows(), kCities);
+  std::vector<int> out(codes.size());
+  std::vector<unsigned char> hits(kCities);
+  for (size_t i = 0; i < hits.size(); i += 77) hits[i] = 1;  // 1.3 %
+  const int threads = static_cast<int>(state.range(0));
+  for (auto _ : state) benchmark::DoNotOptimize(scan_hits(codes, hits, threads, out.data()));
+}
+BENCHMARK(kernel_T7_scan_marked_codes)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime()
+    ->Arg(1)
+    ->Arg(2);
 
 void T11_distinct_customers(benchmark::State& state) {
   const int table = sales(), set = root_set();

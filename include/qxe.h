@@ -1435,6 +1435,25 @@ QXE_API int RQXSearchByFieldNValues(int table, int filter, int set, int count, v
 QXE_API int RQXSearchByFieldNValuesFromCSV(int table, int filter, int set, const char* dir,
                                            const char* fileName);
 
+/** Searches a string filter of a real table by a pattern, for rows whose whole string matches it.
+ * In the pattern
+ *
+ *   *    stands for any run of bytes, also for none
+ *   ?    stands for exactly one byte; a character of three bytes needs ???
+ *   \    makes a *, ? or \ behind it stand for itself
+ *
+ * and every other byte for itself, upper and lower case told apart: "B*ton" hits "Boston", "*50\*"
+ * what ends with "50*". The pattern is read by characters of the database's code, so that a
+ * trailing byte of one is no backslash. Rows that hold "" are never hit, not even by "*"; the
+ * pattern "" gives an empty set. The result becomes current. pattern: in, at most 4095 bytes.
+ * Failures: also QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_PARAMETER for a pattern that is
+ * null or too long or has a \ at its end or before any other byte, QX_ERROR_TYPE_MISMATCH for a
+ * filter that is not of strings. */
+QXE_API int RQXSearchByFieldWildCard(int table, int filter, int set, const char* pattern);
+
+/** As RQXSearchByFieldWildCard. */
+QXE_API int QXSearchByFieldWildCard(int table, int filter, int set, const char* pattern);
+
 /** Searches by row number. filter: ignored; in a join table it picks the side. ope: EQ to GT
  * without QX_OPE_STRICT. n1, n2: row numbers. The result becomes current. */
 QXE_API int RQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);

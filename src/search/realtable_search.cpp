@@ -4,6 +4,8 @@
 #include "search/scan.h"
 #include "search/search_condition.h"
 #include "search/sort.h"
+#include "search/text_search.h"
+#include "search/wildcard.h"
 #include "storage/charcode.h"
 #include "tables/realtables.h"
 
@@ -70,6 +72,53 @@ int TRealTable::Search(int filter, int set, const unsigned char* flags) {
   return make_set(
       "Search", filter, set, &TRealTable::AddSetWithoutCopy,
       [&](const TSetArray& source, TFilter* column) { return named_hits(source, *column, flags); });
+}
+
+// Wildcards
+
+namespace {
+
+constexpr size_t kMostPatternBytes = 4095;
+
+/// NULL never matches, whatever the pattern.
+bool matches_wildcard(const char* text, const char* pattern) {
+  return *text != '\0' && wildcard_do_exec(pattern, text);
+}
+
+std::unique_ptr<TSetArray> search_wildcard(const TSetArray& source, const TFilter& column,
+                                           const WildCard& wildcard) {
+  if (source.FArraySize == 0) return set_like(source);
+  const std::string piece = wildcard.longest_piece();
+  auto result =
+      search_texts(source, column, {matches_wildcard, wildcard.normal_form(), piece.c_str()});
+  result->SetSetName(source.GetSetName());
+  return result;
+}
+
+}  // namespace
+
+int TRealTable::search_wildcard_pattern(const char* layer, int filter, int set,
+                                        const char* pattern) {
+  if (pattern == nullptr || strlen(pattern) > kMostPatternBytes) {
+    return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : Pattern");
+  }
+  const WildCard wildcard(pattern, getSystemInfoDBCharCode() != QX_CODE_CP1252);
+  const int position = FilterID2Pos(filter);
+  if (position >= 0 && filter_at(position)->data_type() != QX_DT_STRING) {
+    return report(layer, QX_ERROR_TYPE_MISMATCH, "Illegal data type ( Not STRING )");
+  }
+  return make_set(layer, filter, set, &TRealTable::AddSetWithoutCopy,
+                  [&](const TSetArray& source, TFilter* column) {
+                    return search_wildcard(source, *column, wildcard);
+                  });
+}
+
+int TRealTable::SearchByFieldWildCard(int filter, int set, const char* pattern) {
+  return search_wildcard_pattern("SearchByFieldWildCard", filter, set, pattern);
+}
+
+int TRealTable::MppSearchByFieldWildCard(int filter, int set, const char* pattern) {
+  return search_wildcard_pattern("MppSearchByFieldWildCard", filter, set, pattern);
 }
 
 int TRealTable::CountN(int set, int filter, int* out) {

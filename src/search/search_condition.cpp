@@ -108,6 +108,10 @@ bool has_tail(const char* text, const char* pattern) {
 
 namespace {
 
+bool contains(const char* text, const char* pattern) {
+  return qxembsstr(text, pattern) != nullptr;
+}
+
 bool ends_with(const char* text, const char* pattern) {
   if (!has_tail(text, pattern)) return false;
   const char* const tail = text + (strlen(text) - strlen(pattern));
@@ -116,8 +120,10 @@ bool ends_with(const char* text, const char* pattern) {
 
 }  // namespace
 
-bool text_matches(int code, const char* text, const char* pattern) {
-  return code == QX_OPE_CONTAINS ? qxembsstr(text, pattern) != nullptr : ends_with(text, pattern);
+TextCondition text_condition(const SearchCondition& condition, const char* value1) {
+  return condition.code == QX_OPE_CONTAINS
+             ? TextCondition{contains, value1, value1, condition.negate}
+             : TextCondition{ends_with, value1, "", condition.negate};
 }
 
 }  // namespace qxe

@@ -3,6 +3,7 @@
 
 #include "search/find_pos.h"
 #include "search/scan_kernels.h"
+#include "search/text_search.h"
 
 namespace qxe {
 
@@ -51,7 +52,7 @@ RangeTest text_ranges(const SearchCondition& condition, BoundPosition first, Bou
 /// Whether the bytes of `text` end with `pattern`.
 bool has_tail(const char* text, const char* pattern);
 
-/// Whether `text` contains or ends with `pattern`, on character boundaries of the database code.
-bool text_matches(int code, const char* text, const char* pattern);
+/// CONTAINS or ENDS as a test of single texts, on character boundaries of the database code.
+TextCondition text_condition(const SearchCondition& condition, const char* value1);
 
 }  // namespace qxe

@@ -38,6 +38,8 @@ class TRealTable : public TBaseTable {
   int SearchByField2(int filter, int set, int ope, const char* v1, const char* v2) override;
   int MppSortByField(int filter, int set, int dir) override;
   int Search(int filter, int set, const unsigned char* flags) override;
+  int SearchByFieldWildCard(int filter, int set, const char* pattern) override;
+  int MppSearchByFieldWildCard(int filter, int set, const char* pattern) override;
   TFilter* GetFilter(int id) override;
   int GetFilterIDList(int* out) const override;
   int FilterID2Name(int id, char* table, char* filter) override;
@@ -182,6 +184,7 @@ class TRealTable : public TBaseTable {
   template <class Store, class Make>
   int make_set(const char* layer, int filter, int set, Store store, Make&& make);
   int search_values(const char* layer, int filter, int set, int count, const void* values);
+  int search_wildcard_pattern(const char* layer, int filter, int set, const char* pattern);
 
   std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
   std::vector<std::unique_ptr<TFilter>> filters_;  // in display order

@@ -57,6 +57,9 @@ class TBaseTable : NonCopyable {
   virtual int MppSortByField(int filter, int set, int dir) = 0;
   /// Applies a hit table of one byte per value number.
   virtual int Search(int filter, int set, const unsigned char* flags) = 0;
+  /// Rows whose string matches a pattern with wildcards; real tables only.
+  virtual int SearchByFieldWildCard(int filter, int set, const char* pattern) = 0;
+  virtual int MppSearchByFieldWildCard(int filter, int set, const char* pattern) = 0;
 
   /// The filter, or null after logging.
   virtual TFilter* GetFilter(int id) = 0;

@@ -160,6 +160,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         QXE_CASE(Bound, RQXSearchByField(table, 1, 1, QX_OPE_EQ, nullptr, nullptr)),
         QXE_CASE(Values, RQXSearchByFieldNValues(table, 1, 1, 2, nullptr)),
+        QXE_CASE(Pattern, RQXSearchByFieldWildCard(table, 2, 1, nullptr)),
+        QXE_CASE(PlainPattern, QXSearchByFieldWildCard(table, 2, 1, nullptr)),
         QXE_CASE(Flags, QXSearch(table, 1, 1, nullptr)),
         QXE_CASE(Keys, RQXIntegratedSortByField(table, 1, nullptr, keys)),
         QXE_CASE(Directions, RQXIntegratedSortByField(table, 1, keys, nullptr)),

@@ -195,6 +195,11 @@ const std::vector<Call> kFilterCalls = {
        return RQXSearchByFieldNValues(table, filter, set, 1, one);
      },
      QX_ERROR_NO_FILTER},
+    {"SearchByFieldWildCard",
+     [](int table, int filter, int set) {
+       return RQXSearchByFieldWildCard(table, filter, set, "*");
+     },
+     QX_ERROR_NO_FILTER},
     {"Search",
      [](int table, int filter, int set) {
        return QXSearch(table, filter, set, reinterpret_cast<unsigned char*>(buffer));

@@ -257,6 +257,10 @@ INSTANTIATE_TEST_SUITE_P(
         adding_set("SearchDecimals", search(kDecimal, QX_OPE_NEQ)),
         adding_set("Contains", [](const Base& base) { return search_text(base, QX_OPE_CONTAINS); }),
         adding_set("Begins", [](const Base& base) { return search_text(base, QX_OPE_BEGINS); }),
+        adding_set("WildCard",
+                   [](const Base& base) {
+                     return RQXSearchByFieldWildCard(base.id(), base.filter(kString), 1, "*a*?");
+                   }),
         adding_set("Search2",
                    [](const Base& base) {
                      return RQXSearchByField2(base.id(), base.filter(kInt), 1, QX_OPE_GEQ,

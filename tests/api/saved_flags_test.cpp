@@ -27,7 +27,8 @@ class SavedFlagsTest : public EngineTest, public testing::WithParamInterface<Cha
 
 TEST_P(SavedFlagsTest, FollowTheChange) {
   const ChangeCase& wanted = GetParam();
-  const TestTable table({{"a", ints({2, 1})}, {"n", decimals(2, {"1.25", "2.50"})}});
+  const TestTable table(
+      {{"a", ints({2, 1})}, {"n", decimals(2, {"1.25", "2.50"})}, {"s", strings({"x", "y"})}});
   const int set = table.add_set({1});
   RQXChangeCurrentSetID(table.id(), 1);
   EXPECT_EQ(set, 2);
@@ -150,6 +151,10 @@ INSTANTIATE_TEST_SUITE_P(
                      return RQXSearchByFieldNValues(table.id(), 1, 1, 1, value());
                    },
                    kSets},
+        ChangeCase{
+            "SearchPattern",
+            [](const TestTable& table) { return RQXSearchByFieldWildCard(table.id(), 3, 1, "*"); },
+            kSets},
         ChangeCase{
             "SearchRows",
             [](const TestTable& table) { return RQXSearchByRowNo(table.id(), 1, 1, 0, 1, 1); },

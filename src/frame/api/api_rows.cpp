@@ -35,6 +35,10 @@ int QXSearchByField2(int table, int filter, int set, int ope, char* value1, char
   return plain_call([&] { return innerQXSearchByField2(table, filter, set, ope, value1, value2); });
 }
 
+int QXSearchByFieldWildCard(int table, int filter, int set, const char* pattern) {
+  return plain_call([&] { return innerQXSearchByFieldWildCard(table, filter, set, pattern); });
+}
+
 int QXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2) {
   return plain_call([&] { return innerQXSearchByRowNo(table, filter, set, ope, n1, n2); });
 }

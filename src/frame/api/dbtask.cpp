@@ -54,6 +54,12 @@ int CDBParallelTask::SearchByField(int table, int filter, int set, int ope, cons
                     });
 }
 
+int CDBParallelTask::SearchByFieldWildCard(int table, int filter, int set, const char* pattern) {
+  return with_real_table(
+      {.layer = "RQXSearchByFieldWildCard", .saved = &g_TFSSaved}, table,
+      [&](TRealTable& target) { return target.MppSearchByFieldWildCard(filter, set, pattern); });
+}
+
 int CDBParallelTask::ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,
                                     int* order) {
   return with_collection({.layer = "RQXServiceSortByN"}, [&](TTableCollection&) {

@@ -26,6 +26,7 @@ class CDBTask : NonCopyable {
   virtual int FillRealEx(int table, int filter, int set, int start, int count, void* value) = 0;
   virtual int SearchByField(int table, int filter, int set, int ope, const char* value1,
                             const char* value2) = 0;
+  virtual int SearchByFieldWildCard(int table, int filter, int set, const char* pattern) = 0;
   virtual int ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,
                              int* order) = 0;
   virtual int SortByField(int table, int filter, int set, int dir) = 0;
@@ -86,6 +87,7 @@ class CDBParallelTask : public CDBTask {
   int FillRealEx(int table, int filter, int set, int start, int count, void* value) override;
   int SearchByField(int table, int filter, int set, int ope, const char* value1,
                     const char* value2) override;
+  int SearchByFieldWildCard(int table, int filter, int set, const char* pattern) override;
   int ServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex,
                      int* order) override;
   int SortByField(int table, int filter, int set, int dir) override;

@@ -150,6 +150,7 @@ int innerQXSearchByFieldSJIS(int table, int filter, int set, int ope, const char
                              const char* value2);
 int innerQXSearchByFieldLocale(int table, int filter, int set, int ope, const char* value1,
                                const char* value2, int localeId);
+int innerQXSearchByFieldWildCard(int table, int filter, int set, const char* pattern);
 int innerQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2);
 int innerQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
 int innerQXSearch(int table, int filter, int set, const unsigned char* flags);

@@ -70,6 +70,12 @@ int innerQXSearchByFieldLocale(int table, int filter, int set, int ope, const ch
   return search_by_field(kLayer, table, filter, set, ope, value1, value2);
 }
 
+int innerQXSearchByFieldWildCard(int table, int filter, int set, const char* pattern) {
+  return with_real_table(
+      {.layer = "QXSearchByFieldWildCard", .saved = &g_TFSSaved}, table,
+      [&](TRealTable& target) { return target.SearchByFieldWildCard(filter, set, pattern); });
+}
+
 int innerQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2) {
   return with_table(
       {.layer = "QXSearchByRowNo", .saved = &g_TFSSaved}, table,

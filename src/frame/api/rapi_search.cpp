@@ -46,6 +46,11 @@ int RQXSearchByFieldNValuesFromCSV(int table, int filter, int set, const char* d
   });
 }
 
+int RQXSearchByFieldWildCard(int table, int filter, int set, const char* pattern) {
+  return guarded_call(__func__,
+                      [&] { return DBTASK()->SearchByFieldWildCard(table, filter, set, pattern); });
+}
+
 int RQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2) {
   return pass_through_call(__func__,
                            [&] { return innerQXSearchByRowNo(table, filter, set, ope, n1, n2); });
