@@ -470,6 +470,9 @@ enum {
   QX_OPE_STRICT = 0x80 /**< added to a code: a NULL bound hits nothing */
 };
 
+/** Set operations: rows in both sets, in either, in the first alone. */
+enum { QX_SET_AND = 0, QX_SET_OR = 1, QX_SET_ANDNOT = 2 };
+
 /** Sort directions, and the most keys of one multi-key sort. */
 enum { QX_SORT_ASC = 0, QX_SORT_DESC = 1, QX_MAX_SORT_KEYS = 512 };
 
@@ -504,6 +507,12 @@ typedef struct _TRFilterInfo {
   int poolSize;   /**< bytes used in the string pool, 0 unless a string filter */
   char name[264];
 } _TRFilterInfo;
+
+/** A list of rows of QXSetOpe2. */
+typedef struct _TSetDescript {
+  int count; /**< rows; -1 in a failed result */
+  int* rows;
+} _TSetDescript;
 
 /** The caller's buffers for RQXGetFilterBody and their capacities. A null buffer or a capacity of 0
  * skips the part. */
@@ -926,6 +935,36 @@ QXE_API int QXGetSetName(int table, int set, char* out);
 /** A set's name, in the engine; the table's name if the set is unnamed or unknown; "" if the table
  * is unknown. */
 QXE_API const char* RQXGetSetNameR1(int table, int set);
+
+/*
+ * Set algebra. Results are in row order, whatever the order of the operands, and have each row
+ * once. A new set becomes current and has neither name nor attribute block. Join tables are taken
+ * too.
+ */
+
+/** Combines two sets. op: QX_SET_AND, rows in both; QX_SET_OR, rows in either; QX_SET_ANDNOT, rows
+ * in set1 and not in set2. Result: the new set's id. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NO_SET,
+ * QX_ERROR_OPERATION for another op, QX_ERROR_SET_COUNT with 10,000 sets. */
+QXE_API int RQXSetOpeReal(int table, int op, int set1, int set2);
+
+/** As RQXSetOpeReal. */
+QXE_API int QXSetOpeReal(int table, int op, int set1, int set2);
+
+/** All rows of the table that are not in a set. Result: the new set's id. Failures: as
+ * RQXSetOpeReal. */
+QXE_API int RQXSetNotReal(int table, int set);
+
+/** As RQXSetNotReal. */
+QXE_API int QXSetNotReal(int table, int set);
+
+/** Combines two lists of rows without a table. op: as in RQXSetOpeReal. totalRows: 0 or more; the
+ * rows of both lists lie between 1 and it. a, b: in, any order; a count of 0 needs no rows. result:
+ * out, the caller frees its rows, which are never null, with QXFreeMem; after a failure its count
+ * is -1 and its rows are null. Result: the number of rows. Failures: QX_ERROR_OPERATION,
+ * QX_ERROR_ROW_SIZE for a negative totalRows or count, QX_ERROR_ROW_POSITION for missing rows or a
+ * row outside the range. */
+QXE_API int QXSetOpe2(int op, int totalRows, _TSetDescript a, _TSetDescript b,
+                      _TSetDescript* result);
 
 /*
  * Filters. The display position of a filter counts from 0.

@@ -21,7 +21,7 @@
   task(QX_MPP_COMBINE_REALTABLE, "Parallel Combine RealTable ", mpp_combine_realtables) \
   task(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ", mpp_extract_realtables) \
   unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
-  unused(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ") \
+  task(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ", mpp_tobitmap) \
   task(QX_MPP_MERGE_LIST, "Parallel Merge ", mpp_merge_list) \
   task(QX_MPP_COMPILE, "Parallel Compile ", mpp_compile) \
   task(QX_MPP_TYPECONV, "Parallel Type Conversion", mpp_type_conversion) \

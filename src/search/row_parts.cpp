@@ -14,7 +14,7 @@ std::unique_ptr<TSetArray> packed_parts(std::unique_ptr<TSetArray> room,
   for (const RowPart& part : parts) {
     const size_t bytes = sizeof(int) * static_cast<size_t>(part.count);
     if (stay) {
-      memmove(out, part.rows, bytes);
+      if (out != part.rows) memmove(out, part.rows, bytes);
     } else {
       MppMemCpy(out, part.rows, bytes);
     }

@@ -33,6 +33,14 @@ const char* find_plain(const char* begin, const char* end, const char* pattern, 
   return static_cast<const char*>(memmem(begin, static_cast<size_t>(end - begin), pattern, size));
 }
 
+int* put_rows_plain(const uint32_t* words, long count, int first_row, int* out, const int*) {
+  for (long i = 0; i < count; ++i) {
+    const int row = first_row + static_cast<int>(i) * 32;
+    for (uint32_t bits = words[i]; bits != 0; bits &= bits - 1) *out++ = row + __builtin_ctz(bits);
+  }
+  return out;
+}
+
 /// The first of the places `at` + i, for the bits i of `places`, where the whole pattern stands.
 template <class Bits>
 const char* first_whole(const char* at, Bits places, const char* pattern, size_t size) {
@@ -146,6 +154,25 @@ QXE_AVX512 const char* find_avx512(const char* begin, const char* end, const cha
     if (const char* const place = first_whole(at, both, pattern, size)) return place;
   }
   return find_plain(at, end, pattern, size);
+}
+
+QXE_AVX512 int* put_rows_avx512(const uint32_t* words, long count, int first_row, int* out,
+                                const int* room_end) {
+  const __m512i low = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+  const __m512i high = _mm512_add_epi32(low, _mm512_set1_epi32(16));
+  long i = 0;
+  for (; i < count && room_end - out >= 32; ++i) {
+    const uint32_t bits = words[i];
+    if (bits == 0) continue;
+    const __m512i row = _mm512_set1_epi32(first_row + static_cast<int>(i) * 32);
+    _mm512_storeu_si512(
+        out, _mm512_maskz_compress_epi32(static_cast<__mmask16>(bits), _mm512_add_epi32(row, low)));
+    out += __builtin_popcount(bits & 0xffff);
+    _mm512_storeu_si512(out, _mm512_maskz_compress_epi32(static_cast<__mmask16>(bits >> 16),
+                                                         _mm512_add_epi32(row, high)));
+    out += __builtin_popcount(bits >> 16);
+  }
+  return put_rows_plain(words + i, count - i, first_row + static_cast<int>(i) * 32, out, room_end);
 }
 
 // AVX2: 8 rows a vector.
@@ -268,6 +295,21 @@ long bits_avx2(const ScanRows& rows, long begin, long end, const BitTest& test, 
                               : keep_plain(rows, begin, end, test, out);
 }
 
+QXE_AVX2 int* put_rows_avx2(const uint32_t* words, long count, int first_row, int* out,
+                            const int* room_end) {
+  const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+  long i = 0;
+  for (; i < count && room_end - out >= 32; ++i) {
+    int row = first_row + static_cast<int>(i) * 32;
+    for (uint32_t bits = words[i]; bits != 0; bits >>= 8, row += 8) {
+      const __m256i rows = _mm256_add_epi32(_mm256_set1_epi32(row), lanes);
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), packed(rows, bits & 0xff));
+      out += __builtin_popcount(bits & 0xff);
+    }
+  }
+  return put_rows_plain(words + i, count - i, first_row + static_cast<int>(i) * 32, out, room_end);
+}
+
 QXE_AVX2 inline unsigned mask_of_equal(const char* bytes, __m256i byte) {
   const __m256i loaded = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
   return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(loaded, byte)));
@@ -316,9 +358,10 @@ bool has_vector_unit(VectorUnit unit) {
 }
 
 const ScanKernels& scan_kernels(VectorUnit unit) {
-  static constexpr ScanKernels kPlain{keep_plain<RangeTest>, keep_plain<BitTest>, find_plain};
-  static constexpr ScanKernels kAvx2{ranges_avx2, bits_avx2, find_avx2};
-  static constexpr ScanKernels kAvx512{ranges_avx512, bits_avx512, find_avx512};
+  static constexpr ScanKernels kPlain{keep_plain<RangeTest>, keep_plain<BitTest>, find_plain,
+                                      put_rows_plain};
+  static constexpr ScanKernels kAvx2{ranges_avx2, bits_avx2, find_avx2, put_rows_avx2};
+  static constexpr ScanKernels kAvx512{ranges_avx512, bits_avx512, find_avx512, put_rows_avx512};
   switch (unit) {
     case VectorUnit::kAvx512: return kAvx512;
     case VectorUnit::kAvx2: return kAvx2;

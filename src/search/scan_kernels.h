@@ -57,6 +57,9 @@ struct ScanKernels {
   long (*in_bits)(const ScanRows& rows, long begin, long end, const BitTest& test, int* out);
   /// The first place of `pattern`, of `size` bytes, at least one, or null.
   const char* (*find_bytes)(const char* begin, const char* end, const char* pattern, size_t size);
+  /// Writes `first_row` + i for each bit i that is set in `count` words, ascending. Returns the end
+  /// of what it wrote; elements behind it change too, up to `room_end`.
+  int* (*put_rows)(const uint32_t* words, long count, int first_row, int* out, const int* room_end);
 };
 
 /// Whether this machine has the unit.

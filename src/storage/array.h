@@ -6,6 +6,7 @@
 #include <string.h>
 
 #include <memory>
+#include <utility>
 
 #include "frame/base/error_ring.h"
 #include "frame/base/memory.h"
@@ -98,6 +99,13 @@ class FixedArray : public TBaseArray {
   void PutData(int index, const void* value) override {
     check_index("PutData", index);
     memcpy(values() + index, value, sizeof(V));
+  }
+
+  /// Gives the block away; the array is empty then.
+  Block<V> release_block() {
+    FArraySize = 0;
+    FAllocSize = 0;
+    return Block<V>(static_cast<V*>(std::exchange(data_, nullptr)));
   }
 
   V* values() { return static_cast<V*>(data_); }
@@ -272,6 +280,8 @@ int ArrayUnitSize(const TBaseArray& array);
 void SetArrayDataTypeEx(TBaseArray& array, int type);
 /// Equal sizes, offsets and swept pools.
 bool CompareStrArray(TBaseArray& left, TBaseArray& right);
+/// Equal data types, sizes, element widths and elements.
+bool CheckSame(TBaseArray& left, TBaseArray& right);
 
 /// A deep copy that frees itself.
 template <class Array>

@@ -190,4 +190,14 @@ bool CompareStrArray(TBaseArray& left, TBaseArray& right) {
          memcmp(a.pool(), b.pool(), static_cast<size_t>(a.pool_used())) == 0;
 }
 
+bool CheckSame(TBaseArray& left, TBaseArray& right) {
+  if (left.GetDataType() != right.GetDataType() || left.FArraySize != right.FArraySize ||
+      left.FUnitSize != right.FUnitSize) {
+    return false;
+  }
+  if (left.GetDataType() == QX_DT_STRING) return CompareStrArray(left, right);
+  const size_t bytes = static_cast<size_t>(left.FUnitSize) * static_cast<size_t>(left.FArraySize);
+  return bytes == 0 || memcmp(left.data(), right.data(), bytes) == 0;
+}
+
 }  // namespace qxe

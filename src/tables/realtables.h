@@ -30,6 +30,10 @@ class TRealTable : public TBaseTable {
   TSetArray* GetSet(int id) const override;
   void PurgeSubSets() override;
   int DelSet(int id) override;
+  int SetNot(int set) override;
+  int MppSetNot(int set) override;
+  int SetOpe(int op, int set1, int set2) override;
+  int MppSetOpe(int op, int set1, int set2) override;
   int SortByField(int filter, int set, int dir) override;
   int SortByRecNo(int filter, int set, int dir) override;
   int SearchByRecNo(int filter, int set, int ope, int n1, int n2) override;

@@ -46,7 +46,13 @@ class TBaseTable : NonCopyable {
   virtual void PurgeSubSets() = 0;
   virtual int DelSet(int) { return 0; }
 
-  // Sorts and searches return the new set's id or a negative status.
+  // Set algebra, sorts and searches return the new set's id or a negative status.
+  /// The rows that are not in a set.
+  virtual int SetNot(int set) = 0;
+  virtual int MppSetNot(int set) = 0;
+  /// Two sets combined by QX_SET_AND, QX_SET_OR or QX_SET_ANDNOT.
+  virtual int SetOpe(int op, int set1, int set2) = 0;
+  virtual int MppSetOpe(int op, int set1, int set2) = 0;
   virtual int SortByField(int filter, int set, int dir) = 0;
   virtual int SortByRecNo(int filter, int set, int dir) = 0;
   /// Rows whose row number meets the condition.

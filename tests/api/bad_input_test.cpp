@@ -165,6 +165,7 @@ INSTANTIATE_TEST_SUITE_P(
         QXE_CASE(Flags, QXSearch(table, 1, 1, nullptr)),
         QXE_CASE(Keys, RQXIntegratedSortByField(table, 1, nullptr, keys)),
         QXE_CASE(Directions, RQXIntegratedSortByField(table, 1, keys, nullptr)),
+        QXE_CASE(SetResult, QXSetOpe2(QX_SET_OR, 1, {}, {}, nullptr)),
         QXE_CASE(UniqueKeys, RQXExtractUniqueReal(table, 1, nullptr)),
         QXE_CASE(Counts, QXServiceSortByN(2, nullptr, numbers, numbers, numbers)),
         QXE_CASE(NonZero, QXServiceSortByN(2, numbers, nullptr, numbers, numbers)),

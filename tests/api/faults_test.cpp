@@ -238,6 +238,15 @@ int extract_unique(const Base& base) {
   return RQXExtractUniqueReal(base.id(), 1, filters);
 }
 
+template <int op>
+int combine_sets(const Base& base) {
+  return RQXSetOpeReal(base.id(), op, 1, 1);
+}
+
+int combine_unordered(const Base& base) {
+  return RQXSetOpeReal(base.id(), QX_SET_ANDNOT, 1, 2);
+}
+
 template <size_t column>
 int search_file(const Base& base) {
   return RQXSearchByFieldNValuesFromCSV(base.id(), base.filter(column), 1, "", "values.txt");
@@ -285,6 +294,9 @@ INSTANTIATE_TEST_SUITE_P(
                      return RQXSortByRowNo(base.id(), base.filter(kInt), 2, QX_SORT_ASC);
                    }),
         adding_set("SortByKeys", sort_by_keys), adding_set("ExtractUnique", extract_unique),
+        adding_set("And", combine_sets<QX_SET_AND>), adding_set("Or", combine_sets<QX_SET_OR>),
+        adding_set("Unordered", combine_unordered),
+        adding_set("Not", [](const Base& base) { return RQXSetNotReal(base.id(), 2); }),
         adding_set("OfIntegersInFile", search_file<kInt>),
         adding_set("OfStringsInFile", search_file<kString>), adding_set("AddSet", add_set)),
     case_name<Operation>);

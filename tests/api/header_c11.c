@@ -41,6 +41,9 @@ FIELD(_TRFilterInfo, valueCount, 12);
 FIELD(_TRFilterInfo, poolSize, 16);
 FIELD(_TRFilterInfo, name, 20);
 
+LAYOUT(_TSetDescript, 16, 8);
+FIELD(_TSetDescript, count, 0);
+FIELD(_TSetDescript, rows, 8);
 LAYOUT(_TRFilterBody, 48, 8);
 FIELD(_TRFilterBody, pvCapacity, 0);
 FIELD(_TRFilterBody, pv, 8);
@@ -132,6 +135,9 @@ VALUE(QX_OPE_STRICT, 0x80);
 
 VALUE(QX_SORT_ASC, 0);
 VALUE(QX_SORT_DESC, 1);
+VALUE(QX_SET_AND, 0);
+VALUE(QX_SET_OR, 1);
+VALUE(QX_SET_ANDNOT, 2);
 VALUE(QX_MAX_SORT_KEYS, 512);
 
 VALUE(QX_CAT_TAB, 1);

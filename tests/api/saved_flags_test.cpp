@@ -173,6 +173,12 @@ INSTANTIATE_TEST_SUITE_P(
         ChangeCase{"ExtractUnique",
                    [](const TestTable& table) { return RQXExtractUniqueReal(table.id(), 1, keys); },
                    kSets},
+        ChangeCase{
+            "SetOperation",
+            [](const TestTable& table) { return RQXSetOpeReal(table.id(), QX_SET_AND, 1, 2); },
+            kSets},
+        ChangeCase{"Complement", [](const TestTable& table) { return QXSetNotReal(table.id(), 2); },
+                   kSets},
         ChangeCase{"ChangeCurrentSet",
                    [](const TestTable& table) { return RQXChangeCurrentSetID(table.id(), 2); },
                    kNone,

@@ -107,6 +107,28 @@ TEST_P(ScanKernelsTest, KeepsRowsWhoseBitIsSet) {
   }
 }
 
+TEST_P(ScanKernelsTest, PutsTheRowsOfSetBits) {
+  for (int round = 0; round < 200; ++round) {
+    const int percent = round % 5 * 25;
+    std::vector<uint32_t> words(static_cast<size_t>(random_.below(9)));
+    std::vector<int> wanted;
+    for (size_t i = 0; i < words.size(); ++i) {
+      for (int bit = 0; bit < 32; ++bit) {
+        if (!random_.chance(percent)) continue;
+        words[i] |= uint32_t{1} << bit;
+        wanted.push_back(100 + static_cast<int>(i) * 32 + bit);
+      }
+    }
+    std::vector<int> out(wanted.size() + 40, kGuard);
+    const int* const room_end = out.data() + wanted.size();
+    const int* const end = kernels().put_rows(words.data(), static_cast<long>(words.size()), 100,
+                                              out.data(), room_end);
+    ASSERT_EQ(end, room_end) << "round " << round;
+    wanted.resize(out.size(), kGuard);
+    ASSERT_EQ(out, wanted) << "round " << round;
+  }
+}
+
 TEST_P(ScanKernelsTest, FindsTheFirstPlaceOfAPattern) {
   for (int round = 0; round < 3000; ++round) {
     const auto size = static_cast<size_t>(random_.below(200));

@@ -57,3 +57,16 @@ int QXSetSetName(int table, int set, const char* name) {
 int QXGetSetName(int table, int set, char* out) {
   return plain_call(__func__, {out}, [&] { return innerQXGetSetName(table, set, out); });
 }
+
+int QXSetOpeReal(int table, int op, int set1, int set2) {
+  return plain_call([&] { return innerQXSetOpeReal(table, op, set1, set2); });
+}
+
+int QXSetNotReal(int table, int set) {
+  return plain_call([&] { return innerQXSetNotReal(table, set); });
+}
+
+int QXSetOpe2(int op, int totalRows, _TSetDescript a, _TSetDescript b, _TSetDescript* result) {
+  return plain_call(__func__, {result},
+                    [&] { return innerQXSetOpe2(op, totalRows, a, b, result); });
+}

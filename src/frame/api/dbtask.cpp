@@ -26,6 +26,18 @@ CDBParallelTask& CDBParallelTask::Instance() {
   return task;
 }
 
+// Set algebra
+
+int CDBParallelTask::SetNotReal(int table, int set) {
+  return with_table({.layer = "RQXSetNotReal", .saved = &g_TFSSaved}, table,
+                    [&](TBaseTable& target) { return target.MppSetNot(set); });
+}
+
+int CDBParallelTask::SetOpeReal(int table, int op, int set1, int set2) {
+  return with_table({.layer = "RQXSetOpeReal", .saved = &g_TFSSaved}, table,
+                    [&](TBaseTable& target) { return target.MppSetOpe(op, set1, set2); });
+}
+
 // Search and sort
 
 namespace {

@@ -20,6 +20,8 @@ class CDBTask : NonCopyable {
                                const CombineIds& second) = 0;
   virtual int CombineRealTableEx(const char* name, CombinePseudo pseudo, const CombineIds& first,
                                  const CombineIds& second) = 0;
+  virtual int SetNotReal(int table, int set) = 0;
+  virtual int SetOpeReal(int table, int op, int set1, int set2) = 0;
   virtual int DuplicateRealTable(const char* name, int table) = 0;
   virtual int DupRealFilterEx(int table, int filter, int type) = 0;
   virtual int OverwriteRealEx(int table, int filter, int set, int start, int count, void* data) = 0;
@@ -81,6 +83,8 @@ class CDBParallelTask : public CDBTask {
                        const CombineIds& second) override;
   int CombineRealTableEx(const char* name, CombinePseudo pseudo, const CombineIds& first,
                          const CombineIds& second) override;
+  int SetNotReal(int table, int set) override;
+  int SetOpeReal(int table, int op, int set1, int set2) override;
   int DuplicateRealTable(const char* name, int table) override;
   int DupRealFilterEx(int table, int filter, int type) override;
   int OverwriteRealEx(int table, int filter, int set, int start, int count, void* data) override;

@@ -69,6 +69,12 @@ int innerQXSetSubsetAttr(int table, int set, const void* in);
 int innerQXSetSetName(int table, int set, const char* name);
 int innerQXGetSetName(int table, int set, char* out);
 
+// Set algebra
+int innerQXSetOpeReal(int table, int op, int set1, int set2);
+int innerQXSetNotReal(int table, int set);
+int innerQXSetOpe2(int op, int totalRows, const _TSetDescript& a, const _TSetDescript& b,
+                   _TSetDescript* result);
+
 // Filters
 int innerQXGetNFilter(int table);
 int innerQXGetFilterIDList(int table, int* out);

@@ -73,3 +73,11 @@ int RQXSetSetName(int table, int set, const char* name) {
 int RQXGetSetName(int table, int set, char* out) {
   return pass_through_call(__func__, {out}, [&] { return innerQXGetSetName(table, set, out); });
 }
+
+int RQXSetOpeReal(int table, int op, int set1, int set2) {
+  return raising_call(__func__, [&] { return innerQXSetOpeReal(table, op, set1, set2); });
+}
+
+int RQXSetNotReal(int table, int set) {
+  return raising_call(__func__, [&] { return innerQXSetNotReal(table, set); });
+}
