@@ -89,8 +89,10 @@ std::unique_ptr<TSetArray> search_wildcard(const TSetArray& source, const TFilte
                                            const WildCard& wildcard) {
   if (source.FArraySize == 0) return set_like(source);
   const std::string piece = wildcard.longest_piece();
-  auto result =
-      search_texts(source, column, {matches_wildcard, wildcard.normal_form(), piece.c_str()});
+  const std::string prefix = wildcard.prefix();
+  auto result = search_texts(
+      source, column,
+      {matches_wildcard, wildcard.normal_form(), piece.c_str(), false, prefix.c_str()});
   result->SetSetName(source.GetSetName());
   return result;
 }

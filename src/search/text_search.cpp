@@ -1,10 +1,12 @@
 #include "search/text_search.h"
 
 #include <algorithm>
+#include <string>
 
 #include "parallel/sliced_task.h"
 #include "search/compiler.h"
 #include "search/scan.h"
+#include "search/search_condition.h"
 #include "storage/family.h"
 #include "storage/filters.h"
 #include "storage/setarray.h"
@@ -82,9 +84,21 @@ struct TextTestParams {
   Slice slice;
 };
 
-void test_texts(const TextTest& test, int n) {
-  SlicedTask<TextTestParams> task(QX_MPP_SEARCH_HELPER, n, texts_per_worker());
-  task.run([&](Slice slice) { return TextTestParams{test, slice}; });
+void test_texts(const TextTest& test, ValueRange entries) {
+  const long first = entries.first;
+  SlicedTask<TextTestParams> task(QX_MPP_SEARCH_HELPER, entries.end - first, texts_per_worker());
+  task.run([&](Slice slice) {
+    return TextTestParams{test, {first + slice.begin, first + slice.end}};
+  });
+}
+
+/// Entries of an ascending list that begin with `prefix`.
+ValueRange with_prefix(const ValueView<TStrArray>& list, const char* prefix) {
+  std::string beyond(prefix);
+  while (!beyond.empty() && beyond.back() == '\xff') beyond.pop_back();
+  if (!beyond.empty()) ++beyond.back();
+  return {bound_position(prefix, list).lower(),
+          beyond.empty() ? list.size : bound_position(beyond.c_str(), list).lower()};
 }
 
 std::unique_ptr<TSetArray> search_wide(const TSetArray& source, const TFilter& filter,
@@ -92,7 +106,12 @@ std::unique_ptr<TSetArray> search_wide(const TSetArray& source, const TFilter& f
   const int n = test.list.size;
   Block<unsigned char> hits = make_block<unsigned char>(n);
   test.hits = hits.get();
-  test_texts(test, n);
+  ValueRange tested{0, n};
+  if (*test.condition.prefix != '\0') {
+    tested = with_prefix(test.list, test.condition.prefix);
+    memset(hits.get(), test.condition.negate, static_cast<size_t>(n));
+  }
+  test_texts(test, tested);
   return MoveRecsForScan(source, filter.PVL->PIntAr(), TableTest{hits.get(), n});
 }
 
@@ -107,7 +126,7 @@ std::unique_ptr<TSetArray> search_narrow(const TSetArray& source, const TFilter&
   Block<unsigned char> hits = make_block<unsigned char>(local.unique);
   test.numbers = reinterpret_cast<const int*>(local.value_list.get());
   test.hits = hits.get();
-  test_texts(test, local.unique);
+  test_texts(test, {0, local.unique});
   return MoveRecsForScanScope(source, local.row_pointers.get(), hits.get());
 }
 

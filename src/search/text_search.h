@@ -17,6 +17,8 @@ struct TextCondition {
   /// "" when no such bytes are known.
   const char* piece;
   bool negate = false;
+  /// Bytes with which every text that matches begins: only those texts are tested.
+  const char* prefix = "";
 };
 
 /// A new set of those rows of `source`, which is not empty, whose text meets the condition, with

@@ -99,6 +99,15 @@ bool WildCard::match(const char* text) const {
   return wildcard_do_exec(pattern_.get(), text);
 }
 
+std::string WildCard::prefix() const {
+  std::string prefix;
+  for (const char* next = pattern_.get(); *next != '\0' && !is_wild(*next); ++next) {
+    if (*next == kEscape) ++next;
+    prefix += *next;
+  }
+  return prefix;
+}
+
 std::string WildCard::longest_piece() const {
   std::string longest;
   std::string piece;

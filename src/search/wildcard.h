@@ -21,6 +21,8 @@ class WildCard {
 
   bool match(const char* text) const;
   const char* normal_form() const { return pattern_.get(); }
+  /// The known bytes in front, with which every text that matches begins.
+  std::string prefix() const;
   /// The longest run of known bytes, which every text that matches contains; the first of several.
   std::string longest_piece() const;
 

@@ -45,7 +45,8 @@ void check_text(const WildCard& wildcard, const std::vector<PatternPart>& parts,
     finding(wanted ? "a text that matches is missed" : "a text is hit that does not match",
             printable(pattern) + "\n" + printable(text));
   }
-  if (wanted && text.find(wildcard.longest_piece()) == std::string::npos) {
+  if (wanted && (text.find(wildcard.longest_piece()) == std::string::npos ||
+                 !text.starts_with(wildcard.prefix()))) {
     finding("a text matches without the known bytes", printable(pattern) + "\n" + printable(text));
   }
 }

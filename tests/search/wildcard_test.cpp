@@ -153,7 +153,7 @@ std::vector<std::string> alphabet(int locale) {
     case QX_LOCALE_MS949: return {"a", "\xb0\xa1", "\xa1\xb0", "\x81\x5c", "\x81\x61", "\xb0"};
     case QX_LOCALE_EUC: return {"a", "\xa4\xa2", "\xa2\xa4", "\x8e\xb1", "\x8f\xa2\xa4", "\x8f"};
     case QX_LOCALE_UTF8: return {"a", "b", "\xc3\xa9", "\xe6\x9d\xb1", "\xf0\x9f\x98\x80", "\xe6"};
-    default: return {"a", "b", "\x83", "\x5c", "\xe9"};
+    default: return {"a", "b", "\x83", "\x5c", "\xff"};
   }
 }
 
@@ -215,7 +215,7 @@ TEST_P(RandomWildCardTest, EqualsTheNaiveModelInEveryCode) {
     std::vector<std::string> texts;
     for (int i = 1 + random_.below(1200); i > 0; --i) texts.push_back(random_text(8));
     const TestTable table({{"s", strings(texts)}});
-    for (int round = 0; round < 25; ++round) {
+    for (int round = 0; round < 15; ++round) {
       const Rows set = random_.set_of(static_cast<int>(texts.size()));
       const std::string pattern = random_pattern(texts);
       const auto parts = pattern_parts(pattern, locale);

@@ -49,21 +49,20 @@ std::optional<std::vector<PatternPart>> pattern_parts(const std::string& pattern
 
 bool naive_match(const std::vector<PatternPart>& parts, const std::string& text) {
   // matches[j]: whether the parts so far match the first j bytes.
-  std::vector<bool> matches(text.size() + 1, false);
-  matches[0] = true;
+  std::vector<char> matches(text.size() + 1, 0);
+  matches[0] = 1;
   for (const PatternPart& part : parts) {
-    std::vector<bool> next(text.size() + 1, false);
-    for (size_t j = 0; j <= text.size(); ++j) {
-      if (part.kind == PatternPart::kAnyRun) {
-        next[j] = matches[j] || (j > 0 && next[j - 1]);
-      } else if (j > 0) {
-        next[j] =
-            matches[j - 1] && (part.kind == PatternPart::kAnyByte || part.byte == text[j - 1]);
-      }
+    if (part.kind == PatternPart::kAnyRun) {
+      for (size_t j = 1; j <= text.size(); ++j) matches[j] |= matches[j - 1];
+      continue;
     }
-    matches = next;
+    for (size_t j = text.size(); j > 0; --j) {
+      const bool fits = part.kind == PatternPart::kAnyByte || part.byte == text[j - 1];
+      matches[j] = fits ? matches[j - 1] : '\0';
+    }
+    matches[0] = 0;
   }
-  return matches[text.size()];
+  return matches[text.size()] != 0;
 }
 
 }  // namespace qxe::test
