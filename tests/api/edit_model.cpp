@@ -53,8 +53,11 @@ void EditModel::expect_sample() {
       if (rows.empty()) continue;
       const int position = random.below(static_cast<int>(rows.size()));
       const auto row = static_cast<size_t>(rows[static_cast<size_t>(position)]);
-      ASSERT_EQ(table.table.cell(name, position + 1, id), column.cells[row - 1])
-          << told(table, name, {id, position + 1});
+      const Cell cell = table.table.cell(name, position + 1, id);
+      const Cell& wanted = column.cells[row - 1];
+      ASSERT_EQ(cell, wanted) << to_text(cell, column.type) << " for "
+                              << to_text(wanted, column.type) << " in "
+                              << told(table, name, {id, position + 1});
     }
   }
 }

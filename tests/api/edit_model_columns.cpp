@@ -43,8 +43,10 @@ int any_type(EditModel& model) {
   return kTypes[model.random.below(static_cast<int>(std::size(kTypes)))];
 }
 
-/// All types alike, though most columns of a table may have one.
+/// All types alike, though most columns of a table may have one, and often the newest, which may be
+/// a conversion itself.
 const NamedColumn& any_source(EditModel& model, ModelTable& table) {
+  if (model.random.chance(30)) return table.columns.back();
   const int type = any_type(model);
   for (const NamedColumn& column : table.columns) {
     if (column.column.type == type && model.random.chance(70)) return column;
