@@ -110,6 +110,18 @@ int first_uses(const std::vector<int>& codes, int values, int threads, int* out)
   });
 }
 
+int rows_in(const int* rows, int count, const std::vector<int>& others, bool in, int table_rows,
+            int* out) {
+  std::vector<char> marks(static_cast<size_t>(table_rows) + 1);
+  for (const int row : others) marks[static_cast<size_t>(row)] = 1;
+  int kept = 0;
+  for (int i = 0; i < count; ++i) {
+    out[kept] = rows[i];
+    kept += (marks[static_cast<size_t>(rows[i])] != 0) == in;
+  }
+  return kept;
+}
+
 double sum_of_cells(const std::vector<int>& codes, const std::vector<double>& values, int count) {
   double sum = 0;
   static unsigned position = 0;  // other cells each time

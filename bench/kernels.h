@@ -23,6 +23,11 @@ int scan_hits(const std::vector<int>& codes, const std::vector<unsigned char>& h
 /// use comes out once for each. Returns how many.
 int first_uses(const std::vector<int>& codes, int values, int threads, int* out);
 
+/// Those of `count` rows that are in `others`, or those that are not, by one byte for each row of
+/// the table. Returns how many.
+int rows_in(const int* rows, int count, const std::vector<int>& others, bool in, int table_rows,
+            int* out);
+
 /// Sum of the values of `count` pseudo-random rows: a code, then its value.
 double sum_of_cells(const std::vector<int>& codes, const std::vector<double>& values, int count);
 

@@ -18,7 +18,7 @@ constexpr int kWindowRows = 16384;
 /// From fewer rows than this going through all marks of a window costs more than the rows.
 constexpr size_t kFewRows = kWindowRows / 64;
 /// Looking a row up in an ordered list costs as much as marking about so many.
-constexpr size_t kMarksPerLookup = 32;
+constexpr size_t kMarksPerLookup = 64;
 
 bool ascends(RowSpan rows) {
   int disorder = 0;
@@ -55,9 +55,10 @@ class Window {
     if (rows.size() * kMarksPerLookup < others.size()) return put_looked_up(in, rows, others, out);
     mark(others);
     const unsigned char flip = in ? 0 : 1;
+    const int first = first_;  // which no store below can change
     for (const int row : rows) {
       *out = row;
-      out += marks_[row - first_] ^ flip;
+      out += marks_[row - first] ^ flip;
     }
     unmark(others);
     return out;
@@ -83,15 +84,18 @@ class Window {
   }
 
  private:
-  void mark(RowSpan rows) {
-    for (const int row : rows) marks_[row - first_] = 1;
+  void mark(RowSpan rows) { set_marks(rows, 1); }
+
+  void set_marks(RowSpan rows, unsigned char mark) {
+    const int first = first_;  // which no store below can change
+    for (const int row : rows) marks_[row - first] = mark;
   }
 
   void unmark(RowSpan rows) {
     if (rows.size() >= kFewRows) {
       memset(marks_, 0, sizeof marks_);
     } else {
-      for (const int row : rows) marks_[row - first_] = 0;
+      set_marks(rows, 0);
     }
   }
 

@@ -11,6 +11,25 @@ RowSpan rows_of(const TSetArray& set) {
   return {set.PIntAr(), static_cast<size_t>(set.FArraySize)};
 }
 
+/// The root set and its like, whose rows need not be read.
+bool has_all_rows(const TRealTable& table, const TSetArray& set) {
+  return set.FArraySize == table.TotalRecs() && set.is_counted_up();
+}
+
+using Combine = std::unique_ptr<TSetArray> (*)(int op, int totalRows, RowSpan a, RowSpan b);
+
+std::unique_ptr<TSetArray> combined(const TRealTable& table, Combine combine, int op, int set1,
+                                    int set2) {
+  const TSetArray& a = *table.GetSet(set1);
+  const TSetArray& b = *table.GetSet(set2);
+  const int total = table.TotalRecs();
+  if (op == QX_SET_ANDNOT && has_all_rows(table, a)) return SetOpeNot(total, rows_of(b));
+  // What is left of the other operand is its rows in order.
+  if (op == QX_SET_AND && has_all_rows(table, a)) return combine(QX_SET_OR, total, rows_of(b), {});
+  if (op == QX_SET_AND && has_all_rows(table, b)) return combine(QX_SET_OR, total, rows_of(a), {});
+  return combine(op, total, rows_of(a), rows_of(b));
+}
+
 /// `make()` registered with the table, unless it has too many sets or lacks one of `sets`.
 template <class Make>
 int add_result(TRealTable& table, const char* layer, std::initializer_list<int> sets, Make&& make) {
@@ -28,15 +47,13 @@ int add_result(TRealTable& table, const char* layer, std::initializer_list<int> 
 }  // namespace
 
 int TRealTable::SetOpe(int op, int set1, int set2) {
-  return add_result(*this, "SetOpe", {set1, set2}, [&] {
-    return SetOpeCommon(op, TotalRecs(), rows_of(*GetSet(set1)), rows_of(*GetSet(set2)));
-  });
+  return add_result(*this, "SetOpe", {set1, set2},
+                    [&] { return combined(*this, SetOpeCommon, op, set1, set2); });
 }
 
 int TRealTable::MppSetOpe(int op, int set1, int set2) {
-  return add_result(*this, "MppSetOpe", {set1, set2}, [&] {
-    return MppSetOpeCommon(op, TotalRecs(), rows_of(*GetSet(set1)), rows_of(*GetSet(set2)));
-  });
+  return add_result(*this, "MppSetOpe", {set1, set2},
+                    [&] { return combined(*this, MppSetOpeCommon, op, set1, set2); });
 }
 
 int TRealTable::SetNot(int set) {

@@ -182,6 +182,20 @@ TEST_F(SetOperationsTest, TakeTheCurrentSetForANegativeId) {
   EXPECT_EQ(table.rows(QXSetNotReal(table.id(), set)), (Rows{1, 3}));
 }
 
+// The root set is not read; all orders of the other operand come out alike.
+TEST_F(SetOperationsTest, TakeTheRootSetLikeAnyOther) {
+  constexpr int kTotal = 6;
+  const TestTable table({{"a", ints(Rows(kTotal, 1))}});
+  const Rows all = each(1, 1, kTotal);
+  for (const Rows& rows : {Rows{}, Rows{2, 5}, Rows{5, 2, 5}, each(1, 1, 5), all, Rows(9, 3)}) {
+    const int set = table.add_set(rows);
+    for (const int op : kOperations) {
+      EXPECT_EQ(table.rows(RQXSetOpeReal(table.id(), op, 1, set)), combined(op, kTotal, all, rows));
+      EXPECT_EQ(table.rows(RQXSetOpeReal(table.id(), op, set, 1)), combined(op, kTotal, rows, all));
+    }
+  }
+}
+
 TEST_F(SetOperationsTest, GiveRowOrderWithoutNameAndAttributeBlock) {
   const TestTable table({{"a", ints({3, 1, 2})}});
   const int sorted = table.sort("a");
