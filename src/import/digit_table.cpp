@@ -11,13 +11,14 @@ namespace qxe {
 namespace {
 
 constexpr int kWord = 8;
-int kZeros[1 << 12] = {};  // never written
 
 uint64_t repeated(char byte) {
   return 0x0101010101010101 * static_cast<uint64_t>(static_cast<unsigned char>(byte));
 }
 
 }  // namespace
+
+int DigitTable::no_page_[kPageSize] = {};
 
 inline unsigned DigitTable::key(int layout, int digits) {
   const bool fits = static_cast<unsigned>(digits) < 1u << kDigitBits;  // and is not -1
@@ -86,7 +87,7 @@ void DigitTable::find_all(std::span<const Cell> cells, int* numbers, KeyOf&& key
   const int* places[TextTable::kMaxCells];
   for (size_t i = 0; i < cells.size(); ++i) {
     const unsigned key = key_of(cells[i]);
-    places[i] = places_[key >> kPageBits] + (key & ((1u << kPageBits) - 1));
+    places[i] = places_[key >> kPageBits] + (key & (kPageSize - 1));
     __builtin_prefetch(places[i]);
   }
   for (size_t i = 0; i < cells.size(); ++i) numbers[i] = *places[i];
@@ -108,16 +109,21 @@ void DigitTable::find(std::span<const Cell> cells, int* numbers) const {
 void DigitTable::add(const Cell& cell, int number) {
   const unsigned key = key_of(cell);
   if (key == kNoKey) return;
-  if (places_.empty()) places_.assign((kNoKey >> kPageBits) + 1, kZeros);
+  if (places_.empty()) places_.assign((kNoKey >> kPageBits) + 1, no_page_);
   int*& page = places_[key >> kPageBits];
-  if (page == kZeros) {
+  if (page == no_page_) {
     const auto pages = static_cast<long>(pages_.size());
     if (pages >= kFreePages + entries_ / kEntriesPerPage) return;
-    pages_.push_back(make_cleared_block<int>(1L << kPageBits));
+    pages_.push_back(make_cleared_block<int>(kPageSize));
     page = pages_.back().get();
   }
-  page[key & ((1u << kPageBits) - 1)] = number;
+  page[key & (kPageSize - 1)] = number;
   ++entries_;
+}
+
+void DigitTable::close() {
+  places_ = std::vector<int*>();
+  pages_.clear();
 }
 
 }  // namespace qxe

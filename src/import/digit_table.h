@@ -25,6 +25,8 @@ class DigitTable : NonCopyable {
   void find(std::span<const Cell> cells, int* numbers) const;
   /// Gives a text its number, above 0, if it is of the shape and the table remains dense.
   void add(const Cell& cell, int number);
+  /// Forgets all texts and gives the memory back.
+  void close();
 
  private:
   using Page = std::unique_ptr<int[], ZvkFree>;
@@ -33,6 +35,8 @@ class DigitTable : NonCopyable {
   static constexpr unsigned kLayouts = 7;
   static constexpr unsigned kNoKey = kLayouts << kDigitBits;
   static constexpr int kPageBits = 12;
+  static constexpr unsigned kPageSize = 1u << kPageBits;
+  static int no_page_[kPageSize];  // zeros, where there is no page; never written
   // Sparse pages beyond these need some entries each.
   static constexpr long kFreePages = 64;
   static constexpr long kEntriesPerPage = 256;
@@ -48,7 +52,7 @@ class DigitTable : NonCopyable {
 
   const DigitShape shape_;
   std::vector<Page> pages_;
-  std::vector<int*> places_;  // of the pages, by key; a page of zeros where there is none
+  std::vector<int*> places_;  // of the pages, by key
   long entries_ = 0;
 };
 

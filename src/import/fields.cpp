@@ -123,6 +123,7 @@ void TextField<Array>::add_values(std::span<const Cell> texts) {
 
 template <class Array>
 void TextField<Array>::Compile() {
+  digits_.close();
   texts_.close();
   if (dropped_) forget_unused_texts();
 }

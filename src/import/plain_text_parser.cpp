@@ -20,9 +20,9 @@ void CPlainTextParser::parse_lines(const char* begin, const char* end) {
     const char* const next = std::min(stop + 1, end);
     if (stop > line && stop[-1] == '\r') --stop;
     const std::string_view value = removeQuotes({line, static_cast<size_t>(stop - line)});
-    if (value.size() > kMaxUnquotedCell) return take_bad_scan(QX_ERROR_TEXT_FIELD, next);
+    if (value.size() > kMaxUnquotedCell) return take_bad_scan(QX_ERROR_TEXT_FIELD);
     line_cells()[0] = {value.data(), static_cast<int>(value.size())};
-    take_row(next);
+    take_row();
     line = next;
   }
 }

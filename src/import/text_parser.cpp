@@ -65,8 +65,7 @@ void CTextParser::parse_wanted_rows(const char* begin, const char* end, bool las
 
 /// No cell outlives its block: the last batch is stored with it.
 void CTextParser::parse_block(const char* begin, const char* end, bool last) {
-  block_ = position_ = begin;
-  lines_before_block_ = lines_;
+  block_ = {begin, static_cast<size_t>(end - begin)};
   if (last) data_end_ = end;
   parse_lines(begin, end);
   store_batch();
@@ -84,15 +83,13 @@ Cell CTextParser::unquoted(const Cell& cell, bool doubled) {
   return {text.data(), size};
 }
 
-void CTextParser::take_row(const char* next) {
-  position_ = next;
+void CTextParser::take_row() {
   ++lines_;
   if (++batch_rows_ == batch_size_) store_batch();
 }
 
-bool CTextParser::begin_fault(const char* next) {
+bool CTextParser::begin_fault() {
   store_batch();
-  position_ = next;
   ++lines_;
   return layout_.error_mode != ErrorMode::kNone;
 }
@@ -101,8 +98,8 @@ void CTextParser::fail_unless_skipping(int status) const {
   if (layout_.error_mode != ErrorMode::kSkipLine) throw CQXException(status);
 }
 
-void CTextParser::take_bad_scan(int status, const char* next) {
-  const bool logged = begin_fault(next);
+void CTextParser::take_bad_scan(int status) {
+  const bool logged = begin_fault();
   const int line = static_cast<int>(lines_);
   if (status == QX_ERROR_TEXT_FIELD) {
     if (logged) errors_.SetLogMsg(kErrStringSize, line, file_.c_str());
@@ -112,22 +109,22 @@ void CTextParser::take_bad_scan(int status, const char* next) {
   fail_unless_skipping(QX_ERROR_INVALID_DATA);
 }
 
-void CTextParser::take_bad_count(int fields, const char* next) {
-  if (begin_fault(next)) {
+void CTextParser::take_bad_count(int fields) {
+  if (begin_fault()) {
     errors_.SetLogMsg(kErrFieldCount, inputs(), fields, static_cast<int>(lines_));
   }
   fail_unless_skipping(QX_ERROR_CATALOG);
 }
 
-void CTextParser::take_surplus(const char* next) {
-  if (begin_fault(next)) {
+void CTextParser::take_surplus() {
+  if (begin_fault()) {
     errors_.SetLogMsg(kErrSurplusFields, inputs(), inputs(), static_cast<int>(lines_));
   }
   fixed_width_fault();
 }
 
-void CTextParser::take_short_field(int width, int size, const char* next) {
-  if (begin_fault(next)) {
+void CTextParser::take_short_field(int width, int size) {
+  if (begin_fault()) {
     errors_.SetLogMsg(kErrFieldWidth, width, size, static_cast<int>(lines_));
   }
   fixed_width_fault();
@@ -183,11 +180,11 @@ void CTextParser::handle_faults() {
   rows_ -= static_cast<long>(dropped.size());
 }
 
-/// Takes the lines of the block so far for typical ones.
+/// Takes the lines of the block for typical ones.
 void CTextParser::reserve_rows() {
-  const auto lines = static_cast<double>(lines_ - lines_before_block_);
-  const double line_size = static_cast<double>(position_ - block_) / lines;
-  const double rows = static_cast<double>(size_) / line_size * 1.01 + 16;
+  const auto lines = static_cast<double>(std::count(block_.begin(), block_.end(), '\n') + 1);
+  const double share = static_cast<double>(size_) / static_cast<double>(block_.size());
+  const double rows = lines * share * 1.01 + 16;
   const long wanted = std::min(static_cast<long>(rows), limit_);
   for (const auto& field : fields_) field->CreateMemCache(wanted);
 }
@@ -213,7 +210,7 @@ inline const char* DelimitedParser<N>::take_plain_line(const char* line, const c
     line = stops[i] + 1;
   }
   if (cells[last].size > 0 && line[-2] == '\r') --cells[last].size;
-  this->take_row(line);
+  this->take_row();
   return line;
 }
 
@@ -231,16 +228,16 @@ const char* DelimitedParser<N>::parse_line(Finder& finder, const char* line, con
       const char* const line_end = std::find(stop, end, '\n');
       const char* const next = line_end < end ? line_end + 1 : end;
       finder.seek(next);
-      this->take_bad_scan(status, next);
+      this->take_bad_scan(status);
       return next;
     }
     begin = stop + 1;
     if (stop < end && *stop != '\n') continue;
     const char* const next = std::min(begin, end);
     if (++fields == wanted) {
-      this->take_row(next);
+      this->take_row();
     } else {
-      this->take_bad_count(fields, next);
+      this->take_bad_count(fields);
     }
     return next;
   }
@@ -285,12 +282,12 @@ void CValueListParser::parse_lines(const char* begin, const char* end) {
       finder.seek(stop);
       stop = finder.next();
     } else {
-      take_row(std::min(stop + 1, end));
+      take_row();
     }
     value = stop + 1;
     if (value != end || *stop != ',') continue;
     line_cells()[0] = {value, 0};  // what a last comma separates
-    take_row(end);
+    take_row();
   }
 }
 
@@ -316,13 +313,13 @@ void CFixedLengthParser::parse_line(const char* line, const char* stop, const ch
     const int width = layout_.inputs[static_cast<size_t>(i)].width;
     const int size = static_cast<int>(std::min<long>(width, stop - line));
     if (size < width && !(open_end && i == inputs() - 1)) {
-      return take_short_field(width, size, next);
+      return take_short_field(width, size);
     }
     line_cells()[i] = {line, size};
     line += size;
   }
-  if (line < stop) return take_surplus(next);
-  take_row(next);
+  if (line < stop) return take_surplus();
+  take_row();
 }
 
 std::unique_ptr<CTextParser> make_parser(const DataLayout& layout, const std::string& file,

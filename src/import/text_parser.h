@@ -60,13 +60,13 @@ class CTextParser : NonCopyable {
   /// A quoted cell without its quotes; the text stays until the batch is stored.
   Cell unquoted(const Cell& cell, bool doubled);
 
-  // Each ends a line, whose follower begins at `next`.
-  void take_row(const char* next);
-  void take_bad_scan(int status, const char* next);
-  void take_bad_count(int fields, const char* next);
+  // Each ends a line.
+  void take_row();
+  void take_bad_scan(int status);
+  void take_bad_count(int fields);
   /// Of fixed width: bytes left behind the last field, or a field shorter than it should be.
-  void take_surplus(const char* next);
-  void take_short_field(int width, int size, const char* next);
+  void take_surplus();
+  void take_short_field(int width, int size);
 
   const DataLayout& layout_;
 
@@ -77,7 +77,7 @@ class CTextParser : NonCopyable {
   };
 
   /// Counts a bad line, the batch before it being stored; true when faults are logged.
-  bool begin_fault(const char* next);
+  bool begin_fault();
   void fixed_width_fault() const;
   /// Ends the import, unless bad lines are left out.
   void fail_unless_skipping(int status) const;
@@ -105,11 +105,9 @@ class CTextParser : NonCopyable {
   std::vector<Fault> faults_;
   std::vector<int> bad_;  // positions in a batch
 
-  long size_ = 0;   // of the share
-  long limit_ = 0;  // rows wanted
-  const char* block_ = nullptr;
-  long lines_before_block_ = 0;
-  const char* position_ = nullptr;  // behind the lines read of the block
+  long size_ = 0;                   // of the share
+  long limit_ = 0;                  // rows wanted
+  std::string_view block_;          // in memory
   const char* data_end_ = nullptr;  // once the block in memory is the data's last
   long lines_ = 0;
   long rows_ = 0;

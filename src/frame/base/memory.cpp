@@ -89,7 +89,8 @@ class LargeBlocks {
   /// Notes the size that a block has got within its capacity.
   void resize(void* block, size_t size) noexcept {
     std::lock_guard<std::mutex> guard(lock_);
-    used_.find(block)->second = {size, used_.find(block)->second.capacity};
+    UsedBlock& used = used_.find(block)->second;
+    used = {size, used.capacity};
   }
 
   void release_cache(size_t keep) noexcept {
