@@ -348,7 +348,7 @@
 
 /* Status codes: high-speed search, join summaries and totals. */
 
-/** A high-speed filter cannot be modified. */
+/** A filter enabled for high-speed search cannot be modified, nor its table gain or lose rows. */
 #define QX_ERROR_HIGH_SPEED_FILTER ((int)0xe0000136)
 /** A join summary above 2,000,000,000 rows. */
 #define QX_ERROR_JOIN_SUM_ROWS ((int)0xe0000140)

@@ -1,4 +1,4 @@
-// Searches, sorts and sets that a client adds.
+// Searches, marks, sorts and sets that a client adds.
 #include "edit_model_operations.h"
 #include "support/engine_test.h"
 
@@ -29,8 +29,27 @@ std::string search(EditModel& model) {
   const Cell high = model.random.bound(column);
   const int source = set.id;
   auto rows = table.model().search(name, ope, low, high, set.rows);
-  adopt_set(model, table, table.table.search(name, ope, low, high, source), std::move(rows));
+  const int found = table.table.search(name, ope, low, high, source);
+  // With a mark that works the rows come in the filter's order.
+  if (RQXHighSpeedSearchHasMark(table.id(), source, table.table.filter(name)) == 1 &&
+      table.table.rows(found) != rows) {
+    rows = table.model().sort({{name, QX_SORT_ASC}}, rows);
+  }
+  adopt_set(model, table, found, std::move(rows));
   return told(table, "search " + name, {source, ope});
+}
+
+/// Marks a set and freezes the filter for a moment. The order stays until the next edit.
+std::string mark(EditModel& model) {
+  ModelTable& table = model.any_table();
+  const int set = model.any_set(table).id;
+  const int filter = table.table.filter(model.any_column(table).name);
+  model.expect_status(RQXHighSpeedSearchSetMark(table.id(), set, filter, true), 0);
+  model.expect_status(RQXHighSpeedSearchEnable(table.id(), filter, true), 0);
+  model.expect_status(RQXInsertRealRows(table.id(), 1, 1), QX_ERROR_HIGH_SPEED_FILTER);
+  drain_ring();
+  model.expect_status(RQXHighSpeedSearchEnable(table.id(), filter, false), 0);
+  return told(table, "mark", {set, filter});
 }
 
 std::string sort(EditModel& model) {
@@ -58,7 +77,7 @@ std::string add_set(EditModel& model) {
 }  // namespace
 
 std::vector<EditOperation> selections() {
-  return {{search, 5}, {sort, 3}, {add_set, 3}};
+  return {{search, 5}, {mark, 3}, {sort, 3}, {add_set, 3}};
 }
 
 }  // namespace qxe::test
