@@ -1410,10 +1410,11 @@ QXE_API int RQXFillRealExStrR1(int table, int filter, int set, int start, int co
 /*
  * Search by value
  *
- * A search makes a new set of the rows of a set that meet a condition, in the set's order. ope: a
- * QX_OPE_ code. value1, value2: in, addresses of an int, a double, a Numeric at the filter's scale,
- * or the text itself; value2 is read by BETWEEN and WITHIN only, neither by ISNULL, and what is not
- * read may be null. Nothing is written to them. Result: the new set's id.
+ * A search makes a new set of the rows of a set that meet a condition, in the set's order, or by a
+ * mark for high-speed search (see there) in the filter's. ope: a QX_OPE_ code. value1, value2: in,
+ * addresses of an int, a double, a Numeric at the filter's scale, or the text itself; value2 is
+ * read by BETWEEN and WITHIN only, neither by ISNULL, and what is not read may be null. Nothing is
+ * written to them. Result: the new set's id.
  *
  * NULL rows are hit only when NULL is asked for: by ISNULL, by EQ and GEQ with a NULL value1, and
  * by BETWEEN from NULL; with QX_OPE_STRICT a NULL bound gives an empty set. In string filters the
@@ -1546,7 +1547,7 @@ QXE_API int RQXSearchByFieldDblR1(int table, int filter, int set, int ope, doubl
  * row numbers make no use of marks.
  *
  * A mark works while the filter is enabled, and an enabled filter is frozen: to write to it, to
- * change its number of digits, to insert rows into its table or delete some fails with
+ * change its scale or rounding mode, to insert rows into its table or delete some fails with
  * QX_ERROR_HIGH_SPEED_FILTER before anything is changed. Deleting the filter is allowed. Once it is
  * no longer enabled, its marks work until the first change of the filter or of the table's rows and
  * again after the next RQXHighSpeedSearchEnable. Deleting the set or the filter takes the mark
