@@ -4,6 +4,9 @@
 
 #include <memory>
 
+#include "search/scan_kernels.h"
+#include "storage/family.h"
+
 namespace qxe {
 
 class TFilter;
@@ -25,6 +28,9 @@ struct TextCondition {
 /// the source's attribute block.
 std::unique_ptr<TSetArray> search_texts(const TSetArray& source, const TFilter& filter,
                                         const TextCondition& condition);
+
+/// Entries of an ascending list that begin with `prefix`.
+ValueRange with_prefix(const ValueView<TStrArray>& list, const char* prefix);
 
 /// A test of a text costs far more than a row of a scan, so fewer of them are worth a worker.
 long texts_per_worker();

@@ -26,7 +26,7 @@ long TRealTable::GetMemSize() const {
   size += static_cast<long>(filters_.capacity() * sizeof(TFilter*));
   for (const auto& set : sets_) size += set->GetMemSize();
   for (const auto& filter : filters_) size += filter->GetMemSize();
-  return size;
+  return size + find_cursor_.GetMemSize();
 }
 
 long TRealTable::GetBorrowedSize() const {
