@@ -81,7 +81,7 @@ struct TextTest {
 
 struct TextTestParams {
   TextTest test;
-  Slice slice;
+  Slice slice{};
 };
 
 void test_texts(const TextTest& test, ValueRange entries) {

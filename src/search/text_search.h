@@ -14,11 +14,11 @@ class TSetArray;
 
 /// A test of one text.
 struct TextCondition {
-  bool (*matches)(const char* text, const char* pattern);
-  const char* pattern;
+  bool (*matches)(const char* text, const char* pattern) = nullptr;
+  const char* pattern = "";
   /// Bytes that stand in every text that matches, so that many texts can be looked through as one;
   /// "" when no such bytes are known.
-  const char* piece;
+  const char* piece = "";
   bool negate = false;
   /// Bytes with which every text that matches begins: only those texts are tested.
   const char* prefix = "";
