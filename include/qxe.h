@@ -1572,6 +1572,91 @@ QXE_API int RQXHighSpeedSearchEnable(int table, int filter, bool on);
 QXE_API int RQXHighSpeedSearchIsEnabled(int table, int filter);
 
 /*
+ * Find cursors
+ *
+ * A find cursor is for browsing: it marks all rows of a real table that meet a condition, without
+ * making a set, and RQXGetNextHitReal then steps from hit to hit within any set of the table. A
+ * table has one cursor at most. Opening closes the one before, also when it fails. A cursor also
+ * closes when rows are inserted or deleted and when its filter is deleted; one whose rows are
+ * overwritten keeps its marks as they are.
+ *
+ * ope: a QX_OPE_ code, EQ to GT, in string filters to ENDS, without QX_OPE_STRICT. v1, v2: the
+ * bounds; v2 is read by BETWEEN and WITHIN only. Here NULL is the lowest value and nothing more:
+ * LEQ, LES and NEQ hit NULL rows.
+ *
+ * Result of the opening calls: the cursor's search id, above 0, which no cursor of the table had
+ * before. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_FILTER_INDEX for an unknown
+ * filter, QX_ERROR_TYPE_MISMATCH for one of another type, QX_ERROR_OPERATION for ope,
+ * QX_ERROR_PARAMETER for a null v1 or v2 that would be read.
+ */
+
+/** Opens a cursor on a string filter. v1, v2: in. */
+QXE_API int RQXOpenStrFindReal(int table, int filter, int ope, char* v1, char* v2);
+
+/** As RQXOpenStrFindReal. */
+QXE_API int QXOpenStrFindReal(int table, int filter, int ope, char* v1, char* v2);
+
+/** RQXOpenStrFindReal with values in Shift_JIS. Failures: also QX_ERROR_LOCALE unless that is the
+ * database's code. */
+QXE_API int RQXOpenStrFindRealSJIS(int table, int filter, int ope, char* v1, char* v2);
+
+/** RQXOpenStrFindReal with values in the code of a locale. localeId: QX_LOCALE_ value, or 99 for no
+ * check. Failures: also QX_ERROR_LOCALE unless it is the database's. */
+QXE_API int RQXOpenStrFindRealLocale(int table, int filter, int ope, char* v1, char* v2,
+                                     int localeId);
+
+/** Opens a cursor on an integer filter. */
+QXE_API int RQXOpenIntFindReal(int table, int filter, int ope, int v1, int v2);
+
+/** As RQXOpenIntFindReal. */
+QXE_API int QXOpenIntFindReal(int table, int filter, int ope, int v1, int v2);
+
+/** Opens a cursor on a filter of floats, dates, times or date-times. */
+QXE_API int RQXOpenFloatFindReal(int table, int filter, int ope, double v1, double v2);
+
+/** As RQXOpenFloatFindReal. */
+QXE_API int QXOpenFloatFindReal(int table, int filter, int ope, double v1, double v2);
+
+/** Opens a cursor on a decimal filter; v1, v2 at the filter's scale. */
+QXE_API int RQXOpenNumericFindReal(int table, int filter, int ope, Numeric v1, Numeric v2);
+
+/** Tells about the open cursor. hitCount: out, rows hit in the whole table, one more when the
+ * condition holds for NULL. filterId: out, its filter. Result: its search id; 0 when none is open,
+ * outputs untouched. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL. */
+QXE_API int RQXGetFindStatus(int table, int* hitCount, int* filterId);
+
+/** As RQXGetFindStatus. */
+QXE_API int QXGetFindStatus(int table, int* hitCount, int* filterId);
+
+/** Finds the next hit in a set. searchId: of the open cursor. position: from 1, the place behind
+ * which (or, with backward not 0, before which) the search begins: 0 for the first hit, the set's
+ * size + 1 backward for the last; what lies outside the set means its nearer end. filterId: out,
+ * the cursor's filter. hitPosition: out, the hit's position in the set. Result: 1; at the end 0,
+ * hitPosition untouched. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_FIND_CLOSED when
+ * no cursor is open, QX_ERROR_FIND_ID for another searchId, QX_ERROR_NO_SET. */
+QXE_API int RQXGetNextHitReal(int table, int searchId, int set, int position, int backward,
+                              int* filterId, int* hitPosition);
+
+/** As RQXGetNextHitReal. */
+QXE_API int QXGetNextHitReal(int table, int searchId, int set, int position, int backward,
+                             int* filterId, int* hitPosition);
+
+/** Closes the cursor. Result: 0, also when none is open. Failures: QX_ERROR_NO_TABLE,
+ * QX_ERROR_NOT_REAL. */
+QXE_API int RQXCloseFindReal(int table);
+
+/** As RQXCloseFindReal. */
+QXE_API int QXCloseFindReal(int table);
+
+/** Looks a row up in a set of a real table. row: its number. Result: the position (from 1) of its
+ * first occurrence, 0 when the set has it not. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL,
+ * QX_ERROR_NO_SET. */
+QXE_API int RQXFindRecNoReal(int table, int set, int row);
+
+/** As RQXFindRecNoReal. */
+QXE_API int QXFindRecNoReal(int table, int set, int row);
+
+/*
  * Sorting
  *
  * A sort makes a new set with the rows of a set in sorted order and makes it current. Rows with

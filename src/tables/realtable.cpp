@@ -30,7 +30,7 @@ long TRealTable::GetMemSize() const {
     // The sets have counted them.
     for (const TSortedSetArray* sorted : filter->sorted_sets()) size -= sorted->GetMemSize();
   }
-  return size;
+  return size + find_cursor_.GetMemSize();
 }
 
 long TRealTable::GetBorrowedSize() const {

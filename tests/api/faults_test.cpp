@@ -303,6 +303,42 @@ INSTANTIATE_TEST_SUITE_P(
         adding_set("OfStringsInFile", search_file<kString>), adding_set("AddSet", add_set)),
     case_name<Operation>);
 
+// ... that open a find cursor
+
+std::string hits_of_cursor(const Base& base, int search) {
+  std::string text;
+  int filter = 0;
+  int position = 0;
+  while (RQXGetNextHitReal(base.id(), search, 1, position, 0, &filter, &position) == 1) {
+    text += std::to_string(position) + " ";
+  }
+  return text;
+}
+
+void close_cursor(const Base& base, int) {
+  require(RQXCloseFindReal(base.id()), "RQXCloseFindReal");
+}
+
+Operation opening_find(const char* name, std::function<int(const Base&)> call) {
+  return {name, std::move(call), hits_of_cursor, close_cursor};
+}
+
+INSTANTIATE_TEST_SUITE_P(Finds, FaultsTest,
+                         testing::Values(opening_find("Integers",
+                                                      [](const Base& base) {
+                                                        return RQXOpenIntFindReal(
+                                                            base.id(), base.filter(kInt),
+                                                            QX_OPE_LEQ, 100, 0);
+                                                      }),
+                                         opening_find("Texts",
+                                                      [](const Base& base) {
+                                                        char text[] = "a";
+                                                        return RQXOpenStrFindReal(
+                                                            base.id(), base.filter(kString),
+                                                            QX_OPE_CONTAINS, text, nullptr);
+                                                      })),
+                         case_name<Operation>);
+
 // ... that add a filter
 
 std::string values_of_filter(const Base& base, int filter) {
@@ -625,6 +661,7 @@ class ChangesTest : public EngineTest, public testing::WithParamInterface<Operat
   bool run(const Fault& fault, const std::string& wanted) {
     RQXClearDB();
     const Base base;
+    const int cursor = RQXOpenIntFindReal(base.id(), base.filter(kInt), QX_OPE_GEQ, 0, 0);
     RQXSetSavedFlag(1, 1, 1);
     drain_ring();
     const std::string before = database_text();
@@ -639,6 +676,8 @@ class ChangesTest : public EngineTest, public testing::WithParamInterface<Operat
       expect_failure(status,
                      fault.kind == FaultKind::kFileCall ? QX_ERROR_FILE : QX_ERROR_OUT_OF_MEMORY);
       EXPECT_EQ(database_text(), before);
+      int count = 0, filter = 0;
+      EXPECT_EQ(RQXGetFindStatus(base.id(), &count, &filter), cursor);
       status = GetParam().call(base);
     }
     EXPECT_EQ(outcome(base, status), wanted);

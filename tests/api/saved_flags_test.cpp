@@ -168,6 +168,10 @@ INSTANTIATE_TEST_SUITE_P(
             "Enable",
             [](const TestTable& table) { return RQXHighSpeedSearchEnable(table.id(), 1, true); },
             kTables},
+        ChangeCase{
+            "OpenFind",
+            [](const TestTable& table) { return RQXOpenIntFindReal(table.id(), 1, 0, 2, 2); },
+            kNone},
         ChangeCase{"Sort",
                    [](const TestTable& table) { return RQXSortByField(table.id(), 1, 1, 0); },
                    kSets},
