@@ -1577,8 +1577,8 @@ QXE_API int RQXHighSpeedSearchIsEnabled(int table, int filter);
  * A find cursor is for browsing: it marks all rows of a real table that meet a condition, without
  * making a set, and RQXGetNextHitReal then steps from hit to hit within any set of the table. A
  * table has one cursor at most. Opening closes the one before, also when it fails. A cursor also
- * closes when rows are inserted or deleted and when its filter is deleted; one whose rows are
- * overwritten keeps its marks as they are.
+ * closes when rows are inserted or deleted, or would be but for a high-speed filter, and when its
+ * filter is deleted; one whose rows are overwritten keeps its marks as they are.
  *
  * ope: a QX_OPE_ code, EQ to GT, in string filters to ENDS, without QX_OPE_STRICT. v1, v2: the
  * bounds; v2 is read by BETWEEN and WITHIN only. Here NULL is the lowest value and nothing more:

@@ -67,10 +67,10 @@ int TRealTable::InsRows(int pos, int count) {
   if (count > kMaxTotalRows - total) {
     return report("InsRows", QX_ERROR_ROW_SIZE, "RowSize overflow");
   }
+  CloseFind();  // also when a high-speed filter refuses the rows
   check_rows_changeable();
   reserve_rows(total + count);
   // Nothing fails from here on.
-  CloseFind();
   root_set().InitAsSet();
   const int at = std::clamp(pos, 1, total + 1);
   for (const auto& filter : filters_) filter->Taint();
@@ -84,12 +84,12 @@ int TRealTable::InsRows(int pos, int count) {
 
 /// Deletes the marked rows and returns their number.
 int TRealTable::delete_rows(RowDeletion& deletion) {
+  CloseFind();  // also when a high-speed filter refuses the change
   check_rows_changeable();
   CheckMergeFilterTVL(true);  // so that no tail entry has a row to renumber
   const int total = TotalRecs();
   const int deleted = deletion.close();
   // Nothing fails from here on.
-  CloseFind();
   for (const auto& filter : filters_) filter->Taint();
   for_each_array(GetNFilter(), total, [&](size_t i) {
     TIntArray& pv = *filters_[i]->PVL;

@@ -128,14 +128,15 @@ std::string any_pattern(EditModel& model, const Column& column) {
 std::string search_pattern(EditModel& model) {
   ModelTable& table = model.any_table();
   const ModelSet& set = model.any_set(table);
-  const auto& [name, column] = model.any_column(table);
+  const NamedColumn& target = model.any_column(table);
+  const Column& column = target.column;
   if (column.type != QX_DT_STRING) return "no strings to match";
   const std::string pattern = any_pattern(model, column);
   const auto parts = pattern_parts(pattern, model.locale);
   const auto call = model.random.chance(50) ? RQXSearchByFieldWildCard : QXSearchByFieldWildCard;
   const int source = set.id;
-  const int found = call(table.id(), table.table.filter(name), source, pattern.c_str());
-  std::string what = told(table, "search " + name + " for pattern " + pattern, {source});
+  const int found = call(table.id(), table.table.filter(target.name), source, pattern.c_str());
+  std::string what = told(table, "search " + target.name + " for pattern " + pattern, {source});
   if (!parts) {
     model.expect_status(found, QX_ERROR_PARAMETER);
     drain_ring();

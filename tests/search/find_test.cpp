@@ -227,6 +227,18 @@ INSTANTIATE_TEST_SUITE_P(
                    false, true},
         ChangeCase{"RefusedDelete", [](int table) { return RQXDeleteRealRows(table, 9, 1); }, false,
                    true},
+        ChangeCase{"FrozenInsert",
+                   [](int table) {
+                     RQXHighSpeedSearchEnable(table, 1, true);
+                     return RQXInsertRealRows(table, 1, 1);
+                   },
+                   true, true},
+        ChangeCase{"FrozenDelete",
+                   [](int table) {
+                     RQXHighSpeedSearchEnable(table, 1, true);
+                     return RQXDeleteRealRows(table, 5, 1);
+                   },
+                   true, true},
         ChangeCase{"DropItsFilter", [](int table) { return RQXDeleteRealFilter(table, 1); }, true},
         ChangeCase{"DropAnother", [](int table) { return RQXDeleteRealFilter(table, 2); }, false},
         ChangeCase{"Overwrite", [](int table) { return RQXFillRealExIntR1(table, 1, 1, 1, 5, 7); },
