@@ -488,6 +488,13 @@ enum { QX_EXPORT_COMMA = 0, QX_EXPORT_TAB = 1 };
 /** Limits: threads that write one export, column lines of one catalog. */
 enum { QX_EXPORT_MAX_THREADS = 16, QX_CATALOG_MAX_COLUMNS = 512 };
 
+/** Bits of the flag byte of RQXBrowserGetFileList: what an entry is and what this process may do.
+ */
+enum { QX_FILE_DIR = 0x10, QX_FILE_WRITE = 0x20, QX_FILE_READ = 0x40, QX_FILE_EXEC = 0x80 };
+
+/** What RQXBrowserPutFileEx does with an existing file. */
+enum { QX_PUT_CREATE = 0, QX_PUT_APPEND = 1 };
+
 /** A table's key figures, filled by RQXGetTableProperty. */
 typedef struct _TTableInfo {
   int id;
@@ -1854,6 +1861,80 @@ QXE_API int RQXSaveAsCatalogwithFEx(int table, int set, const int* filters, int 
                                     int rowTo, char dateSep, const char* dir, const char* file,
                                     const char* catalogDir, const char* catalogFile,
                                     const char* fmtFile);
+
+/*
+ * File browser
+ *
+ * Directories and files of the machine that the engine runs on. Paths are of any kind; relative
+ * ones count from the working directory, which belongs to the whole process. None of these calls
+ * changes the database. Failures of all: QX_ERROR_FILE for a null path; QX_ERROR_DELETE if no other
+ * is named.
+ */
+
+/** path: out, 4096 bytes, the working directory. */
+QXE_API int RQXBrowserGetCurrentDirectory(char* path);
+
+/** Makes a directory the working directory of the process. "" changes nothing. Failures: also
+ * QX_ERROR_ACCESS for a directory that may not be entered. */
+QXE_API int RQXBrowserSetCurrentDirectory(const char* path);
+
+/** Makes a directory in one that exists. Failures: also QX_ERROR_EXISTS if there is something of
+ * this name, QX_ERROR_ACCESS for a fault of the device. */
+QXE_API int RQXBrowserMakeDirectory(const char* path);
+
+/** Deletes a directory. recursive: 0 for an empty one only, else with all that is in it; links in
+ * it are deleted, what they lead to stays. A failure may leave part of it. Failures: also
+ * QX_ERROR_DIR_NOT_EMPTY, QX_ERROR_ACCESS for a fault of the device. */
+QXE_API int RQXBrowserDelDirectory(const char* path, int recursive);
+
+/** Renames a file or directory, within one file system. A file named `to` is replaced. */
+QXE_API int RQXBrowserMove(const char* from, const char* to);
+
+/** Lists the entries of a directory that match a pattern, in the directory's own order. pattern: a
+ * directory, "/" and a pattern of names; without a "/" the working directory is listed. The pattern
+ * and each name are cut at their last point, and both parts must match: a star at the start or end
+ * of a part stands for any text, anything else for itself, in this case. So "*.*" and "" match all
+ * names, "." and ".." among them, "*.txt" those that end in ".txt", "*" those without a point.
+ * flags: 0. count: in, capacity of the lists, out, entries stored. total: out, entries that match.
+ * names: out, 256 bytes for each; null or a count of 0 for the total only. nameFlags: out, a byte
+ * of QX_FILE_ bits for each; 0 for a link that leads nowhere. Failures: QX_ERROR_NOT_FOUND for a
+ * directory that does not exist or cannot be read, QX_ERROR_PARAMETER for a negative count. */
+QXE_API int RQXBrowserGetFileList(const char* pattern, int flags, int* count, int* total,
+                                  char* names, unsigned char* nameFlags);
+
+/** Result: bytes of a file, at most 2147483647. Failures: QX_ERROR_FILE. */
+QXE_API int RQXBrowserGetFileSize(const char* path);
+
+/** Reads the next part of a file. position: in, where it begins, from 0; out, moved on by the bytes
+ * read. length: in, bytes wanted; out, bytes read, fewer at the end only and 0 behind it. buffer:
+ * out. Failures: QX_ERROR_FILE, also for a negative position and for one that has come to
+ * 2147483647 in a longer file; QX_ERROR_PARAMETER for a negative length. position and length then
+ * stay. */
+QXE_API int RQXBrowserGetFile(const char* path, int* position, int* length, void* buffer);
+
+/** RQXBrowserGetFile for files of any size. */
+QXE_API int RQXBrowserGetFile64(const char* path, long* position, int* length, void* buffer);
+
+/** RQXBrowserGetFile with a position that stays. remaining: out, bytes behind those read, at most
+ * 2147483647. */
+QXE_API int RQXBrowserGetFileEx(const char* path, int position, int* remaining, int* length,
+                                void* buffer);
+
+/** RQXBrowserGetFileEx for files of any size. */
+QXE_API int RQXBrowserGetFileEx64(const char* path, long position, long* remaining, int* length,
+                                  void* buffer);
+
+/** Writes a new file, or a file of the name anew. buffer: in, length bytes. Failures: QX_ERROR_FILE
+ * for a file that cannot be opened or written; it may hold a part. QX_ERROR_PARAMETER for a
+ * negative length. */
+QXE_API int RQXBrowserPutFile(const char* path, int length, const void* buffer);
+
+/** RQXBrowserPutFile piece by piece. mode: QX_PUT_CREATE as RQXBrowserPutFile, else the bytes go
+ * behind those that the file has. */
+QXE_API int RQXBrowserPutFileEx(const char* path, int mode, int length, const void* buffer);
+
+/** Deletes a file; of a link the link itself. */
+QXE_API int RQXBrowserDelFile(const char* path);
 
 #ifdef __cplusplus
 }

@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "support/case_name.h"
+#include "support/credentials.h"
 #include "support/database_text.h"
 #include "support/engine_test.h"
 #include "support/files.h"
@@ -23,6 +24,8 @@ int numbers[10];
 double real = 0;
 char buffer[8192];
 unsigned long size = 0;
+long place = 0;
+int one = 1;
 int* address = nullptr;
 const int kFilters[] = {1, -1};
 int keys[] = {1, 0};
@@ -175,6 +178,21 @@ INSTANTIATE_TEST_SUITE_P(
         QXE_CASE(CompileData, iCompileInt(2, 2, nullptr, &address, &address)),
         QXE_CASE(CompileNumbers, iCompileInt(2, 2, numbers, nullptr, &address)),
         QXE_CASE(CompileValues, iCompileNumeric(2, 2, &decimal_out, &address, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
+    FileBrowser, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(Current, RQXBrowserGetCurrentDirectory(nullptr)),
+        QXE_CASE(ListCount, RQXBrowserGetFileList("*", 0, nullptr, numbers, buffer, nullptr)),
+        QXE_CASE(ListTotal, RQXBrowserGetFileList("*", 0, numbers, nullptr, buffer, nullptr)),
+        QXE_CASE(ListFlags, RQXBrowserGetFileList("*", 0, &one, numbers, buffer, nullptr)),
+        QXE_CASE(Position, RQXBrowserGetFile("f", nullptr, numbers, buffer)),
+        QXE_CASE(Length, RQXBrowserGetFile64("f", &place, nullptr, buffer)),
+        QXE_CASE(Remaining, RQXBrowserGetFileEx("f", 0, nullptr, numbers, buffer)),
+        QXE_CASE(GetBuffer, RQXBrowserGetFileEx64("f", 0, &place, &one, nullptr)),
+        QXE_CASE(PutBuffer, RQXBrowserPutFile("f", 1, nullptr)),
+        QXE_CASE(AppendBuffer, RQXBrowserPutFileEx("f", 1, 1, nullptr))),
     case_name<PointerCase>);
 
 #undef QXE_CASE
@@ -360,23 +378,6 @@ TEST_F(NameTest, TakenNamesWithoutRoomForANumberAreRefused) {
 }
 
 // Directories
-
-/// Takes the rights of root away while it lives; root may enter every directory.
-class WithoutRoot {
- public:
-  WithoutRoot() : before_(geteuid()) {
-    constexpr uid_t kNobody = 65534;
-    if (before_ == 0 && seteuid(kNobody) != 0) throw std::runtime_error("seteuid");
-  }
-  ~WithoutRoot() {
-    if (before_ == 0 && seteuid(before_) != 0) abort();
-  }
-  WithoutRoot(const WithoutRoot&) = delete;
-  WithoutRoot& operator=(const WithoutRoot&) = delete;
-
- private:
-  uid_t before_;
-};
 
 class DirectoryTest : public EngineTest {
  protected:

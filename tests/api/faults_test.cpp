@@ -731,6 +731,41 @@ INSTANTIATE_TEST_SUITE_P(
                   keep}),
     case_name<Operation>);
 
+// The file browser
+
+int listed = 0;
+char piece[100];
+int piece_size = 0;
+
+int list_files(const Base&) {
+  static char names[100 * 256];
+  static unsigned char flags[100];
+  int stored = 100;
+  return RQXBrowserGetFileList("*.*", 0, &stored, &listed, names, flags);
+}
+int get_piece(const Base&) {
+  int position = 3;
+  piece_size = 50;
+  return RQXBrowserGetFile("rows.csv", &position, &piece_size, piece);
+}
+int put_piece(const Base&) {
+  return RQXBrowserPutFile("new", 9, "new bytes");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FileBrowser, FaultsTest,
+    testing::Values(Operation{"List", list_files,
+                              [](const Base&, int) { return std::to_string(listed); }, keep,
+                              QX_ERROR_NOT_FOUND},
+                    Operation{"Get", get_piece,
+                              [](const Base&, int) {
+                                return std::string(piece, static_cast<size_t>(piece_size));
+                              },
+                              keep},
+                    Operation{"Put", put_piece, [](const Base&, int) { return read_file("new"); },
+                              [](const Base&, int) { RQXBrowserDelFile("new"); }}),
+    case_name<Operation>);
+
 // Condensing works on a table that has more values than its rows use.
 
 std::string condensed(const Base& base, int table) {

@@ -180,6 +180,25 @@ int innerQXSortByRowNo(int table, int filter, int set, int dir);
 int innerQXExtractUniqueReal(int table, int set, const int* filters);
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order);
 
+// File browser
+int innerRQXBrowserGetCurrentDirectory(char* path);
+int innerRQXBrowserSetCurrentDirectory(const char* path);
+int innerRQXBrowserMakeDirectory(const char* path);
+int innerRQXBrowserDelDirectory(const char* path, int recursive);
+int innerRQXBrowserMove(const char* from, const char* to);
+int innerRQXBrowserGetFileList(const char* pattern, int* count, int* total, char* names,
+                               unsigned char* flags);
+int innerRQXBrowserGetFileSize(const char* path);
+int innerRQXBrowserGetFile(const char* path, int* position, int* length, void* buffer);
+int innerRQXBrowserGetFile64(const char* path, long* position, int* length, void* buffer);
+int innerRQXBrowserGetFileEx(const char* path, int position, int* remaining, int* length,
+                             void* buffer);
+int innerRQXBrowserGetFileEx64(const char* path, long position, long* remaining, int* length,
+                               void* buffer);
+int innerRQXBrowserPutFile(const char* path, int length, const void* buffer);
+int innerRQXBrowserPutFileEx(const char* path, int mode, int length, const void* buffer);
+int innerRQXBrowserDelFile(const char* path);
+
 /// Copies the attribute block whose address `get(&area)` finds.
 template <class Get>
 int copy_area(void* out, Get&& get) {
