@@ -488,12 +488,18 @@ enum { QX_EXPORT_COMMA = 0, QX_EXPORT_TAB = 1 };
 /** Limits: threads that write one export, column lines of one catalog. */
 enum { QX_EXPORT_MAX_THREADS = 16, QX_CATALOG_MAX_COLUMNS = 512 };
 
-/** Bits of the flag byte of RQXBrowserGetFileList: what an entry is and what this process may do.
- */
+/** Bits of the flag byte of RQXBrowserGetFileList: kind of entry, what this process may do. */
 enum { QX_FILE_DIR = 0x10, QX_FILE_WRITE = 0x20, QX_FILE_READ = 0x40, QX_FILE_EXEC = 0x80 };
 
 /** What RQXBrowserPutFileEx does with an existing file. */
 enum { QX_PUT_CREATE = 0, QX_PUT_APPEND = 1 };
+
+/** Table kinds in database and table files. */
+enum { QX_FILE_REAL = 0, QX_FILE_JOIN = 2 };
+
+/** Data versions of database and table files: the present one, and the one before it, which files
+ * can be saved for. */
+enum { QX_DATA_VERSION = 25, QX_DATA_VERSION_OLD = 24 };
 
 /** A table's key figures, filled by RQXGetTableProperty. */
 typedef struct _TTableInfo {

@@ -4,6 +4,7 @@
 
 #include <stddef.h>
 
+#include "frame/base/exception.h"
 #include "frame/base/memory.h"
 #include "persist/zvk_fstream.h"
 
@@ -32,6 +33,26 @@ class SectionReader : NonCopyable {
   /// No field can be longer than this; nothing is allocated for one that claims to be. The longest
   /// long for a block whose end is not known.
   virtual long bytes_left() const = 0;
+  /// What a read beyond the end throws.
+  virtual int status_at_end() const = 0;
+
+  /// Throws that status when `n` elements of `size` bytes cannot be left.
+  void check_left(size_t size, long n) const {
+    if (n > bytes_left() / static_cast<long>(size)) throw CQXException(status_at_end());
+  }
 };
+
+/// A field of one value.
+template <class Value>
+void write_field(SectionWriter& writer, const Value& value) {
+  writer.write(&value, sizeof value, 1);
+}
+
+template <class Value>
+Value read_field(SectionReader& reader) {
+  Value value{};
+  reader.read(&value, sizeof value, 1);
+  return value;
+}
 
 }  // namespace qxe

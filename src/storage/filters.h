@@ -10,6 +10,8 @@
 
 namespace qxe {
 
+class SectionReader;
+class SectionWriter;
 class TRealTable;
 class TSetArray;
 class TSortedSetArray;
@@ -29,7 +31,12 @@ class TFilter : NonCopyable {
   TFilter(int id, const char* name);
   /// Deep copy with the same id, name and origin. Throws QX_ERROR_NO_FILTER for null.
   explicit TFilter(const TFilter* other);
+  /// Reads a filter section that names filter `id`. Throws QX_ERROR_FILE_FORMAT for one that does
+  /// not fit together and QX_ERROR_DATA_TYPE for an unknown value list.
+  TFilter(SectionReader& reader, int id);
   ~TFilter();
+  /// Writes the filter section. There must be no pending values.
+  void SaveFilter(SectionWriter& writer) const;
 
   /// A copy under another id and name; the attribute block of its row pointers is cleared.
   std::unique_ptr<TFilter> CopyFilter(int id, const char* name) const;
@@ -75,6 +82,7 @@ class TFilter : NonCopyable {
   /// To be called before any change of the rows or values: refuses a high-speed filter and drops
   /// the data of its sorted sets.
   void Taint();
+  void HighSpeedSearchEnable(bool on) { high_speed_ = on; }
   bool high_speed() const { return high_speed_; }
   void RegisterSortedSet(TSortedSetArray* sorted) { sorted_sets_.push_back(sorted); }
   void UnregisterSortedSet(TSortedSetArray* sorted);

@@ -20,6 +20,9 @@ class TRealTable : public TBaseTable {
   TRealTable(int id, const char* name, int rows);
   /// The same without a root set, which the caller adds.
   TRealTable(int id, const char* name);
+  /// Reads a real table's section behind its type word, under the id and name that it has there.
+  /// What does not fit together throws QX_ERROR_FILE_FORMAT: a table that was read is safe to use.
+  explicit TRealTable(SectionReader& reader);
   ~TRealTable() override;
 
   int GetNFilter() const override { return static_cast<int>(filters_.size()); }
@@ -58,6 +61,7 @@ class TRealTable : public TBaseTable {
   int SearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppSearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppIntegratedSortByField(int set, const int* filters, const int* dirs) override;
+  void SaveTable(SectionWriter& writer, const TableForm& form) override;
 
   // Filters
   /// Position of a filter in display order, or QX_ERROR_NO_FILTER.
@@ -189,6 +193,12 @@ class TRealTable : public TBaseTable {
   int make_set(const char* layer, int filter, int set, Store store, Make&& make);
   int search_values(const char* layer, int filter, int set, int count, const void* values);
   int search_wildcard_pattern(const char* layer, int filter, int set, const char* pattern);
+  void save_sets(SectionWriter& writer, bool one_set);
+  void save_filters(SectionWriter& writer);
+  void save_sorted_sets(SectionWriter& writer);
+  void load_sets(SectionReader& reader);
+  void load_filters(SectionReader& reader, int data_version);
+  void load_sorted_sets(SectionReader& reader);
 
   std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
   std::vector<std::unique_ptr<TFilter>> filters_;  // in display order

@@ -9,6 +9,8 @@
 
 namespace qxe {
 
+class SectionReader;
+class SectionWriter;
 class TRealTable;
 
 class TTableCollection : NonCopyable {
@@ -23,6 +25,9 @@ class TTableCollection : NonCopyable {
   enum class GeneratedName { kFilter, kRealizedTable, kJoinTable, kRealTable };
 
   TTableCollection() = default;
+  /// Reads a database section: all of a file or image behind its stream header. Throws
+  /// QX_ERROR_TABLE_KIND for a table of an unknown kind.
+  explicit TTableCollection(SectionReader& reader);
   ~TTableCollection();
 
   int count() const { return static_cast<int>(tables_.size()); }
@@ -42,6 +47,15 @@ class TTableCollection : NonCopyable {
   int AddRealTable(const char* name, int rows);
   /// Takes over a finished table under its own id and name; returns the id.
   int adopt_table(std::unique_ptr<TRealTable> table);
+  /// Writes the database section. Without joins, which refer to ids, tables are numbered from 1 on
+  /// in the section. `versions`: four words.
+  void save_sections(SectionWriter& writer, const int* versions) const;
+  /// Reads a table section, its type word first, as a new table: under the next id and a free name
+  /// made of its own. Returns the id; a failure changes nothing. Throws QX_ERROR_NOT_REAL_SOURCE
+  /// for a section that is not a real table's.
+  int load_section(SectionReader& reader);
+  /// Throws QX_ERROR_TABLE_COUNT_LOAD when there is no room for a table to load.
+  void check_loadable() const;
   /// The id that the next table will get.
   int issue_table_id() { return ++FTblIDIssued; }
   int DelTable(int id);
