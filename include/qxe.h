@@ -488,6 +488,9 @@ enum { QX_EXPORT_COMMA = 0, QX_EXPORT_TAB = 1 };
 /** Limits: threads that write one export, column lines of one catalog. */
 enum { QX_EXPORT_MAX_THREADS = 16, QX_CATALOG_MAX_COLUMNS = 512 };
 
+/** What the memory stream is open for. */
+enum { QX_MEMSTREAM_CLOSED = 0, QX_MEMSTREAM_READ = 1, QX_MEMSTREAM_WRITE = 2 };
+
 /** Bits of the flag byte of RQXBrowserGetFileList: kind of entry, what this process may do. */
 enum { QX_FILE_DIR = 0x10, QX_FILE_WRITE = 0x20, QX_FILE_READ = 0x40, QX_FILE_EXEC = 0x80 };
 
@@ -1867,6 +1870,134 @@ QXE_API int RQXSaveAsCatalogwithFEx(int table, int set, const int* filters, int 
                                     int rowTo, char dateSep, const char* dir, const char* file,
                                     const char* catalogDir, const char* catalogFile,
                                     const char* fmtFile);
+
+/*
+ * Memory images
+ *
+ * An image is what a file holds, in memory: a table in the form of a table file and a trailer, or
+ * all tables in the form of a database file. Blocks are the caller's unless told otherwise and lie
+ * on a multiple of 8 bytes (QX_ERROR_ALIGNMENT). A loaded table is as one from a file: it gets the
+ * next id and the name it was saved under, made unique. docs/memory-images.md tells more.
+ *
+ * Failures of calls that load: QX_ERROR_MEM_IMAGE for memory that does not begin with an image or
+ * ends too early, QX_ERROR_FILE_FORMAT for one that does not fit together or is of an unknown
+ * version, QX_ERROR_DATA_TYPE for a column of an unknown type, QX_ERROR_NEGATIVE_SIZE,
+ * QX_ERROR_NOT_REAL_SOURCE for one of something else than a real table, QX_ERROR_TABLE_COUNT_LOAD
+ * with 10,000 tables. Only a call that is told the size can notice the
+ * end: the others take an image that is whole.
+ */
+
+/** size: out, bytes that suffice for an image of a table in any form; more than it will take.
+ * Failures: QX_ERROR_NOT_REAL. */
+QXE_API int RQXGetRealTableMemSize(int table, long* size);
+
+/** Writes an image of a real table with its root set alone. size: bytes of the block. block: out.
+ * end: out, the place behind the image; rounded up to a multiple of 8 it may begin the next one.
+ * The trailer is left out when there is no room for it. Failures: also QX_ERROR_OUT_OF_MEMORY if
+ * the block is too small; its content is undefined then and end unchanged. */
+QXE_API int RQXSaveRealTable2Mem(int table, long size, void* block, void** end);
+
+/** Loads a table from an image. end: out, the place behind the table and before its trailer.
+ * Result: the table id. */
+QXE_API int RQXLoadRealTableFromMem(void* block, void** end);
+
+/** Writes an image of the database. For a database of real tables the sum of their sizes by
+ * RQXGetRealTableMemSize, 4096 bytes and 512 for each table suffice. size, block, end: as in
+ * RQXSaveRealTable2Mem, without a trailer. Failures: QX_ERROR_OUT_OF_MEMORY if the block is too
+ * small. */
+QXE_API int RQXSaveDB2Mem(long size, void* block, void** end);
+
+/** Loads the database from an image in place of all tables; a failure leaves none. The saved flags
+ * are set, the remembered directory and name are empty. end: out, the place behind the image.
+ * Failures: also QX_ERROR_TABLE_KIND for a table of an unknown kind. */
+QXE_API int RQXLoadDBFromMem(void* block, void** end);
+
+/** Makes an image of a real table with its root set alone in memory of the engine. block: out,
+ * valid until the next call of this function, RQXFreeMemRealTable or RQXReInitializeMS. size: out,
+ * bytes, trailer included. Failures: QX_ERROR_NOT_REAL. */
+QXE_API int RQXGetMemRealTable(int table, void** block, long* size);
+
+/** Loads a table from an image of known size, which may come from anywhere: it is loaded or
+ * refused. size: bytes of the block. Result: the table id. Failures: also QX_ERROR_PARAMETER for a
+ * negative size. */
+QXE_API int RQXLoadMemRealTable(void* block, long size);
+
+/** Frees the image of RQXGetMemRealTable, if there is one. */
+QXE_API int RQXFreeMemRealTable(void);
+
+/*
+ * Memory stream
+ *
+ * The engine has one stream in memory. Open for writing it takes tables and any bytes of the
+ * client, one behind the other; open for reading it gives them back from the same bytes in the same
+ * pieces. A piece begins at a multiple of 8, or further on if the one before has an odd length; the
+ * padding counts as used. Failures of all: QX_ERROR_MEM_STREAM for a stream that is closed or open
+ * the other way, QX_ERROR_PARAMETER for a negative size.
+ */
+
+/** Opens the stream, empty, for writing; one that is open is closed before. */
+QXE_API int RQXMemStreamOpenWrite(void);
+
+/** Writes a piece. data: in, not in the stream itself. Result: size, padding not counted. Failures:
+ * also QX_ERROR_OUT_OF_MEMORY, which closes the stream. */
+QXE_API int RQXMemStreamWrite(const void* data, int size);
+
+/** size: out, bytes used, padding included. area: out, the bytes, in memory of the engine; valid
+ * until something is written or the stream is closed or opened. */
+QXE_API int RQXMemStreamGetWriteBuf(long* size, void** area);
+
+/** Opens the stream for reading; one that is open is closed before. area: in, size bytes, which
+ * must stay until the stream is closed; the area that was just written may be read like this. */
+QXE_API int RQXMemStreamOpenRead(long size, void* area);
+
+/** Reads a piece. data: out, size bytes. Result: bytes read, fewer than size only at the end and 0
+ * behind it. */
+QXE_API int RQXMemStreamRead(void* data, int size);
+
+/** mode: out, a QX_MEMSTREAM_ word. used: out, bytes written, or to be read, padding included.
+ * position: out, where the next piece goes or comes from. area: out, the bytes. A closed stream has
+ * 0, 0 and null. */
+QXE_API int RQXMemStreamGetStatus(int* mode, long* used, long* position, void** area);
+
+/** Closes the stream and frees what was written; a closed one stays closed. */
+QXE_API int RQXMemStreamClose(void);
+
+/** Writes a real table into the stream. oneSet: 0 for all sets, else the root set alone. A failure
+ * leaves the stream as it was. Failures: also QX_ERROR_NOT_REAL; QX_ERROR_OUT_OF_MEMORY, which may
+ * close the stream. */
+QXE_API int RQXSaveRealTableMem(int table, int oneSet);
+
+/** Loads the next table from the stream, which may come from anywhere. Result: the table id, 0 at
+ * the stream's end. A failure leaves the stream where it was; only the end within a header closes
+ * it. Failures: also those of images. */
+QXE_API int RQXLoadRealTableMem(void);
+
+/** As RQXMemStreamOpenWrite. */
+QXE_API int QXMemStreamOpenWrite(void);
+
+/** As RQXMemStreamWrite. */
+QXE_API int QXMemStreamWrite(const void* data, int size);
+
+/** As RQXMemStreamGetWriteBuf. */
+QXE_API int QXMemStreamGetWriteBuf(long* size, void** area);
+
+/** As RQXMemStreamOpenRead. */
+QXE_API int QXMemStreamOpenRead(long size, void* area);
+
+/** As RQXMemStreamRead. */
+QXE_API int QXMemStreamRead(void* data, int size);
+
+/** As RQXMemStreamGetStatus. */
+QXE_API int QXMemStreamGetStatus(int* mode, long* used, long* position, void** area);
+
+/** As RQXMemStreamClose. */
+QXE_API int QXMemStreamClose(void);
+
+/** As RQXSaveRealTableMem. */
+QXE_API int QXSaveRealTableMem(int table, int oneSet);
+
+/** As RQXLoadRealTableMem. */
+QXE_API int QXLoadRealTableMem(void);
 
 /*
  * File browser

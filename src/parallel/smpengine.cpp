@@ -8,6 +8,8 @@
 
 #include "calc/datetime.h"
 #include "frame/base/profile.h"
+#include "persist/mem_stream.h"
+#include "persist/memory_images.h"
 #include "storage/charcode.h"
 #include "storage/strings.h"
 #include "tables/table_collection.h"
@@ -76,6 +78,8 @@ void CSmpEngine::ReInitialize() {
   renew_workers();
   buildSystemHeader();
   collection_ = std::move(collection);
+  MemStream.close();
+  MemRealTable = {};
 }
 
 void CSmpEngine::sysinfo() {

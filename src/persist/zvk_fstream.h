@@ -46,6 +46,10 @@ bool is_stream_header(const unsigned char* header);
 StreamDescription describe_stream(const unsigned char* header);
 /// The running engine, as the description of a stream without a header: not aligned, no code.
 StreamDescription describe_headerless_stream();
+/// Whether its elements have to be reversed here.
+inline bool is_foreign(const StreamDescription& stream) {
+  return stream.Endian != 0 && stream.Endian != getSystemEndian();
+}
 
 /// Reverses the bytes of one element in place.
 void flip_endian(void* data, size_t size);

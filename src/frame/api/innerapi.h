@@ -180,6 +180,27 @@ int innerQXSortByRowNo(int table, int filter, int set, int dir);
 int innerQXExtractUniqueReal(int table, int set, const int* filters);
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order);
 
+// Memory images
+int innerQXGetRealTableMemSize(int table, long* size);
+int innerQXSaveRealTable2Mem(int table, long size, void* block, void** end);
+int innerQXLoadRealTableFromMem(void* block, void** end);
+int innerQXLoadMemRealTable(void* block, long size);
+int innerQXGetMemRealTable(int table, void** block, long* size);
+int innerQXFreeMemRealTable();
+int innerQXSaveDB2Mem(long size, void* block, void** end);
+int innerQXLoadDBFromMem(void* block, void** end);
+
+// Memory stream
+int innerQXMemStreamOpenWrite();
+int innerQXMemStreamWrite(const void* data, int size);
+int innerQXMemStreamGetWriteBuf(long* size, void** area);
+int innerQXMemStreamOpenRead(long size, void* area);
+int innerQXMemStreamRead(void* data, int size);
+int innerQXMemStreamGetStatus(int* mode, long* used, long* position, void** area);
+int innerQXMemStreamClose();
+int innerQXSaveRealTableMem(int table, bool one_set);
+int innerQXLoadRealTableMem();
+
 // File browser
 int innerRQXBrowserGetCurrentDirectory(char* path);
 int innerRQXBrowserSetCurrentDirectory(const char* path);
