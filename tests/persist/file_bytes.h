@@ -59,7 +59,7 @@ struct StoredTable {
   int id;
   std::string name;
   std::vector<std::vector<int>> sets;
-  std::vector<StoredFilter> filters;
+  std::vector<StoredFilter> filters = {};
   std::vector<int> set_ids = {1};
   int last_set = 1;
   int current_set = 1;
