@@ -555,6 +555,16 @@ typedef struct _TFilterInfo {
   int orgFilterId; /**< filter it was copied from, its own id if it was built here */
 } _TFilterInfo;
 
+/** What a database or table file says of itself, filled by RQXGetQXDFileInfo and RQXGetQXTFileInfo.
+ */
+typedef struct _QXFileInfo {
+  unsigned char osType; /**< operating system: 48 */
+  unsigned char endian; /**< byte order: 4 little-endian, 8 big-endian */
+  unsigned char elf;    /**< word class: 1 is 32-bit, 2 is 64-bit */
+  char charCode[32];    /**< "Shift_JIS", whatever the file */
+  int version[4];       /**< the file's version words, but version[1] is always 102 */
+} _QXFileInfo;
+
 /** The machine and the engine's settings, filled by RQXGetEnvironment. */
 typedef struct _TREnvironment {
   char hostName[256];
@@ -1870,6 +1880,106 @@ QXE_API int RQXSaveAsCatalogwithFEx(int table, int set, const int* filters, int 
                                     int rowTo, char dateSep, const char* dir, const char* file,
                                     const char* catalogDir, const char* catalogFile,
                                     const char* fmtFile);
+
+/*
+ * Database and table files
+ *
+ * A database file (.QXD) holds all tables, a table file (.QXT) one; docs/file-format.md tells their
+ * layout. Files of older data versions, of 32-bit machines and of the other byte order can be read.
+ *
+ * A file name may come with or without its extension, which is in upper case. dir is a directory,
+ * "" the working directory, which stays what it is. Saving replaces a file that exists, merges
+ * pending values and drops values that no row uses; row values, sets and ids read as before. A save
+ * that fails leaves a part of the file behind.
+ *
+ * Failures of all calls: QX_ERROR_PATH for a directory that cannot be entered; QX_ERROR_FILE for a
+ * null directory, a name that is null, empty or of 512 bytes or more, a file that is missing,
+ * cannot be read or written, or ends too early. Loads refuse what does not fit together, so that a
+ * table that was loaded is safe to use: QX_ERROR_FILE_FORMAT, and for unknown kinds
+ * QX_ERROR_TABLE_KIND, QX_ERROR_NOT_REAL_SOURCE, QX_ERROR_DATA_TYPE, QX_ERROR_NEGATIVE_SIZE.
+ */
+
+/** Replaces the database, all handles included, by the one in a file. A failure leaves an empty
+ * database, for null arguments and bad names the old one. The saved flags become 1. */
+QXE_API int RQXLoadDB(const char* dir, const char* name);
+
+/** RQXLoadDB under another name. */
+QXE_API int RQXHSLoadDB(const char* dir, const char* name);
+
+/** RQXLoadDB. */
+QXE_API int QXLoadDB(const char* dir, const char* name);
+
+/** Saves the database where it was last loaded from or saved to, for the same data version. The
+ * saved flags become 1. Failures: also QX_ERROR_FILE_NAME when there was no such place. */
+QXE_API int RQXSaveDB(void);
+
+/** RQXSaveDB. */
+QXE_API int QXSaveDB(void);
+
+/** Saves the database. dir: in and out, 512 bytes, becomes the absolute name of the directory. The
+ * saved flags become 1. Without a working directory nothing happens, and the result is 0. */
+QXE_API int RQXSaveDBAs(char* dir, const char* name);
+
+/** RQXSaveDBAs. */
+QXE_API int QXSaveDBAs(char* dir, const char* name);
+
+/** RQXSaveDBAs for the data version before the present one; later RQXSaveDB and RQXSaveRealTable2
+ * write that version too. version: QX_DATA_VERSION_OLD. Failures: also QX_ERROR_SAVE_CODE for
+ * another version, QX_ERROR_SAVE_VERSION for a decimal filter or a database character code other
+ * than UTF-8. */
+QXE_API int RQXSaveDBAsOldVer(char* dir, const char* name, int version);
+
+/** Where the database was last loaded from or saved to. dir, name: out, 512 bytes each, both empty
+ * when there was no such place; name has its extension. */
+QXE_API int RQXGetPathName(char* dir, char* name);
+
+/** RQXGetPathName. */
+QXE_API int QXGetPathName(char* dir, char* name);
+
+/** What a database file says of itself. info: out. */
+QXE_API int RQXGetQXDFileInfo(const char* dir, const char* file, _QXFileInfo* info);
+
+/** What a table file says of itself. info: out. */
+QXE_API int RQXGetQXTFileInfo(const char* dir, const char* file, _QXFileInfo* info);
+
+/** Adds the table in a file, under the name that it has there, made unique. Names of sets are not
+ * kept in files. Result: the new table's id. A failure changes nothing. Failures: also
+ * QX_ERROR_TABLE_COUNT_LOAD with 10,000 tables, QX_ERROR_GEN_TABLE_NAME. */
+QXE_API int RQXLoadRealTable(const char* dir, const char* file);
+
+/** RQXLoadRealTable under another name. */
+QXE_API int RQXHSLoadRealTable(const char* dir, const char* file);
+
+/** RQXLoadRealTable. */
+QXE_API int QXLoadRealTable(const char* dir, const char* file);
+
+/** Adds count tables that RQXSaveRealTable2 has written. path: the whole name of the file. offset:
+ * bytes in front of the first table. tableIds: out, count ids. endOffset: out, behind the last
+ * table. Result: the last table id issued, 0 without one. Tables in front of one that fails stay.
+ * Failures: as RQXLoadRealTable; also QX_ERROR_NO_TABLE for a count below 0. */
+QXE_API int RQXLoadRealTable2(const char* path, long offset, int count, int* tableIds,
+                              long* endOffset);
+
+/** Saves a real table in a file named after it. Failures: also QX_ERROR_SAVE_NOT_REAL. */
+QXE_API int RQXSaveRealTable(const char* dir, int tableId);
+
+/** RQXSaveRealTable. */
+QXE_API int QXSaveRealTable(const char* dir, int tableId);
+
+/** RQXSaveRealTable in a file of this name. */
+QXE_API int RQXSaveRealTableAs(const char* dir, const char* file, int tableId);
+
+/** Writes real tables into a file that exists, one behind the other, each with the set of all rows
+ * alone. path: the whole name of the file. offset: where to begin. tableIds: ends with -1.
+ * endOffset: out, behind the last table written. A table that does not exist or is not real
+ * (QX_ERROR_NOT_REAL) ends the call; those in front of it are written. */
+QXE_API int RQXSaveRealTable2(const char* path, long offset, const int* tableIds, long* endOffset);
+
+/** RQXSaveRealTable for another data version, as RQXSaveDBAsOldVer. */
+QXE_API int RQXSaveRealTableOldVer(const char* dir, int tableId, int version);
+
+/** RQXSaveRealTableAs for another data version, as RQXSaveDBAsOldVer. */
+QXE_API int RQXSaveRealTableAsOldVer(const char* dir, const char* file, int tableId, int version);
 
 /*
  * Memory images

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "tables/derived_tables.h"
@@ -80,6 +81,29 @@ class TTableCollection : NonCopyable {
   long GetTotalMemorySize() const;
   /// The same with the borrowed data of shared tables.
   long GetTotalMemorySizeWithShared() const;
+
+  // Files. Directories and names are as clients give them. Failures throw.
+  /// Saves under an absolute directory, which is written back to `path` (kPathSize bytes), and
+  /// remembers both. Does nothing while the working directory is gone.
+  void SaveDB(char* path, const char* name);
+  /// Saves where the last save or load was.
+  void ReSave();
+  void SaveRealTable(const char* path, int id) const;
+  void SaveRealTableAs(const char* path, const char* name, int id) const;
+  /// Writes the tables of a list that ends with -1, all rows of each in one set, into an existing
+  /// file from `offset` on. `*end` is behind the last one written, also when a table of the list
+  /// cannot be. Returns 0 or that table's status.
+  int SaveRealTable2(const char* file, long offset, const int* ids, long* end) const;
+  int LoadRealTable(const char* path, const char* name);
+  /// Reads `count` tables; their ids go to `ids`. Returns the last table id issued. Those in front
+  /// of one that fails stay.
+  int LoadRealTable2(const char* file, long offset, int count, int* ids, long* end);
+  /// Whether files are written for the preceding data version; stays until it is switched off.
+  void set_old_version(bool on) { old_version_ = on; }
+  /// QX_ERROR_SAVE_VERSION when a table, 0 for all, has a decimal filter.
+  int NumericUsedCheck(int table) const;
+  /// Where the database was loaded from or saved to, for ReSave.
+  void remember_place(const std::string& path, const std::string& name);
   int GetPathName(char* path, char* name) const;
   const char* database_path() const { return database_path_; }
   const char* database_name() const { return database_name_; }
@@ -88,9 +112,13 @@ class TTableCollection : NonCopyable {
   TRealTable& real_table(const char* layer, int id) const;
   template <class Fill>
   int derive_table(const char* name, Fill&& fill);
+  TRealTable& savable_table(const char* layer, int id) const;
+  void save_table_file(const char* layer, const char* path, const std::string& file, int id,
+                       const unsigned char* header) const;
   bool refers(const TBaseTable& table, const TRealTable& target) const;
 
   int FTblIDIssued = 0;  // last table id issued
+  bool old_version_ = false;
   char database_path_[kPathSize] = "";
   char database_name_[kPathSize] = "";
   std::vector<std::unique_ptr<TBaseTable>> tables_;  // ascending ids

@@ -42,6 +42,25 @@ int innerQXGetTableIDFromName(const char* name);
 /// `*out` is a static buffer of the referring tables' ids.
 int innerQXTableCanEdit(int table, int** out);
 
+// Database and table files
+int innerQXLoadDB(const char* dir, const char* name);
+int innerQXSaveDB();
+int innerQXSaveDBAs(char* dir, const char* name);
+int innerQXSaveDBAsOldVer(char* dir, const char* name, int version);
+/// Whether a table, 0 for all, can be saved for this data version: 0 or a status.
+int innerQXSavePossibleCheck(int table, int version);
+int innerQXGetPathName(char* dir, char* name);
+int innerQXLoadRealTable(const char* dir, const char* file);
+int innerQXLoadRealTable2(const char* path, long offset, int count, int* ids, long* end);
+int innerQXSaveRealTable(const char* dir, int table);
+int innerQXSaveRealTableAs(const char* dir, const char* file, int table);
+int innerQXSaveRealTable2(const char* path, long offset, const int* ids, long* end);
+int innerQXSaveRealTableOldVer(const char* dir, int table, int version);
+int innerQXSaveRealTableAsOldVer(const char* dir, const char* file, int table, int version);
+/// `extension`: ".QXD" or ".QXT", else -1.
+int innerQXGetQxeFileInfo(const char* dir, const char* file, const char* extension,
+                          _QXFileInfo* out);
+
 // Memory accounting
 int innerQXGetTotalMemorySize(unsigned long* size);
 int innerQXGetTotalMemorySizeWithShared(unsigned long* size);
