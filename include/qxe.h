@@ -103,7 +103,7 @@
 #define QX_ERROR_DATA_SIZE ((int)0xe0000015)
 /** A string above 4095 bytes. */
 #define QX_ERROR_STRING_SIZE ((int)0xe0000016)
-/** Not enough memory. */
+/** Not enough memory, or a block too small for an image. */
 #define QX_ERROR_OUT_OF_MEMORY ((int)0xe0000018)
 /** A summary of more than 10,000,000 cells. */
 #define QX_ERROR_CUBE_SIZE ((int)0xe0000019)

@@ -22,9 +22,10 @@ namespace {
 
 int numbers[10];
 double real = 0;
-char buffer[8192];
+alignas(8) char buffer[8192];
 unsigned long size = 0;
 long place = 0;
+void* end = nullptr;
 int one = 1;
 int* address = nullptr;
 const int kFilters[] = {1, -1};
@@ -178,6 +179,32 @@ INSTANTIATE_TEST_SUITE_P(
         QXE_CASE(CompileData, iCompileInt(2, 2, nullptr, &address, &address)),
         QXE_CASE(CompileNumbers, iCompileInt(2, 2, numbers, nullptr, &address)),
         QXE_CASE(CompileValues, iCompileNumeric(2, 2, &decimal_out, &address, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
+    MemoryImages, MissingPointerTest,
+    testing::Values(QXE_CASE(Size, RQXGetRealTableMemSize(table, nullptr)),
+                    QXE_CASE(SaveBlock, RQXSaveRealTable2Mem(table, 10, nullptr, &end)),
+                    QXE_CASE(SaveEnd, RQXSaveRealTable2Mem(table, 10, buffer, nullptr)),
+                    QXE_CASE(LoadBlock, RQXLoadRealTableFromMem(nullptr, &end)),
+                    QXE_CASE(LoadEnd, RQXLoadRealTableFromMem(buffer, nullptr)),
+                    QXE_CASE(SaveAllBlock, RQXSaveDB2Mem(10, nullptr, &end)),
+                    QXE_CASE(SaveAllEnd, RQXSaveDB2Mem(10, buffer, nullptr)),
+                    QXE_CASE(LoadAllBlock, RQXLoadDBFromMem(nullptr, &end)),
+                    QXE_CASE(LoadAllEnd, RQXLoadDBFromMem(buffer, nullptr)),
+                    QXE_CASE(OwnBlock, RQXGetMemRealTable(table, nullptr, &place)),
+                    QXE_CASE(OwnSize, RQXGetMemRealTable(table, &end, nullptr)),
+                    QXE_CASE(SizedBlock, RQXLoadMemRealTable(nullptr, 10)),
+                    QXE_CASE(StreamData, RQXMemStreamWrite(nullptr, 1)),
+                    QXE_CASE(PlainStreamData, QXMemStreamWrite(nullptr, 1)),
+                    QXE_CASE(StreamSize, RQXMemStreamGetWriteBuf(nullptr, &end)),
+                    QXE_CASE(StreamArea, QXMemStreamGetWriteBuf(&place, nullptr)),
+                    QXE_CASE(StreamToRead, RQXMemStreamOpenRead(0, nullptr)),
+                    QXE_CASE(PlainStreamToRead, QXMemStreamOpenRead(0, nullptr)),
+                    QXE_CASE(StreamOut, RQXMemStreamRead(nullptr, 1)),
+                    QXE_CASE(PlainStreamOut, QXMemStreamRead(nullptr, 1)),
+                    QXE_CASE(StreamMode, RQXMemStreamGetStatus(nullptr, &place, &place, &end)),
+                    QXE_CASE(StreamPosition, QXMemStreamGetStatus(&one, &place, nullptr, &end))),
     case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
