@@ -1993,8 +1993,8 @@ QXE_API int RQXSaveRealTableAsOldVer(const char* dir, const char* file, int tabl
  * ends too early, QX_ERROR_FILE_FORMAT for one that does not fit together or is of an unknown
  * version, QX_ERROR_DATA_TYPE for a column of an unknown type, QX_ERROR_NEGATIVE_SIZE,
  * QX_ERROR_NOT_REAL_SOURCE for one of something else than a real table, QX_ERROR_TABLE_COUNT_LOAD
- * with 10,000 tables. Only a call that is told the size can notice the
- * end: the others take an image that is whole.
+ * with 10,000 tables. Only a call that is told the size can notice the end: the others take an image
+ * that is whole.
  */
 
 /** size: out, bytes that suffice for an image of a table in any form; more than it will take.
