@@ -20,6 +20,7 @@ class TSortedSetArray;
 struct Column {
   std::unique_ptr<TIntArray> pv;
   std::unique_ptr<TBaseArray> vl;
+  bool condensed = false;  // each value is known to belong to a row
 };
 
 class TFilter : NonCopyable {
@@ -44,6 +45,10 @@ class TFilter : NonCopyable {
   void adopt(Column column);
   /// Replaces the value list alone.
   void adopt_values(std::unique_ptr<TBaseArray> vl);
+
+  /// Whether each value is known to belong to a row. The next change of the rows makes it unknown.
+  bool condensed() const { return condensed_; }
+  void set_condensed() { condensed_ = true; }
 
   /// Address form: the array and index that hold the value of value number `p` (below 0: pending).
   const TBaseArray& values_of(int p) const { return p < 0 ? *TVL : *VL; }
@@ -116,6 +121,7 @@ class TFilter : NonCopyable {
   int FTVLMax = 0;
   int FTVLMinRows = 0;
   bool high_speed_ = false;
+  bool condensed_ = false;
   std::vector<TSortedSetArray*> sorted_sets_;  // not owned
 };
 

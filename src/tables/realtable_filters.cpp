@@ -1,4 +1,6 @@
 // Filters of a real table: finding, naming, adding, moving and dropping them.
+#include <limits.h>
+
 #include <algorithm>
 
 #include "search/compiler.h"
@@ -79,7 +81,9 @@ bool is_valid_name(const char* name) {
 }  // namespace
 
 int TRealTable::check_new_filter(const char* layer, const char* countText, const char* name) const {
-  if (GetNFilter() >= kMaxFilters) return report(layer, QX_ERROR_FILTER_COUNT, "%s", countText);
+  if (GetNFilter() >= kMaxFilters || MaxFilterIDs == INT_MAX) {
+    return report(layer, QX_ERROR_FILTER_COUNT, "%s", countText);
+  }
   if (is_valid_name(name)) return 0;
   return report(layer, QX_ERROR_FILTER_NAME, "Invalid Parameter : FilterName(%s)", name);
 }
