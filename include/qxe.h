@@ -348,7 +348,7 @@
 
 /* Status codes: high-speed search, join summaries and totals. */
 
-/** A high-speed filter cannot be modified. */
+/** A filter enabled for high-speed search cannot be modified, nor its table gain or lose rows. */
 #define QX_ERROR_HIGH_SPEED_FILTER ((int)0xe0000136)
 /** A join summary above 2,000,000,000 rows. */
 #define QX_ERROR_JOIN_SUM_ROWS ((int)0xe0000140)
@@ -1436,10 +1436,11 @@ QXE_API int RQXFillRealExStrR1(int table, int filter, int set, int start, int co
 /*
  * Search by value
  *
- * A search makes a new set of the rows of a set that meet a condition, in the set's order. ope: a
- * QX_OPE_ code. value1, value2: in, addresses of an int, a double, a Numeric at the filter's scale,
- * or the text itself; value2 is read by BETWEEN and WITHIN only, neither by ISNULL, and what is not
- * read may be null. Nothing is written to them. Result: the new set's id.
+ * A search makes a new set of the rows of a set that meet a condition, in the set's order, or by a
+ * mark for high-speed search (see there) in the filter's. ope: a QX_OPE_ code. value1, value2: in,
+ * addresses of an int, a double, a Numeric at the filter's scale, or the text itself; value2 is
+ * read by BETWEEN and WITHIN only, neither by ISNULL, and what is not read may be null. Nothing is
+ * written to them. Result: the new set's id.
  *
  * NULL rows are hit only when NULL is asked for: by ISNULL, by EQ and GEQ with a NULL value1, and
  * by BETWEEN from NULL; with QX_OPE_STRICT a NULL bound gives an empty set. In string filters the
@@ -1560,6 +1561,41 @@ QXE_API int RQXSearchByFieldIntR1(int table, int filter, int set, int ope, int v
 /** RQXSearchByField for float, date, time and date-time filters, with the values themselves. */
 QXE_API int RQXSearchByFieldDblR1(int table, int filter, int set, int ope, double value1,
                                   double value2);
+
+/*
+ * High-speed search
+ *
+ * For a set that is searched again and again by one filter of a real table: a mark on the pair
+ * keeps the rows of the set in the filter's order as well, 4 bytes each, and a search of the set by
+ * the filter becomes a bisection and a copy of what it finds. It finds the rows that it finds
+ * without a mark, in the filter's order instead of the set's: ascending by value, rows with equal
+ * values in the set's order, whatever the operator. CONTAINS, ENDS, lists of values, patterns and
+ * row numbers make no use of marks.
+ *
+ * A mark works while the filter is enabled, and an enabled filter is frozen: to write to it, to
+ * change its scale or rounding mode, to insert rows into its table or delete some fails with
+ * QX_ERROR_HIGH_SPEED_FILTER before anything is changed. Deleting the filter is allowed. Once it is
+ * no longer enabled, its marks work until the first change of the filter or of the table's rows and
+ * again after the next RQXHighSpeedSearchEnable. Deleting the set or the filter takes the mark
+ * away. Copies of sets, filters and tables have no marks and are not enabled.
+ *
+ * Failures of all: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER.
+ */
+
+/** Marks a set for high-speed search by a filter (on true), or takes the mark away. Note the order
+ * of set and filter. With an enabled filter the mark works at once, else from
+ * RQXHighSpeedSearchEnable on. Nothing to do is no failure. Result: 0. */
+QXE_API int RQXHighSpeedSearchSetMark(int table, int set, int filter, bool on);
+
+/** Whether a set is marked for a filter, at work or not. Result: 1 or 0. */
+QXE_API int RQXHighSpeedSearchHasMark(int table, int set, int filter);
+
+/** Sorts the marked sets of a filter and freezes it (on true), or allows changes again. filter:
+ * below 1 for all filters of the table. Result: 0. */
+QXE_API int RQXHighSpeedSearchEnable(int table, int filter, bool on);
+
+/** Whether a filter is enabled. Result: 1 or 0. */
+QXE_API int RQXHighSpeedSearchIsEnabled(int table, int filter);
 
 /*
  * Sorting

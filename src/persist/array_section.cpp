@@ -40,7 +40,8 @@ void TBaseArray::SaveArray(SectionWriter& writer) {
   writer.write_bulk(data_, static_cast<size_t>(FUnitSize), FArraySize);
 }
 
-void TBaseArray::LoadArray(SectionReader& reader) {
+/// All in front of the elements, for which there is room then. Returns their width in the section.
+size_t TBaseArray::load_head(SectionReader& reader) {
   const bool text_list = GetDataType() == QX_DT_STRING;
   const auto unit = text_list ? word_size(reader) : static_cast<size_t>(ArrayUnitSize(*this));
   check_format(holds_type(*this, read_field<int>(reader)));
@@ -49,19 +50,22 @@ void TBaseArray::LoadArray(SectionReader& reader) {
   const int size = read_field<int>(reader);
   if (size < 0) throw CQXException(QX_ERROR_NEGATIVE_SIZE);
   check_format(read_word(reader) >= size);  // elements allocated: the spare ones are not kept
-  load_elements(reader, unit, size);
-}
-
-void TBaseArray::load_elements(SectionReader& reader, size_t unit, int size) {
   reader.check_left(unit, size);
   InitArray(ArrayUnitSize(*this), size, false);
-  if (static_cast<size_t>(FUnitSize) == unit) {
-    reader.read_bulk(data_, unit, size);
-    return;
-  }
-  const Block<char> elements = make_block<char>(static_cast<long>(unit) * size);
-  reader.read_bulk(elements.get(), unit, size);
-  resize_elements(data_, static_cast<size_t>(FUnitSize), elements.get(), unit, size);
+  return unit;
+}
+
+void TBaseArray::LoadArray(SectionReader& reader) {
+  const size_t unit = load_head(reader);
+  if (static_cast<size_t>(FUnitSize) == unit) return reader.read_bulk(data_, unit, FArraySize);
+  const Block<char> elements = make_block<char>(static_cast<long>(unit) * FArraySize);
+  reader.read_bulk(elements.get(), unit, FArraySize);
+  resize_elements(data_, static_cast<size_t>(FUnitSize), elements.get(), unit, FArraySize);
+}
+
+unsigned TIntArray::LoadNumbers(SectionReader& reader, int first) {
+  load_head(reader);
+  return FArraySize == 0 ? 0 : reader.read_numbers(values(), FArraySize, first);
 }
 
 void TDoubleArray::LoadArray(SectionReader& reader) {
@@ -96,25 +100,8 @@ void TStrArray::LoadArray(SectionReader& reader) {
   pool_ = make_block<char>(used).release();
   pool_size_ = FPCLast = used;
   reader.read_bulk(pool_, 1, used);
-  check_pool();
-}
-
-/// Texts end within the pool and do not overlap, so that together they are not longer than it.
-void TStrArray::check_pool() {
-  check_format(FPCLast > 0 ? pool_[FPCLast - 1] == '\0' : FArraySize == 0);
-  long total = 0;
-  long end = 0;
-  swept_ = true;
-  for (int i = 0; i < FArraySize; ++i) {
-    const long offset = offsets()[i];
-    check_format(offset >= 0 && offset < FPCLast);
-    const long size = static_cast<long>(strlen(pool_ + offset)) + 1;
-    swept_ &= offset == end;
-    end = offset + size;
-    total += size;
-    check_format(total <= FPCLast);
-  }
-  swept_ &= end == FPCLast;
+  swept_ = is_swept(*this);
+  if (!swept_) check_texts(*this);  // by this machine's own files never
 }
 
 // Sorted sets

@@ -8,6 +8,8 @@
 
 namespace qxe {
 
+class BulkTransfer;
+
 class FileWriter final : public SectionWriter {
  public:
   /// Opens by bits of OpenMode. A failure leaves an entry and throws QX_ERROR_FILE.
@@ -31,6 +33,7 @@ class FileReader final : public SectionReader {
 
   void read(void* data, size_t size, long n) override { zvk_read(stream_, data, size, n); }
   void read_bulk(void* data, size_t size, long n) override;
+  unsigned read_numbers(int* numbers, long n, int first) override;
   const StreamDescription& description() const override { return stream_.description(); }
   long bytes_left() const override { return size_ - stream_.tellg(); }
   int status_at_end() const override { return QX_ERROR_FILE; }
@@ -41,6 +44,10 @@ class FileReader final : public SectionReader {
   long position() const;
 
  private:
+  bool goes_past_buffer(long bytes) const;
+  template <class Inspect>
+  void read_past_buffer(void* data, const BulkTransfer& bulk, const Inspect& inspect);
+
   zvk_fstream stream_;
   long size_ = 0;
 };

@@ -35,12 +35,12 @@ TFilter::TFilter(SectionReader& reader, int id) : FFilterID(id) {
   FOrgTblID = read_field<int>(reader);
   FOrgFltID = read_field<int>(reader);
   auto numbers = std::make_unique<TIntArray>();
-  numbers->LoadArray(reader);
+  const unsigned highest = numbers->LoadNumbers(reader, 0);
   auto values = new_value_list(read_field<int>(reader));
   values->LoadArray(reader);
   check_value_list(*values);
-  check_format(numbers->FArraySize > 0);
-  check_row_pointers(*numbers, values->FArraySize);
+  check_format(numbers->FArraySize > 0 && numbers->GetInt(0) == 0);
+  check_format(highest < static_cast<unsigned>(values->FArraySize));
   PVL = numbers.release();
   VL = values.release();
 }

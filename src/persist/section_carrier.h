@@ -10,6 +10,9 @@
 
 namespace qxe {
 
+/// How far the numbers, as unsigned ones, lie above `first` at most.
+unsigned largest_distance(const int* numbers, long n, int first);
+
 /// Every write is one field of the layout: padding by the rule of field_padding(), then `n`
 /// elements of `size` bytes; no bytes are no field. A failure throws the carrier's status.
 class SectionWriter : NonCopyable {
@@ -28,6 +31,12 @@ class SectionReader : NonCopyable {
   virtual void read(void* data, size_t size, long n) = 0;
   /// The same, for the elements of an array: may use the workers.
   virtual void read_bulk(void* data, size_t size, long n) { read(data, size, n); }
+  /// The same for integers, and the largest distance above `first`, taken as unsigned; `n` is not
+  /// 0.
+  virtual unsigned read_numbers(int* numbers, long n, int first) {
+    read_bulk(numbers, sizeof *numbers, n);
+    return largest_distance(numbers, n, first);
+  }
   /// The machine that wrote the sections.
   virtual const StreamDescription& description() const = 0;
   /// No field can be longer than this; nothing is allocated for one that claims to be. The longest

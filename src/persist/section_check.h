@@ -9,8 +9,8 @@ namespace qxe {
 class SectionReader;
 class SectionWriter;
 class TBaseArray;
-class TIntArray;
 class TSetArray;
+class TStrArray;
 
 /// Throws QX_ERROR_FILE_FORMAT unless the section keeps a rule.
 inline void check_format(bool kept) {
@@ -22,12 +22,12 @@ void read_name(SectionReader& reader, char* name);
 void write_name(SectionWriter& writer, const char* name);
 
 /// A value list: NULL first, the others ascending, no two equal.
-void check_value_list(const TBaseArray& values);
-/// Row pointers: none for row 0, the others in a value list of `values` values.
-void check_row_pointers(const TIntArray& numbers, int values);
+void check_value_list(const TBaseArray& list);
 /// The set of all rows: 1, 2, 3, ...
 void check_root_set(const TSetArray& rows);
-/// Rows of a table of `total` rows.
-void check_set(const TSetArray& rows, int total);
+/// Whether a pool holds exactly the texts of its elements, in their order.
+bool is_swept(const TStrArray& texts);
+/// Texts end within the pool and do not overlap, so that together they are not longer than it.
+void check_texts(const TStrArray& texts);
 
 }  // namespace qxe

@@ -95,8 +95,9 @@ TRealTable::TRealTable(SectionReader& reader) {
 void TRealTable::load_sets(SectionReader& reader) {
   for (int i = 0; i < set_count(); ++i) {
     sets_.push_back(std::make_unique<TSetArray>());
-    sets_.back()->LoadArray(reader);
-    if (i > 0) check_set(*sets_.back(), TotalRecs());
+    TSetArray& rows = *sets_.back();
+    const unsigned highest = rows.LoadNumbers(reader, 1);
+    check_format(rows.FArraySize == 0 || highest < static_cast<unsigned>(TotalRecs()));
   }
   check_root_set(root_set());
 }

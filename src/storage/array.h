@@ -79,7 +79,7 @@ class TBaseArray : NonCopyable {
   /// `parallel`.
   void copy_block(const TBaseArray& source, bool parallel);
   void check_index(const char* operation, int index) const;
-  void load_elements(SectionReader& reader, size_t unit, int size);
+  size_t load_head(SectionReader& reader);
 
   void* data_ = nullptr;
   bool not_owned_ = false;  // the blocks belong to a shared memory image
@@ -127,6 +127,9 @@ class TIntArray : public FixedArray<int> {
   using FixedArray::FixedArray;
   TIntArray* CopyArray() override;
   TIntArray* MppCopyArray() override;
+  /// LoadArray that also tells the largest distance above `first`, taken as unsigned: when it is
+  /// below n, all elements lie within n numbers from `first` on.
+  unsigned LoadNumbers(SectionReader& reader, int first);
   int GetDataType() const override { return QX_DT_INTEGER; }
   long GetMemSize() const override;
 
@@ -274,7 +277,6 @@ class TStrArray : public TBaseArray {
 
  private:
   void grow_pool(long bytes);
-  void check_pool();
   TStrArray* copied(bool parallel);
 
   char* pool_ = nullptr;

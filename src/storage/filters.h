@@ -20,6 +20,7 @@ class TSortedSetArray;
 struct Column {
   std::unique_ptr<TIntArray> pv;
   std::unique_ptr<TBaseArray> vl;
+  bool condensed = false;  // each value is known to belong to a row
 };
 
 class TFilter : NonCopyable {
@@ -44,6 +45,10 @@ class TFilter : NonCopyable {
   void adopt(Column column);
   /// Replaces the value list alone.
   void adopt_values(std::unique_ptr<TBaseArray> vl);
+
+  /// Whether each value is known to belong to a row. The next change of the rows makes it unknown.
+  bool condensed() const { return condensed_; }
+  void set_condensed() { condensed_ = true; }
 
   /// Address form: the array and index that hold the value of value number `p` (below 0: pending).
   const TBaseArray& values_of(int p) const { return p < 0 ? *TVL : *VL; }
@@ -79,11 +84,13 @@ class TFilter : NonCopyable {
 
   /// Throws QX_ERROR_HIGH_SPEED_FILTER for a high-speed filter.
   void check_changeable() const;
-  /// To be called before any change of the rows or values: refuses a high-speed filter and drops
-  /// the data of its sorted sets.
+  /// To be called with every change of rows or values, once it cannot fail any more: refuses a
+  /// high-speed filter and drops the data of its sorted sets.
   void Taint();
+  /// Freezes the filter, so that its sorted sets stay as they are, or allows changes again.
   void HighSpeedSearchEnable(bool on) { high_speed_ = on; }
   bool high_speed() const { return high_speed_; }
+  const std::vector<TSortedSetArray*>& sorted_sets() const { return sorted_sets_; }
   void RegisterSortedSet(TSortedSetArray* sorted) { sorted_sets_.push_back(sorted); }
   void UnregisterSortedSet(TSortedSetArray* sorted);
 
@@ -116,6 +123,7 @@ class TFilter : NonCopyable {
   int FTVLMax = 0;
   int FTVLMinRows = 0;
   bool high_speed_ = false;
+  bool condensed_ = false;
   std::vector<TSortedSetArray*> sorted_sets_;  // not owned
 };
 

@@ -67,6 +67,8 @@ class TRealTable : public TBaseTable {
   /// Position of a filter in display order, or QX_ERROR_NO_FILTER.
   virtual int FilterID2Pos(int id) const;
   int FilterName2Pos(const char* name) const;
+  /// Whether there may be one more.
+  bool has_room_for_filter() const;
   int FilterName2ID(const char* name) const;
   TFilter* filter_at(int position) const { return filters_[static_cast<size_t>(position)].get(); }
   /// A free filter name from `seed` into `out` (256 bytes); 0 or QX_ERROR_FILTER_NAME.
@@ -100,6 +102,9 @@ class TRealTable : public TBaseTable {
   TSetArray& root_set() const { return *sets_[0]; }
 
   // Rows
+  /// Throws QX_ERROR_HIGH_SPEED_FILTER for a table with a high-speed filter, which can neither gain
+  /// nor lose rows.
+  void check_rows_changeable() const;
   /// Inserts `count` NULL rows before row `pos`; 0 means before row 1, beyond the end means at the
   /// end. The new rows are in the root set alone. Returns `count` or a negative status; throws
   /// QX_ERROR_HIGH_SPEED_FILTER. A failure leaves the table as it was.
@@ -131,6 +136,16 @@ class TRealTable : public TBaseTable {
   int SearchByRowNo(int set, int ope, int n1, int n2);
   /// The first row of each distinct combination of the filters in a list that ends below 1.
   int MppExtractUniqueReal(int set, const int* filters);
+
+  // High-speed search: a marked set is kept in the order of a filter, while the filter is enabled.
+  /// Marks a set for searches by a filter, or takes the mark away; 0 also when there is nothing to
+  /// do.
+  int HighSpeedSearchSetMark(int set, int filter, bool on);
+  /// 1 when the set is marked for the filter, 0 when not.
+  int HighSpeedSearchHasMark(int set, int filter);
+  /// Fills the marked sets of a filter, below 1 of all filters, and freezes it, or ends that. A
+  /// failure changes nothing.
+  int HighSpeedSearchEnable(int filter, bool on);
 
   // Derived tables: each of these fills this table, which is new and has no rows and no filters
   // yet. Their columns are shared out among the workers; the Mpp forms differ in the name of their
@@ -177,7 +192,6 @@ class TRealTable : public TBaseTable {
   int duplicate_filter(const char* layer, int id, int type, const NumericInfo* info);
   int condense_filters(const char* layer);
   void reserve_rows(int rows);
-  void check_rows_changeable() const;
   int delete_rows(RowDeletion& deletion);
   std::optional<EditTarget> locate(ValueEdit& edit, int* status) const;
   int edit_values(ValueEdit edit);

@@ -57,8 +57,8 @@ class TTableCollection : NonCopyable {
   int load_section(SectionReader& reader);
   /// Throws QX_ERROR_TABLE_COUNT_LOAD when there is no room for a table to load.
   void check_loadable() const;
-  /// The id that the next table will get.
-  int issue_table_id() { return ++FTblIDIssued; }
+  /// The id that the next table will get. Throws QX_ERROR_TABLE_COUNT behind the highest one.
+  int issue_table_id();
   int DelTable(int id);
 
   // Derived tables: each makes a new table of others, which must be real, and returns its id. The

@@ -180,6 +180,12 @@ int innerQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2
 int innerQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
 int innerQXSearch(int table, int filter, int set, const unsigned char* flags);
 
+// High-speed search
+int innerQXHighSpeedSearchSetMark(int table, int set, int filter, bool on);
+int innerQXHighSpeedSearchHasMark(int table, int set, int filter);
+int innerQXHighSpeedSearchEnable(int table, int filter, bool on);
+int innerQXHighSpeedSearchIsEnabled(int table, int filter);
+
 // Derived tables and filters
 int innerQXDuplicateRealTable(const char* name, int table);
 int innerQXExtractRealTable(const char* name, int table, int set, const int* filters);
