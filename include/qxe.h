@@ -103,7 +103,7 @@
 #define QX_ERROR_DATA_SIZE ((int)0xe0000015)
 /** A string above 4095 bytes. */
 #define QX_ERROR_STRING_SIZE ((int)0xe0000016)
-/** Not enough memory. */
+/** Not enough memory, or a block too small for an image. */
 #define QX_ERROR_OUT_OF_MEMORY ((int)0xe0000018)
 /** A summary of more than 10,000,000 cells. */
 #define QX_ERROR_CUBE_SIZE ((int)0xe0000019)
@@ -488,6 +488,22 @@ enum { QX_EXPORT_COMMA = 0, QX_EXPORT_TAB = 1 };
 /** Limits: threads that write one export, column lines of one catalog. */
 enum { QX_EXPORT_MAX_THREADS = 16, QX_CATALOG_MAX_COLUMNS = 512 };
 
+/** What the memory stream is open for. */
+enum { QX_MEMSTREAM_CLOSED = 0, QX_MEMSTREAM_READ = 1, QX_MEMSTREAM_WRITE = 2 };
+
+/** Bits of the flag byte of RQXBrowserGetFileList: kind of entry, what this process may do. */
+enum { QX_FILE_DIR = 0x10, QX_FILE_WRITE = 0x20, QX_FILE_READ = 0x40, QX_FILE_EXEC = 0x80 };
+
+/** What RQXBrowserPutFileEx does with an existing file. */
+enum { QX_PUT_CREATE = 0, QX_PUT_APPEND = 1 };
+
+/** Table kinds in database and table files. */
+enum { QX_FILE_REAL = 0, QX_FILE_JOIN = 2 };
+
+/** Data versions of database and table files: the present one, and the one before it, which files
+ * can be saved for. */
+enum { QX_DATA_VERSION = 25, QX_DATA_VERSION_OLD = 24 };
+
 /** A table's key figures, filled by RQXGetTableProperty. */
 typedef struct _TTableInfo {
   int id;
@@ -538,6 +554,16 @@ typedef struct _TFilterInfo {
   int orgTableId;  /**< table this filter was copied from, 0 if it was built here */
   int orgFilterId; /**< filter it was copied from, its own id if it was built here */
 } _TFilterInfo;
+
+/** What a database or table file says of itself, filled by RQXGetQXDFileInfo and RQXGetQXTFileInfo.
+ */
+typedef struct _QXFileInfo {
+  unsigned char osType; /**< operating system: 48 */
+  unsigned char endian; /**< byte order: 4 little-endian, 8 big-endian */
+  unsigned char elf;    /**< word class: 1 is 32-bit, 2 is 64-bit */
+  char charCode[32];    /**< "Shift_JIS", whatever the file */
+  int version[4];       /**< the file's version words, but version[1] is always 102 */
+} _QXFileInfo;
 
 /** The machine and the engine's settings, filled by RQXGetEnvironment. */
 typedef struct _TREnvironment {
@@ -1975,6 +2001,308 @@ QXE_API int RQXSaveAsCatalogwithFEx(int table, int set, const int* filters, int 
                                     int rowTo, char dateSep, const char* dir, const char* file,
                                     const char* catalogDir, const char* catalogFile,
                                     const char* fmtFile);
+
+/*
+ * Database and table files
+ *
+ * A database file (.QXD) holds all tables, a table file (.QXT) one; docs/file-format.md tells their
+ * layout. Files of older data versions, of 32-bit machines and of the other byte order can be read.
+ *
+ * A file name may come with or without its extension, which is in upper case. dir is a directory,
+ * "" the working directory, which stays what it is. Saving replaces a file that exists, merges
+ * pending values and drops values that no row uses; row values, sets and ids read as before. A save
+ * that fails leaves a part of the file behind.
+ *
+ * Failures of all calls: QX_ERROR_PATH for a directory that cannot be entered; QX_ERROR_FILE for a
+ * null directory, a name that is null, empty or of 512 bytes or more, a file that is missing,
+ * cannot be read or written, or ends too early. Loads refuse what does not fit together, so that a
+ * table that was loaded is safe to use: QX_ERROR_FILE_FORMAT, and for unknown kinds
+ * QX_ERROR_TABLE_KIND, QX_ERROR_NOT_REAL_SOURCE, QX_ERROR_DATA_TYPE, QX_ERROR_NEGATIVE_SIZE.
+ */
+
+/** Replaces the database, all handles included, by the one in a file. A failure leaves an empty
+ * database, for null arguments and bad names the old one. The saved flags become 1. */
+QXE_API int RQXLoadDB(const char* dir, const char* name);
+
+/** RQXLoadDB under another name. */
+QXE_API int RQXHSLoadDB(const char* dir, const char* name);
+
+/** RQXLoadDB. */
+QXE_API int QXLoadDB(const char* dir, const char* name);
+
+/** Saves the database where it was last loaded from or saved to, for the same data version. The
+ * saved flags become 1. Failures: also QX_ERROR_FILE_NAME when there was no such place. */
+QXE_API int RQXSaveDB(void);
+
+/** RQXSaveDB. */
+QXE_API int QXSaveDB(void);
+
+/** Saves the database. dir: in and out, 512 bytes, becomes the absolute name of the directory. The
+ * saved flags become 1. Without a working directory nothing happens, and the result is 0. */
+QXE_API int RQXSaveDBAs(char* dir, const char* name);
+
+/** RQXSaveDBAs. */
+QXE_API int QXSaveDBAs(char* dir, const char* name);
+
+/** RQXSaveDBAs for the data version before the present one; later RQXSaveDB and RQXSaveRealTable2
+ * write that version too. version: QX_DATA_VERSION_OLD. Failures: also QX_ERROR_SAVE_CODE for
+ * another version, QX_ERROR_SAVE_VERSION for a decimal filter or a database character code other
+ * than UTF-8. */
+QXE_API int RQXSaveDBAsOldVer(char* dir, const char* name, int version);
+
+/** Where the database was last loaded from or saved to. dir, name: out, 512 bytes each, both empty
+ * when there was no such place; name has its extension. */
+QXE_API int RQXGetPathName(char* dir, char* name);
+
+/** RQXGetPathName. */
+QXE_API int QXGetPathName(char* dir, char* name);
+
+/** What a database file says of itself. info: out. */
+QXE_API int RQXGetQXDFileInfo(const char* dir, const char* file, _QXFileInfo* info);
+
+/** What a table file says of itself. info: out. */
+QXE_API int RQXGetQXTFileInfo(const char* dir, const char* file, _QXFileInfo* info);
+
+/** Adds the table in a file, under the name that it has there, made unique. Names of sets are not
+ * kept in files. Result: the new table's id. A failure changes nothing. Failures: also
+ * QX_ERROR_TABLE_COUNT_LOAD with 10,000 tables, QX_ERROR_GEN_TABLE_NAME. */
+QXE_API int RQXLoadRealTable(const char* dir, const char* file);
+
+/** RQXLoadRealTable under another name. */
+QXE_API int RQXHSLoadRealTable(const char* dir, const char* file);
+
+/** RQXLoadRealTable. */
+QXE_API int QXLoadRealTable(const char* dir, const char* file);
+
+/** Adds count tables that RQXSaveRealTable2 has written. path: the whole name of the file. offset:
+ * bytes in front of the first table. tableIds: out, count ids. endOffset: out, behind the last
+ * table. Result: the last table id issued, 0 without one. Tables in front of one that fails stay.
+ * Failures: as RQXLoadRealTable; also QX_ERROR_NO_TABLE for a count below 0. */
+QXE_API int RQXLoadRealTable2(const char* path, long offset, int count, int* tableIds,
+                              long* endOffset);
+
+/** Saves a real table in a file named after it. Failures: also QX_ERROR_SAVE_NOT_REAL. */
+QXE_API int RQXSaveRealTable(const char* dir, int tableId);
+
+/** RQXSaveRealTable. */
+QXE_API int QXSaveRealTable(const char* dir, int tableId);
+
+/** RQXSaveRealTable in a file of this name. */
+QXE_API int RQXSaveRealTableAs(const char* dir, const char* file, int tableId);
+
+/** Writes real tables into a file that exists, one behind the other, each with the set of all rows
+ * alone. path: the whole name of the file. offset: where to begin. tableIds: ends with -1.
+ * endOffset: out, behind the last table written. A table that does not exist or is not real
+ * (QX_ERROR_NOT_REAL) ends the call; those in front of it are written. */
+QXE_API int RQXSaveRealTable2(const char* path, long offset, const int* tableIds, long* endOffset);
+
+/** RQXSaveRealTable for another data version, as RQXSaveDBAsOldVer. */
+QXE_API int RQXSaveRealTableOldVer(const char* dir, int tableId, int version);
+
+/** RQXSaveRealTableAs for another data version, as RQXSaveDBAsOldVer. */
+QXE_API int RQXSaveRealTableAsOldVer(const char* dir, const char* file, int tableId, int version);
+
+/*
+ * Memory images
+ *
+ * An image is what a file holds, in memory: a table in the form of a table file and a trailer, or
+ * all tables in the form of a database file. Blocks are the caller's unless told otherwise and lie
+ * on a multiple of 8 bytes (QX_ERROR_ALIGNMENT). A loaded table is as one from a file: it gets the
+ * next id and the name it was saved under, made unique. docs/memory-images.md tells more.
+ *
+ * Failures of calls that load: QX_ERROR_MEM_IMAGE for memory that does not begin with an image or
+ * ends too early, QX_ERROR_FILE_FORMAT for one that does not fit together or is of an unknown
+ * version, QX_ERROR_DATA_TYPE for a column of an unknown type, QX_ERROR_NEGATIVE_SIZE,
+ * QX_ERROR_NOT_REAL_SOURCE for one of something else than a real table, QX_ERROR_TABLE_COUNT_LOAD
+ * with 10,000 tables. Only a call that is told the size can notice the end: the others take an image
+ * that is whole.
+ */
+
+/** size: out, bytes that suffice for an image of a table in any form; more than it will take.
+ * Failures: QX_ERROR_NOT_REAL. */
+QXE_API int RQXGetRealTableMemSize(int table, long* size);
+
+/** Writes an image of a real table with its root set alone. size: bytes of the block. block: out.
+ * end: out, the place behind the image; rounded up to a multiple of 8 it may begin the next one.
+ * The trailer is left out when there is no room for it. Failures: also QX_ERROR_OUT_OF_MEMORY if
+ * the block is too small; its content is undefined then and end unchanged. */
+QXE_API int RQXSaveRealTable2Mem(int table, long size, void* block, void** end);
+
+/** Loads a table from an image. end: out, the place behind the table and before its trailer.
+ * Result: the table id. */
+QXE_API int RQXLoadRealTableFromMem(void* block, void** end);
+
+/** Writes an image of the database. For a database of real tables the sum of their sizes by
+ * RQXGetRealTableMemSize, 4096 bytes and 512 for each table suffice. size, block, end: as in
+ * RQXSaveRealTable2Mem, without a trailer. Failures: QX_ERROR_OUT_OF_MEMORY if the block is too
+ * small. */
+QXE_API int RQXSaveDB2Mem(long size, void* block, void** end);
+
+/** Loads the database from an image in place of all tables; a failure leaves none. The saved flags
+ * are set, the remembered directory and name are empty. end: out, the place behind the image.
+ * Failures: also QX_ERROR_TABLE_KIND for a table of an unknown kind. */
+QXE_API int RQXLoadDBFromMem(void* block, void** end);
+
+/** Makes an image of a real table with its root set alone in memory of the engine. block: out,
+ * valid until the next call of this function, RQXFreeMemRealTable or RQXReInitializeMS. size: out,
+ * bytes, trailer included. Failures: QX_ERROR_NOT_REAL. */
+QXE_API int RQXGetMemRealTable(int table, void** block, long* size);
+
+/** Loads a table from an image of known size, which may come from anywhere: it is loaded or
+ * refused. size: bytes of the block. Result: the table id. Failures: also QX_ERROR_PARAMETER for a
+ * negative size. */
+QXE_API int RQXLoadMemRealTable(void* block, long size);
+
+/** Frees the image of RQXGetMemRealTable, if there is one. */
+QXE_API int RQXFreeMemRealTable(void);
+
+/*
+ * Memory stream
+ *
+ * The engine has one stream in memory. Open for writing it takes tables and any bytes of the
+ * client, one behind the other; open for reading it gives them back from the same bytes in the same
+ * pieces. A piece begins at a multiple of 8, or further on if the one before has an odd length; the
+ * padding counts as used. Failures of all: QX_ERROR_MEM_STREAM for a stream that is closed or open
+ * the other way, QX_ERROR_PARAMETER for a negative size.
+ */
+
+/** Opens the stream, empty, for writing; one that is open is closed before. */
+QXE_API int RQXMemStreamOpenWrite(void);
+
+/** Writes a piece. data: in, not in the stream itself. Result: size, padding not counted. Failures:
+ * also QX_ERROR_OUT_OF_MEMORY, which closes the stream. */
+QXE_API int RQXMemStreamWrite(const void* data, int size);
+
+/** size: out, bytes used, padding included. area: out, the bytes, in memory of the engine; valid
+ * until something is written or the stream is closed or opened. */
+QXE_API int RQXMemStreamGetWriteBuf(long* size, void** area);
+
+/** Opens the stream for reading; one that is open is closed before. area: in, size bytes, which
+ * must stay until the stream is closed; the area that was just written may be read like this. */
+QXE_API int RQXMemStreamOpenRead(long size, void* area);
+
+/** Reads a piece. data: out, size bytes. Result: bytes read, fewer than size only at the end and 0
+ * behind it. */
+QXE_API int RQXMemStreamRead(void* data, int size);
+
+/** mode: out, a QX_MEMSTREAM_ word. used: out, bytes written, or to be read, padding included.
+ * position: out, where the next piece goes or comes from. area: out, the bytes. A closed stream has
+ * 0, 0 and null. */
+QXE_API int RQXMemStreamGetStatus(int* mode, long* used, long* position, void** area);
+
+/** Closes the stream and frees what was written; a closed one stays closed. */
+QXE_API int RQXMemStreamClose(void);
+
+/** Writes a real table into the stream. oneSet: 0 for all sets, else the root set alone. A failure
+ * leaves the stream as it was. Failures: also QX_ERROR_NOT_REAL; QX_ERROR_OUT_OF_MEMORY, which may
+ * close the stream. */
+QXE_API int RQXSaveRealTableMem(int table, int oneSet);
+
+/** Loads the next table from the stream, which may come from anywhere. Result: the table id, 0 at
+ * the stream's end. A failure leaves the stream where it was; only the end within a header closes
+ * it. Failures: also those of images. */
+QXE_API int RQXLoadRealTableMem(void);
+
+/** As RQXMemStreamOpenWrite. */
+QXE_API int QXMemStreamOpenWrite(void);
+
+/** As RQXMemStreamWrite. */
+QXE_API int QXMemStreamWrite(const void* data, int size);
+
+/** As RQXMemStreamGetWriteBuf. */
+QXE_API int QXMemStreamGetWriteBuf(long* size, void** area);
+
+/** As RQXMemStreamOpenRead. */
+QXE_API int QXMemStreamOpenRead(long size, void* area);
+
+/** As RQXMemStreamRead. */
+QXE_API int QXMemStreamRead(void* data, int size);
+
+/** As RQXMemStreamGetStatus. */
+QXE_API int QXMemStreamGetStatus(int* mode, long* used, long* position, void** area);
+
+/** As RQXMemStreamClose. */
+QXE_API int QXMemStreamClose(void);
+
+/** As RQXSaveRealTableMem. */
+QXE_API int QXSaveRealTableMem(int table, int oneSet);
+
+/** As RQXLoadRealTableMem. */
+QXE_API int QXLoadRealTableMem(void);
+
+/*
+ * File browser
+ *
+ * Directories and files of the machine that the engine runs on. Paths are of any kind; relative
+ * ones count from the working directory, which belongs to the whole process. None of these calls
+ * changes the database. Failures of all: QX_ERROR_FILE for a null path; QX_ERROR_DELETE if no other
+ * is named.
+ */
+
+/** path: out, 4096 bytes, the working directory. */
+QXE_API int RQXBrowserGetCurrentDirectory(char* path);
+
+/** Makes a directory the working directory of the process. "" changes nothing. Failures: also
+ * QX_ERROR_ACCESS for a directory that may not be entered. */
+QXE_API int RQXBrowserSetCurrentDirectory(const char* path);
+
+/** Makes a directory in one that exists. Failures: also QX_ERROR_EXISTS if there is something of
+ * this name, QX_ERROR_ACCESS for a fault of the device. */
+QXE_API int RQXBrowserMakeDirectory(const char* path);
+
+/** Deletes a directory. recursive: 0 for an empty one only, else with all that is in it; links in
+ * it are deleted, what they lead to stays. A failure may leave part of it. Failures: also
+ * QX_ERROR_DIR_NOT_EMPTY, QX_ERROR_ACCESS for a fault of the device. */
+QXE_API int RQXBrowserDelDirectory(const char* path, int recursive);
+
+/** Renames a file or directory, within one file system. A file named `to` is replaced. */
+QXE_API int RQXBrowserMove(const char* from, const char* to);
+
+/** Lists the entries of a directory that match a pattern, in the directory's own order. pattern: a
+ * directory, "/" and a pattern of names; without a "/" the working directory is listed. The pattern
+ * and each name are cut at their last point, and both parts must match: a star at the start or end
+ * of a part stands for any text, anything else for itself, in this case. So "*.*" and "" match all
+ * names, "." and ".." among them, "*.txt" those that end in ".txt", "*" those without a point.
+ * flags: 0. count: in, capacity of the lists, out, entries stored. total: out, entries that match.
+ * names: out, 256 bytes for each; null or a count of 0 for the total only. nameFlags: out, a byte
+ * of QX_FILE_ bits for each; 0 for a link that leads nowhere. Failures: QX_ERROR_NOT_FOUND for a
+ * directory that does not exist or cannot be read, QX_ERROR_PARAMETER for a negative count. */
+QXE_API int RQXBrowserGetFileList(const char* pattern, int flags, int* count, int* total,
+                                  char* names, unsigned char* nameFlags);
+
+/** Result: bytes of a file, at most 2147483647. Failures: QX_ERROR_FILE. */
+QXE_API int RQXBrowserGetFileSize(const char* path);
+
+/** Reads the next part of a file. position: in, where it begins, from 0; out, moved on by the bytes
+ * read. length: in, bytes wanted; out, bytes read, fewer at the end only and 0 behind it. buffer:
+ * out. Failures: QX_ERROR_FILE, also for a negative position and for one that has come to
+ * 2147483647 in a longer file; QX_ERROR_PARAMETER for a negative length. position and length then
+ * stay. */
+QXE_API int RQXBrowserGetFile(const char* path, int* position, int* length, void* buffer);
+
+/** RQXBrowserGetFile for files of any size. */
+QXE_API int RQXBrowserGetFile64(const char* path, long* position, int* length, void* buffer);
+
+/** RQXBrowserGetFile with a position that stays. remaining: out, bytes behind those read, at most
+ * 2147483647. */
+QXE_API int RQXBrowserGetFileEx(const char* path, int position, int* remaining, int* length,
+                                void* buffer);
+
+/** RQXBrowserGetFileEx for files of any size. */
+QXE_API int RQXBrowserGetFileEx64(const char* path, long position, long* remaining, int* length,
+                                  void* buffer);
+
+/** Writes a new file, or a file of the name anew. buffer: in, length bytes. Failures: QX_ERROR_FILE
+ * for a file that cannot be opened or written; it may hold a part. QX_ERROR_PARAMETER for a
+ * negative length. */
+QXE_API int RQXBrowserPutFile(const char* path, int length, const void* buffer);
+
+/** RQXBrowserPutFile piece by piece. mode: QX_PUT_CREATE as RQXBrowserPutFile, else the bytes go
+ * behind those that the file has. */
+QXE_API int RQXBrowserPutFileEx(const char* path, int mode, int length, const void* buffer);
+
+/** Deletes a file; of a link the link itself. */
+QXE_API int RQXBrowserDelFile(const char* path);
 
 #ifdef __cplusplus
 }

@@ -8,6 +8,8 @@
 
 #include "calc/datetime.h"
 #include "frame/base/profile.h"
+#include "persist/mem_stream.h"
+#include "persist/memory_images.h"
 #include "storage/charcode.h"
 #include "storage/strings.h"
 #include "tables/table_collection.h"
@@ -76,6 +78,8 @@ void CSmpEngine::ReInitialize() {
   renew_workers();
   buildSystemHeader();
   collection_ = std::move(collection);
+  MemStream.close();
+  MemRealTable = {};
 }
 
 void CSmpEngine::sysinfo() {
@@ -94,7 +98,11 @@ void CSmpEngine::setDefaultDateFormat() {
 }
 
 void CSmpEngine::renew_collection() {
-  collection_ = std::make_unique<TTableCollection>();
+  renew_collection(std::make_unique<TTableCollection>());
+}
+
+void CSmpEngine::renew_collection(std::unique_ptr<TTableCollection> loaded) {
+  collection_ = std::move(loaded);
 }
 
 WorkerPool CSmpEngine::started_pool() {

@@ -135,6 +135,10 @@ int zvk_fstream::close() {
   return lost || failed ? -1 : 0;
 }
 
+int zvk_fstream::flush() {
+  return is_open() && fflush(file_.get()) == 0 ? 0 : -1;
+}
+
 int zvk_fstream::read(void* data, long n) {
   if (!is_open() || n < 0) return -1;
   const auto wanted = static_cast<size_t>(n);
@@ -147,8 +151,7 @@ int zvk_fstream::read(void* data, size_t size, long n) {
   if (size == 0 || n == 0) return 0;
   if (!no_align_ && adjust_read_addr_alignment() != 0) return -1;
   if (read(data, static_cast<long>(size) * n) != 0) return -1;
-  const bool foreign = description_.Endian != 0 && description_.Endian != getSystemEndian();
-  if (foreign && !no_align_) flip_elements(data, size, n);
+  if (!no_align_ && is_foreign(description_)) flip_elements(data, size, n);
   return 0;
 }
 

@@ -46,6 +46,10 @@ bool is_stream_header(const unsigned char* header);
 StreamDescription describe_stream(const unsigned char* header);
 /// The running engine, as the description of a stream without a header: not aligned, no code.
 StreamDescription describe_headerless_stream();
+/// Whether its elements have to be reversed here.
+inline bool is_foreign(const StreamDescription& stream) {
+  return stream.Endian != 0 && stream.Endian != getSystemEndian();
+}
 
 /// Reverses the bytes of one element in place.
 void flip_endian(void* data, size_t size);
@@ -79,6 +83,10 @@ class zvk_fstream : NonCopyable {
   /// closed stream gives 0.
   int close();
   bool is_open() const { return file_ != nullptr; }
+  /// The system's number of the open file, for what goes past the buffer.
+  int descriptor() const { return fileno(file_.get()); }
+  /// Hands what is buffered to the system.
+  int flush();
 
   /// Bytes as they are, without alignment.
   int read(void* data, long n);

@@ -41,8 +41,12 @@ void for_each_array(int parts, long rows, const Body& body) {
 }  // namespace
 
 /// A row change changes every filter.
-void TRealTable::check_rows_changeable() const {
-  for (const auto& filter : filters_) filter->check_changeable();
+void TRealTable::check_rows_changeable() {
+  for (const auto& filter : filters_) {
+    if (!filter->high_speed()) continue;
+    CloseFind();
+    filter->check_changeable();
+  }
 }
 
 /// Room in all filters and the set of all rows; a failure gives back what was reserved.
@@ -67,10 +71,10 @@ int TRealTable::InsRows(int pos, int count) {
   if (count > kMaxTotalRows - total) {
     return report("InsRows", QX_ERROR_ROW_SIZE, "RowSize overflow");
   }
-  CloseFind();  // also when a high-speed filter refuses the rows
   check_rows_changeable();
   reserve_rows(total + count);
   // Nothing fails from here on.
+  CloseFind();
   root_set().InitAsSet();
   const int at = std::clamp(pos, 1, total + 1);
   for (const auto& filter : filters_) filter->Taint();
@@ -84,12 +88,12 @@ int TRealTable::InsRows(int pos, int count) {
 
 /// Deletes the marked rows and returns their number.
 int TRealTable::delete_rows(RowDeletion& deletion) {
-  CloseFind();  // also when a high-speed filter refuses the change
   check_rows_changeable();
   CheckMergeFilterTVL(true);  // so that no tail entry has a row to renumber
   const int total = TotalRecs();
   const int deleted = deletion.close();
   // Nothing fails from here on.
+  CloseFind();
   for (const auto& filter : filters_) filter->Taint();
   for_each_array(GetNFilter(), total, [&](size_t i) {
     TIntArray& pv = *filters_[i]->PVL;

@@ -21,6 +21,9 @@ class TRealTable : public TBaseTable {
   TRealTable(int id, const char* name, int rows);
   /// The same without a root set, which the caller adds.
   TRealTable(int id, const char* name);
+  /// Reads a real table's section behind its type word, under the id and name that it has there.
+  /// What does not fit together throws QX_ERROR_FILE_FORMAT: a table that was read is safe to use.
+  explicit TRealTable(SectionReader& reader);
   ~TRealTable() override;
 
   int GetNFilter() const override { return static_cast<int>(filters_.size()); }
@@ -59,11 +62,14 @@ class TRealTable : public TBaseTable {
   int SearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppSearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppIntegratedSortByField(int set, const int* filters, const int* dirs) override;
+  void SaveTable(SectionWriter& writer, const TableForm& form) override;
 
   // Filters
   /// Position of a filter in display order, or QX_ERROR_NO_FILTER.
   virtual int FilterID2Pos(int id) const;
   int FilterName2Pos(const char* name) const;
+  /// Whether there may be one more.
+  bool has_room_for_filter() const;
   int FilterName2ID(const char* name) const;
   TFilter* filter_at(int position) const { return filters_[static_cast<size_t>(position)].get(); }
   /// A free filter name from `seed` into `out` (256 bytes); 0 or QX_ERROR_FILTER_NAME.
@@ -98,8 +104,8 @@ class TRealTable : public TBaseTable {
 
   // Rows
   /// Throws QX_ERROR_HIGH_SPEED_FILTER for a table with a high-speed filter, which can neither gain
-  /// nor lose rows.
-  void check_rows_changeable() const;
+  /// nor lose rows. The attempt closes the find cursor.
+  void check_rows_changeable();
   /// Inserts `count` NULL rows before row `pos`; 0 means before row 1, beyond the end means at the
   /// end. The new rows are in the root set alone. Returns `count` or a negative status; throws
   /// QX_ERROR_HIGH_SPEED_FILTER. A failure leaves the table as it was.
@@ -223,6 +229,12 @@ class TRealTable : public TBaseTable {
   template <class Array, class Value>
   int open_find(const char* layer, const char* typeText, int filter, int ope, Value v1, Value v2);
   int search_wildcard_pattern(const char* layer, int filter, int set, const char* pattern);
+  void save_sets(SectionWriter& writer, bool one_set);
+  void save_filters(SectionWriter& writer);
+  void save_sorted_sets(SectionWriter& writer);
+  void load_sets(SectionReader& reader);
+  void load_filters(SectionReader& reader, int data_version);
+  void load_sorted_sets(SectionReader& reader);
 
   std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
   std::vector<std::unique_ptr<TFilter>> filters_;  // in display order

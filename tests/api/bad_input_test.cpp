@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "support/case_name.h"
+#include "support/credentials.h"
 #include "support/database_text.h"
 #include "support/engine_test.h"
 #include "support/files.h"
@@ -21,8 +22,11 @@ namespace {
 
 int numbers[10];
 double real = 0;
-char buffer[8192];
+alignas(8) char buffer[8192];
 unsigned long size = 0;
+long place = 0;
+void* end = nullptr;
+int one = 1;
 int* address = nullptr;
 const int kFilters[] = {1, -1};
 int keys[] = {1, 0};
@@ -187,6 +191,47 @@ INSTANTIATE_TEST_SUITE_P(
                     QXE_CASE(Filter, QXGetFindStatus(table, numbers, nullptr)),
                     QXE_CASE(HitFilter, RQXGetNextHitReal(table, 1, 1, 0, 0, nullptr, numbers)),
                     QXE_CASE(HitPosition, QXGetNextHitReal(table, 1, 1, 0, 0, numbers, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
+    MemoryImages, MissingPointerTest,
+    testing::Values(QXE_CASE(Size, RQXGetRealTableMemSize(table, nullptr)),
+                    QXE_CASE(SaveBlock, RQXSaveRealTable2Mem(table, 10, nullptr, &end)),
+                    QXE_CASE(SaveEnd, RQXSaveRealTable2Mem(table, 10, buffer, nullptr)),
+                    QXE_CASE(LoadBlock, RQXLoadRealTableFromMem(nullptr, &end)),
+                    QXE_CASE(LoadEnd, RQXLoadRealTableFromMem(buffer, nullptr)),
+                    QXE_CASE(SaveAllBlock, RQXSaveDB2Mem(10, nullptr, &end)),
+                    QXE_CASE(SaveAllEnd, RQXSaveDB2Mem(10, buffer, nullptr)),
+                    QXE_CASE(LoadAllBlock, RQXLoadDBFromMem(nullptr, &end)),
+                    QXE_CASE(LoadAllEnd, RQXLoadDBFromMem(buffer, nullptr)),
+                    QXE_CASE(OwnBlock, RQXGetMemRealTable(table, nullptr, &place)),
+                    QXE_CASE(OwnSize, RQXGetMemRealTable(table, &end, nullptr)),
+                    QXE_CASE(SizedBlock, RQXLoadMemRealTable(nullptr, 10)),
+                    QXE_CASE(StreamData, RQXMemStreamWrite(nullptr, 1)),
+                    QXE_CASE(PlainStreamData, QXMemStreamWrite(nullptr, 1)),
+                    QXE_CASE(StreamSize, RQXMemStreamGetWriteBuf(nullptr, &end)),
+                    QXE_CASE(StreamArea, QXMemStreamGetWriteBuf(&place, nullptr)),
+                    QXE_CASE(StreamToRead, RQXMemStreamOpenRead(0, nullptr)),
+                    QXE_CASE(PlainStreamToRead, QXMemStreamOpenRead(0, nullptr)),
+                    QXE_CASE(StreamOut, RQXMemStreamRead(nullptr, 1)),
+                    QXE_CASE(PlainStreamOut, QXMemStreamRead(nullptr, 1)),
+                    QXE_CASE(StreamMode, RQXMemStreamGetStatus(nullptr, &place, &place, &end)),
+                    QXE_CASE(StreamPosition, QXMemStreamGetStatus(&one, &place, nullptr, &end))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
+    FileBrowser, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(Current, RQXBrowserGetCurrentDirectory(nullptr)),
+        QXE_CASE(ListCount, RQXBrowserGetFileList("*", 0, nullptr, numbers, buffer, nullptr)),
+        QXE_CASE(ListTotal, RQXBrowserGetFileList("*", 0, numbers, nullptr, buffer, nullptr)),
+        QXE_CASE(ListFlags, RQXBrowserGetFileList("*", 0, &one, numbers, buffer, nullptr)),
+        QXE_CASE(Position, RQXBrowserGetFile("f", nullptr, numbers, buffer)),
+        QXE_CASE(Length, RQXBrowserGetFile64("f", &place, nullptr, buffer)),
+        QXE_CASE(Remaining, RQXBrowserGetFileEx("f", 0, nullptr, numbers, buffer)),
+        QXE_CASE(GetBuffer, RQXBrowserGetFileEx64("f", 0, &place, &one, nullptr)),
+        QXE_CASE(PutBuffer, RQXBrowserPutFile("f", 1, nullptr)),
+        QXE_CASE(AppendBuffer, RQXBrowserPutFileEx("f", 1, 1, nullptr))),
     case_name<PointerCase>);
 
 #undef QXE_CASE
@@ -372,23 +417,6 @@ TEST_F(NameTest, TakenNamesWithoutRoomForANumberAreRefused) {
 }
 
 // Directories
-
-/// Takes the rights of root away while it lives; root may enter every directory.
-class WithoutRoot {
- public:
-  WithoutRoot() : before_(geteuid()) {
-    constexpr uid_t kNobody = 65534;
-    if (before_ == 0 && seteuid(kNobody) != 0) throw std::runtime_error("seteuid");
-  }
-  ~WithoutRoot() {
-    if (before_ == 0 && seteuid(before_) != 0) abort();
-  }
-  WithoutRoot(const WithoutRoot&) = delete;
-  WithoutRoot& operator=(const WithoutRoot&) = delete;
-
- private:
-  uid_t before_;
-};
 
 class DirectoryTest : public EngineTest {
  protected:

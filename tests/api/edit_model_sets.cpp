@@ -165,6 +165,7 @@ std::string mark(EditModel& model) {
   model.expect_status(RQXHighSpeedSearchSetMark(table.id(), set, filter, true), 0);
   model.expect_status(RQXHighSpeedSearchEnable(table.id(), filter, true), 0);
   model.expect_status(RQXInsertRealRows(table.id(), 1, 1), QX_ERROR_HIGH_SPEED_FILTER);
+  table.cursor.reset();
   drain_ring();
   model.expect_status(RQXHighSpeedSearchEnable(table.id(), filter, false), 0);
   return told(table, "mark", {set, filter});

@@ -772,6 +772,139 @@ INSTANTIATE_TEST_SUITE_P(
                   keep}),
     case_name<Operation>);
 
+// Images and the stream
+
+/// A block of a client, and what the last call has put into it.
+struct ImageArea {
+  long words[30000];
+  void* end;
+
+  std::string bytes() const {
+    const char* const begin = reinterpret_cast<const char*>(words);
+    return {begin, static_cast<const char*>(end)};
+  }
+} area;
+
+std::string image_bytes(const Base&, int) {
+  return area.bytes();
+}
+std::string own_image_bytes(const Base&, int) {
+  return {static_cast<const char*>(area.end), sizeof(Numeric)};
+}
+
+int save_image(const Base& base) {
+  return RQXSaveRealTable2Mem(base.id(), sizeof area.words, area.words, &area.end);
+}
+int get_own_image(const Base& base) {
+  long size = 0;
+  return RQXGetMemRealTable(base.id(), &area.end, &size);
+}
+int save_all(const Base&) {
+  return RQXSaveDB2Mem(sizeof area.words, area.words, &area.end);
+}
+int load_image(const Base& base) {
+  if (area.words[0] == 0) save_image(base);
+  return RQXLoadMemRealTable(area.words, sizeof area.words);
+}
+int load_streamed(const Base& base) {
+  if (area.words[0] == 0) save_image(base);
+  RQXMemStreamOpenRead(sizeof area.words, area.words);
+  return RQXLoadRealTableMem();
+}
+int save_streamed(const Base& base) {
+  static char data[1'100'000];  // more than the stream has at first
+  if (const int status = RQXMemStreamOpenWrite(); status < 0) return status;
+  if (const int status = RQXMemStreamWrite(data, sizeof data); status < 0) return status;
+  return RQXSaveRealTableMem(base.id(), 0);
+}
+std::string streamed_bytes(const Base&, int) {
+  long size = 0;
+  void* bytes = nullptr;
+  require(RQXMemStreamGetWriteBuf(&size, &bytes), "RQXMemStreamGetWriteBuf");
+  return {static_cast<const char*>(bytes), static_cast<size_t>(size)};
+}
+void forget_images(const Base&, int) {
+  area.words[0] = 0;
+  RQXFreeMemRealTable();
+  RQXMemStreamClose();
+}
+void forget_loaded(const Base& base, int table) {
+  delete_table(base, table);
+  RQXMemStreamClose();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Images, FaultsTest,
+    testing::Values(Operation{"Save", save_image, image_bytes, forget_images},
+                    Operation{"Own", get_own_image, own_image_bytes, forget_images},
+                    Operation{"SaveAll", save_all, image_bytes, forget_images},
+                    Operation{"Load", load_image, imported, forget_loaded},
+                    Operation{"LoadStreamed", load_streamed, imported, forget_loaded},
+                    Operation{"SaveStreamed", save_streamed, streamed_bytes, forget_images}),
+    case_name<Operation>);
+
+using DatabaseImageFaultsTest = EngineTest;
+
+TEST_F(DatabaseImageFaultsTest, LeaveTheDatabaseWholeOrEmpty) {
+  const Base base;
+  require(save_all(base), "RQXSaveDB2Mem");
+  RQXSetSavedFlag(1, 1, 1);
+  const std::string wanted = database_text();
+  walk([&](const Fault& fault) {
+    int status = 0;
+    bool fired = false;
+    void* end = nullptr;
+    {
+      const ArmedFault armed(fault);
+      status = RQXLoadDBFromMem(area.words, &end);
+      fired = armed.fired();
+    }
+    if (status < 0) {
+      expect_failure(status, QX_ERROR_OUT_OF_MEMORY);
+      EXPECT_LE(RQXGetNTable(), 1);
+      EXPECT_EQ(RQXLoadDBFromMem(area.words, &end), 0);
+    }
+    EXPECT_EQ(database_text(), wanted);
+    return fired;
+  });
+  forget_images(base, 0);
+}
+
+// The file browser
+
+int listed = 0;
+char piece[100];
+int piece_size = 0;
+
+int list_files(const Base&) {
+  static char names[100 * 256];
+  static unsigned char flags[100];
+  int stored = 100;
+  return RQXBrowserGetFileList("*.*", 0, &stored, &listed, names, flags);
+}
+int get_piece(const Base&) {
+  int position = 3;
+  piece_size = 50;
+  return RQXBrowserGetFile("rows.csv", &position, &piece_size, piece);
+}
+int put_piece(const Base&) {
+  return RQXBrowserPutFile("new", 9, "new bytes");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FileBrowser, FaultsTest,
+    testing::Values(Operation{"List", list_files,
+                              [](const Base&, int) { return std::to_string(listed); }, keep,
+                              QX_ERROR_NOT_FOUND},
+                    Operation{"Get", get_piece,
+                              [](const Base&, int) {
+                                return std::string(piece, static_cast<size_t>(piece_size));
+                              },
+                              keep},
+                    Operation{"Put", put_piece, [](const Base&, int) { return read_file("new"); },
+                              [](const Base&, int) { RQXBrowserDelFile("new"); }}),
+    case_name<Operation>);
+
 // Condensing works on a table that has more values than its rows use.
 
 std::string condensed(const Base& base, int table) {

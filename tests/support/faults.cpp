@@ -1,5 +1,6 @@
 #include "support/faults.h"
 
+#include <dirent.h>
 #include <errno.h>
 #include <pthread.h>
 #include <stdio.h>
@@ -99,6 +100,9 @@ QXE_WRAP(no_file(), -1, int, faccessat, (int at, const char* path, int mode, int
          mode, flags)
 QXE_WRAP(no_file(), -1, ssize_t, pread, (int file, void* out, size_t size, off_t offset), file, out,
          size, offset)
+QXE_WRAP(no_file(), -1, ssize_t, write, (int file, const void* data, size_t size), file, data, size)
+QXE_WRAP(no_file(), nullptr, DIR*, opendir, (const char* path), path)
+QXE_WRAP(no_file(), nullptr, dirent*, readdir, (DIR * directory), directory)
 QXE_WRAP(no_file(), -1, int, unlink, (const char* path), path)
 QXE_WRAP(no_file(), nullptr, char*, getcwd, (char* out, size_t size), out, size)
 QXE_WRAP(no_file(), nullptr, FILE*, fopen, (const char* path, const char* mode), path, mode)

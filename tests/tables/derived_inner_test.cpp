@@ -121,12 +121,12 @@ TEST_F(PendingTest, StaysWhenTheTableIsCondensed) {
 TEST_F(PendingTest, SortedSetsOutliveTheCondensing) {
   TRealTable& table = inner_table(table_);
   table.CheckMergeFilterTVL(true);
+  int five = 5;
+  ASSERT_EQ(table.FillEx(1, 1, 20, 1, &five), 1);  // no row has the value 1 any more
   TFilter& filter = *table.GetFilter(1);
   auto* const sorted = new TSortedSetArray;  // the set owns it
   sorted->initialize(table.GetSet(1), &filter);
   sorted->Reclaim();
-  int* const rows = filter.PVL->PIntAr();
-  rows[20] = 2;  // no row has the value 1 any more
   ASSERT_EQ(RQXCondenseRealTable(table.id()), 0);
   EXPECT_EQ(filter.VL->FArraySize, 3);
   EXPECT_EQ(sorted->FArraySize, 200);
@@ -142,6 +142,7 @@ class BorrowedTest : public EngineTest {
     delete filter.VL;
     filter.VL = inner_table(lender_).GetFilter(1)->VL;
     filter.FVLBorrowed = true;
+    filter.Taint();
   }
 
   const TestTable lender_;

@@ -42,6 +42,25 @@ int innerQXGetTableIDFromName(const char* name);
 /// `*out` is a static buffer of the referring tables' ids.
 int innerQXTableCanEdit(int table, int** out);
 
+// Database and table files
+int innerQXLoadDB(const char* dir, const char* name);
+int innerQXSaveDB();
+int innerQXSaveDBAs(char* dir, const char* name);
+int innerQXSaveDBAsOldVer(char* dir, const char* name, int version);
+/// Whether a table, 0 for all, can be saved for this data version: 0 or a status.
+int innerQXSavePossibleCheck(int table, int version);
+int innerQXGetPathName(char* dir, char* name);
+int innerQXLoadRealTable(const char* dir, const char* file);
+int innerQXLoadRealTable2(const char* path, long offset, int count, int* ids, long* end);
+int innerQXSaveRealTable(const char* dir, int table);
+int innerQXSaveRealTableAs(const char* dir, const char* file, int table);
+int innerQXSaveRealTable2(const char* path, long offset, const int* ids, long* end);
+int innerQXSaveRealTableOldVer(const char* dir, int table, int version);
+int innerQXSaveRealTableAsOldVer(const char* dir, const char* file, int table, int version);
+/// `extension`: ".QXD" or ".QXT", else -1.
+int innerQXGetQxeFileInfo(const char* dir, const char* file, const char* extension,
+                          _QXFileInfo* out);
+
 // Memory accounting
 int innerQXGetTotalMemorySize(unsigned long* size);
 int innerQXGetTotalMemorySizeWithShared(unsigned long* size);
@@ -200,6 +219,46 @@ int innerQXSortByField(int table, int filter, int set, int dir);
 int innerQXSortByRowNo(int table, int filter, int set, int dir);
 int innerQXExtractUniqueReal(int table, int set, const int* filters);
 int innerQXServiceSortByN(int n, const int* counts, int* nonZero, int* nonZeroIndex, int* order);
+
+// Memory images
+int innerQXGetRealTableMemSize(int table, long* size);
+int innerQXSaveRealTable2Mem(int table, long size, void* block, void** end);
+int innerQXLoadRealTableFromMem(void* block, void** end);
+int innerQXLoadMemRealTable(void* block, long size);
+int innerQXGetMemRealTable(int table, void** block, long* size);
+int innerQXFreeMemRealTable();
+int innerQXSaveDB2Mem(long size, void* block, void** end);
+int innerQXLoadDBFromMem(void* block, void** end);
+
+// Memory stream
+int innerQXMemStreamOpenWrite();
+int innerQXMemStreamWrite(const void* data, int size);
+int innerQXMemStreamGetWriteBuf(long* size, void** area);
+int innerQXMemStreamOpenRead(long size, void* area);
+int innerQXMemStreamRead(void* data, int size);
+int innerQXMemStreamGetStatus(int* mode, long* used, long* position, void** area);
+int innerQXMemStreamClose();
+int innerQXSaveRealTableMem(int table, bool one_set);
+int innerQXLoadRealTableMem();
+
+// File browser
+int innerRQXBrowserGetCurrentDirectory(char* path);
+int innerRQXBrowserSetCurrentDirectory(const char* path);
+int innerRQXBrowserMakeDirectory(const char* path);
+int innerRQXBrowserDelDirectory(const char* path, int recursive);
+int innerRQXBrowserMove(const char* from, const char* to);
+int innerRQXBrowserGetFileList(const char* pattern, int* count, int* total, char* names,
+                               unsigned char* flags);
+int innerRQXBrowserGetFileSize(const char* path);
+int innerRQXBrowserGetFile(const char* path, int* position, int* length, void* buffer);
+int innerRQXBrowserGetFile64(const char* path, long* position, int* length, void* buffer);
+int innerRQXBrowserGetFileEx(const char* path, int position, int* remaining, int* length,
+                             void* buffer);
+int innerRQXBrowserGetFileEx64(const char* path, long position, long* remaining, int* length,
+                               void* buffer);
+int innerRQXBrowserPutFile(const char* path, int length, const void* buffer);
+int innerRQXBrowserPutFileEx(const char* path, int mode, int length, const void* buffer);
+int innerRQXBrowserDelFile(const char* path);
 
 /// Copies the attribute block whose address `get(&area)` finds.
 template <class Get>

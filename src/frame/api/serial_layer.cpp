@@ -48,6 +48,10 @@ TBaseTable* admitted_table(const LayerCall& call, int table, int* status) {
   return *status < 0 ? nullptr : target;
 }
 
+int check_size(const char* layer, long size) {
+  return size >= 0 ? 0 : report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : size(%ld)", size);
+}
+
 int log_failure(const LayerCall& call, int status) {
   const char* text = "return of inner call";
   for (const FailureText& known : call.texts) {

@@ -45,6 +45,9 @@ TBaseTable* admitted_table(const LayerCall& call, int table, int* status);
 /// Logs a negative result of an operation under the layer's name and hands it on.
 int log_failure(const LayerCall& call, int status);
 
+/// QX_ERROR_PARAMETER with an entry for a size in bytes below 0, else 0.
+int check_size(const char* layer, long size);
+
 inline int concluded(const LayerCall& call, int status) {
   if (status < 0) return log_failure(call, status);
   if (call.saved != nullptr) *call.saved = false;
