@@ -58,7 +58,7 @@ void CSmpEngine::init() {
   sysinfo();
   pool_ = started_pool();
   buildSystemHeader();
-  renew_collection();
+  collection_ = std::make_unique<TTableCollection>();
   char directory[400];
   if (getcwd(directory, sizeof directory) != nullptr) {
     snprintf(m_archLogFile, sizeof m_archLogFile, "%s/vemohist.log", directory);
@@ -98,7 +98,8 @@ void CSmpEngine::setDefaultDateFormat() {
 }
 
 void CSmpEngine::renew_collection() {
-  renew_collection(std::make_unique<TTableCollection>());
+  std::destroy_at(collection_.get());
+  std::construct_at(collection_.get());
 }
 
 void CSmpEngine::renew_collection(std::unique_ptr<TTableCollection> loaded) {

@@ -52,7 +52,7 @@ class CSmpEngine : NonCopyable {
   int l2_size() const { return l2_size_; }
   int l2_line() const { return l2_line_; }
   TTableCollection* collection() { return collection_.get(); }
-  /// Replaces the collection by an empty one.
+  /// Replaces the collection by an empty one, in its place: this cannot fail.
   void renew_collection();
   /// Replaces it by one that was loaded.
   void renew_collection(std::unique_ptr<TTableCollection> loaded);

@@ -63,9 +63,16 @@ void TTableCollection::check_loadable() const {
   throw CQXException(report("LoadRealTable", QX_ERROR_TABLE_COUNT_LOAD, "TableCount overflow"));
 }
 
-int TTableCollection::load_section(SectionReader& reader) {
+std::unique_ptr<TRealTable> TTableCollection::read_section(SectionReader& reader) const {
   check_loadable();
-  auto table = read_table(reader, QX_ERROR_NOT_REAL_SOURCE);
+  return read_table(reader, QX_ERROR_NOT_REAL_SOURCE);
+}
+
+int TTableCollection::load_section(SectionReader& reader) {
+  return adopt_new_table(read_section(reader));
+}
+
+int TTableCollection::adopt_new_table(std::unique_ptr<TRealTable> table) {
   char unique[TBaseTable::kNameSize];
   if (GenTableName(table->name(), unique) < 0) throw CQXException(QX_ERROR_GEN_TABLE_NAME);
   table->set_name(unique);

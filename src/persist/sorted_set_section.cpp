@@ -51,7 +51,7 @@ void TRealTable::load_sorted_sets(SectionReader& reader) {
     auto sorted = std::make_unique<TSortedSetArray>();
     sorted->initialize(&marked, filter_at(filter));
     TSortedSetArray& mark = *sorted.release();  // the set's from here on
-    if (rows.FArraySize > 0) mark.Reclaim();
+    if (rows.FArraySize == marked.FArraySize) mark.Reclaim();
   }
 }
 

@@ -100,11 +100,14 @@ int TTableCollection::LoadRealTable2(const char* file, long offset, int count, i
   }
   FileReader reader(file);
   reader.seek(offset);
+  long behind = reader.position();
   for (int i = 0; i < count; ++i) {
     reader.read_header();
-    ids[i] = load_section(reader);
+    auto table = read_section(reader);
+    behind = reader.position();
+    ids[i] = adopt_new_table(std::move(table));
   }
-  *end = reader.position();
+  *end = behind;
   return FTblIDIssued;
 }
 

@@ -51,9 +51,12 @@ class TTableCollection : NonCopyable {
   /// Writes the database section. Without joins, which refer to ids, tables are numbered from 1 on
   /// in the section. `versions`: four words.
   void save_sections(SectionWriter& writer, const int* versions) const;
-  /// Reads a table section, its type word first, as a new table: under the next id and a free name
-  /// made of its own. Returns the id; a failure changes nothing. Throws QX_ERROR_NOT_REAL_SOURCE
-  /// for a section that is not a real table's.
+  /// Reads a table section, its type word first. Throws QX_ERROR_NOT_REAL_SOURCE for one that is
+  /// not a real table's.
+  std::unique_ptr<TRealTable> read_section(SectionReader& reader) const;
+  /// Takes over such a table under the next id, which is returned, and a free name made of its own.
+  int adopt_new_table(std::unique_ptr<TRealTable> table);
+  /// Both in one step: a failure changes nothing.
   int load_section(SectionReader& reader);
   /// Throws QX_ERROR_TABLE_COUNT_LOAD when there is no room for a table to load.
   void check_loadable() const;

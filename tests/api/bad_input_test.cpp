@@ -1,6 +1,7 @@
 // Input that no careful client gives: missing pointers, names of any length, directories that
 // cannot be entered. Each call tells, and changes nothing.
 #include <stdlib.h>
+#include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -31,6 +32,8 @@ int* address = nullptr;
 const int kFilters[] = {1, -1};
 int keys[] = {1, 0};
 Numeric decimal_out;
+long offset = 0;
+_QXFileInfo file_info;
 
 struct PointerCase {
   const char* name;
@@ -66,6 +69,47 @@ INSTANTIATE_TEST_SUITE_P(
                     QXE_CASE(TimeOut, RQXStrToTime("1:00", nullptr)),
                     QXE_CASE(IntText, QXStrToInt(nullptr, numbers)),
                     QXE_CASE(FloatOut, QXStrToFloat("1", nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, MissingPointerTest,
+    testing::Values(QXE_CASE(PathName, RQXGetPathName(nullptr, buffer)),
+                    QXE_CASE(PlainPathName, QXGetPathName(buffer, nullptr)),
+                    QXE_CASE(DatabaseInfo, RQXGetQXDFileInfo("", "x", nullptr)),
+                    QXE_CASE(TableInfo, RQXGetQXTFileInfo("", "x", nullptr)),
+                    QXE_CASE(LoadedIds, RQXLoadRealTable2("x", 0, 1, nullptr, &offset)),
+                    QXE_CASE(LoadedEnd, RQXLoadRealTable2("x", 0, 1, numbers, nullptr)),
+                    QXE_CASE(SavedIds, RQXSaveRealTable2("x", 0, nullptr, &offset)),
+                    QXE_CASE(SavedEnd, RQXSaveRealTable2("x", 0, kFilters, nullptr))),
+    case_name<PointerCase>);
+
+class MissingPlaceTest : public EngineTest, public testing::WithParamInterface<PointerCase> {};
+
+TEST_P(MissingPlaceTest, IsNoFile) {
+  const TestTable table({{"i", ints({1, 2, 3})}}, "t");
+  RQXSetSavedFlag(1, 1, 1);
+  const std::string before = database_text();
+  expect_failure(GetParam().call(table.id()), QX_ERROR_FILE, "Illegal FileName");
+  EXPECT_EQ(database_text(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, MissingPlaceTest,
+    testing::Values(QXE_CASE(LoadFrom, RQXLoadDB(nullptr, "x")),
+                    QXE_CASE(LoadName, RQXHSLoadDB("", nullptr)),
+                    QXE_CASE(LoadNoName, QXLoadDB("", "")),
+                    QXE_CASE(SaveTo, RQXSaveDBAs(nullptr, "x")),
+                    QXE_CASE(SaveName, QXSaveDBAs(buffer, nullptr)),
+                    QXE_CASE(SaveNoName, RQXSaveDBAsOldVer(buffer, "", 24)),
+                    QXE_CASE(LoadTableFrom, RQXLoadRealTable(nullptr, "x")),
+                    QXE_CASE(LoadTableName, RQXHSLoadRealTable("", nullptr)),
+                    QXE_CASE(LoadTables, RQXLoadRealTable2(nullptr, 0, 1, numbers, &offset)),
+                    QXE_CASE(SaveTable, RQXSaveRealTable(nullptr, table)),
+                    QXE_CASE(SaveTableAs, RQXSaveRealTableAs("", "", table)),
+                    QXE_CASE(SaveTableOld, RQXSaveRealTableAsOldVer("", nullptr, table, 24)),
+                    QXE_CASE(SaveTables, RQXSaveRealTable2(nullptr, 0, kFilters, &offset)),
+                    QXE_CASE(InfoFrom, RQXGetQXDFileInfo(nullptr, "x", &file_info)),
+                    QXE_CASE(InfoName, RQXGetQXTFileInfo("", nullptr, &file_info))),
     case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -386,6 +430,19 @@ INSTANTIATE_TEST_SUITE_P(
                    return RQXSearchByFieldNValuesFromCSV(table, 1, 1, "", name);
                  },
                  QX_ERROR_FILE, QX_ERROR_FILE},
+        NameCase{"TableFile", [](int, const char* name) { return RQXLoadRealTable("", name); },
+                 QX_ERROR_FILE, QX_ERROR_FILE},
+        NameCase{"TableDirectory",
+                 [](int, const char* name) { return RQXLoadRealTable(name, "x"); }, QX_ERROR_PATH,
+                 QX_ERROR_PATH},
+        NameCase{"SavedTable",
+                 [](int table, const char* name) { return RQXSaveRealTableAs("", name, table); },
+                 QX_ERROR_FILE, QX_ERROR_FILE},
+        NameCase{"FileInfo",
+                 [](int, const char* name) {
+                   return RQXGetQXDFileInfo("", name, &file_info);
+                 },
+                 QX_ERROR_FILE, QX_ERROR_FILE},
         NameCase{"Export", [](int table, const char* name) { return export_file(table, "", name); },
                  QX_ERROR_FILE},
         NameCase{"ExportDirectory",
@@ -441,6 +498,11 @@ class DirectoryTest : public EngineTest {
     expect_failure(RQXAddRealFilter2(id, 0, "x", 2, 1, nullptr, dir, "SrcData.dat"), QX_ERROR_FILE);
     expect_failure(RQXSearchByFieldNValuesFromCSV(id, 1, 1, dir, "SrcData.dat"), QX_ERROR_FILE);
     expect_failure(export_file(id, dir, "out.csv"), QX_ERROR_PATH, "Invalid Parameter : Path");
+    expect_failure(RQXSaveRealTable(dir, id), QX_ERROR_PATH, "Invalid Parameter : TablePath(");
+    expect_failure(RQXLoadRealTable(dir, "t"), QX_ERROR_PATH, "Invalid Parameter : TablePath(");
+    char path[512] = "";
+    strncpy(path, dir, sizeof path - 1);
+    expect_failure(RQXSaveDBAs(path, "db"), QX_ERROR_PATH, "Invalid Parameter : DBPath(");
     expect_failure(RQXSaveAsCatalog(id, 1, kFilters, 0, -1, -1, '/', dir, "out.cat"), QX_ERROR_PATH,
                    "Invalid Parameter : Path");
     EXPECT_EQ(database_text(), before);
@@ -465,6 +527,17 @@ TEST_F(DirectoryTest, ThatCannotBeWrittenFailsExportsOnly) {
   expect_failure(RQXSaveAsCatalog(table_.id(), 1, kFilters, 0, -1, -1, '/', "", "out.cat"),
                  QX_ERROR_FILE, "Illegal FileName");
   EXPECT_GT(RQXAddCatalogFile("", "c.cat"), 0);
+}
+
+TEST_F(DirectoryTest, ThatCannotBeWrittenFailsSaves) {
+  char path[512] = "";
+  ASSERT_EQ(RQXSaveDBAs(path, "db"), 0);
+  ASSERT_EQ(chmod(directory().path().c_str(), 0555), 0);
+  const WithoutRoot nobody;
+  expect_failure(RQXSaveDBAs(path, "new"), QX_ERROR_FILE, "Illegal FileName");
+  expect_failure(RQXSaveDB(), QX_ERROR_FILE, "Illegal FileName");
+  expect_failure(RQXSaveRealTable("", table_.id()), QX_ERROR_FILE, "Illegal FileName");
+  EXPECT_EQ(RQXLoadDB(path, "db"), 0);
 }
 
 TEST_F(DirectoryTest, FilesThatCannotBeReadAreRefused) {

@@ -33,6 +33,11 @@ class Base {
     write_file("values.txt", "1\n2\n\n4\n");
     write_file("texts.bin", std::string("\0\0\0\3new\0\0\0\0\0\0\0\1x", 16));
     write_rows();
+    require(RQXSaveRealTableAs("", "stored", id()), "RQXSaveRealTableAs");
+    write_file("inside.dat", std::string(100, ' '));
+    const int tables[] = {id(), -1};
+    long end = 0;
+    require(RQXSaveRealTable2("inside.dat", 100, tables, &end), "RQXSaveRealTable2");
   }
 
   int id() const { return table_.id(); }
@@ -558,6 +563,43 @@ INSTANTIATE_TEST_SUITE_P(
                                     base.id(), 1, kAllFilters, QX_EXPORT_TAB, -1, -1, '/', ".",
                                     "out.csv", "", "out.cat", "format.txt");
                               })),
+    case_name<Operation>);
+
+// ... on table files; those of databases have walks of their own
+
+std::string saved_table(const Base&, int) {
+  return read_file("out.QXT");
+}
+void remove_table_file(const Base&, int) {
+  std::filesystem::remove("out.QXT");
+}
+
+int save_table(const Base& base) {
+  return RQXSaveRealTableAs("", "out", base.id());
+}
+int save_table_inside(const Base& base) {
+  const int tables[] = {base.id(), -1};
+  long end = 0;
+  return RQXSaveRealTable2("inside.dat", 100, tables, &end);
+}
+int load_table_inside(const Base&) {
+  int table = 0;
+  long end = 0;
+  return RQXLoadRealTable2("inside.dat", 100, 1, &table, &end);
+}
+int file_info(const Base&) {
+  _QXFileInfo info;
+  return RQXGetQXTFileInfo("", "stored", &info);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    TableFiles, FaultsTest,
+    testing::Values(Operation{"Save", save_table, saved_table, remove_table_file, QX_ERROR_PATH},
+                    Operation{"SaveInside", save_table_inside, nothing, keep},
+                    Operation{"Load", [](const Base&) { return RQXLoadRealTable("", "stored"); },
+                              imported, delete_table, QX_ERROR_PATH},
+                    Operation{"LoadInside", load_table_inside, imported, delete_table},
+                    Operation{"Info", file_info, nothing, keep, QX_ERROR_PATH}),
     case_name<Operation>);
 
 // ... on tables, settings and logs

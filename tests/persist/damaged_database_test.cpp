@@ -70,7 +70,10 @@ class DamagedDatabaseTest : public EngineTest {
       char value[] = "a";
       RQXSearchByField(table, filters[i], 1, QX_OPE_GEQ, value, value);
     }
-    for (int i = 0; i < count; ++i) RQXFillRealEx(table, filters[i], 1, 1, 1, nullptr);
+    for (int i = 0; i < count; ++i) {
+      RQXFillRealExIntR1(table, filters[i], 1, 1, 1, 7);  // one of these fits
+      RQXFillRealExStrR1(table, filters[i], 1, 1, 1, nullptr);
+    }
     RQXInsertRealRows(table, 1, 2);
     RQXDeleteRealRows(table, 1, 1);
     RQXDeleteTable(RQXDuplicateRealTable("copy", table));

@@ -209,6 +209,15 @@ TEST_F(DatabaseCallsTest, TablesLieInARowInsideAFile) {
   expect_failure(RQXLoadRealTable2("row", 0, -1, ids, &end), QX_ERROR_NO_TABLE,
                  "Invalid Parameter : TblCnt");
   expect_failure(RQXLoadRealTable2("row", 1 << 20, 1, ids, &end), QX_ERROR_FILE);
+  write_file("row", bytes);
+  RQXSetSavedFlag(1, 1, 1);
+  const int tables = RQXGetNTable();
+  int many[9] = {};
+  expect_failure(RQXLoadRealTable2("row", 13, 9, many, &end), QX_ERROR_FILE);
+  EXPECT_EQ(RQXGetNTable(), tables + 2);  // those in front stay
+  int flags[3] = {};
+  RQXGetSavedFlag(flags, flags + 1, flags + 2);
+  EXPECT_EQ(flags[1], 0);
 }
 
 TEST_F(DatabaseCallsTest, AFileTellsWhatItIs) {

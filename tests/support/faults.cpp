@@ -42,6 +42,10 @@ bool no_file() {
   return true;
 }
 
+size_t moved_size(size_t size) {
+  return size > 1 && fails(FaultKind::kPart) ? size / 2 : size;
+}
+
 bool no_thread() {
   return fails(FaultKind::kThread);
 }
@@ -49,7 +53,7 @@ bool no_thread() {
 }  // namespace
 
 std::string to_text(const Fault& fault) {
-  static constexpr const char* kKinds[] = {"allocation", "file call", "thread start"};
+  static constexpr const char* kKinds[] = {"allocation", "file call", "thread start", "transfer"};
   return std::string(kKinds[static_cast<int>(fault.kind)]) + " " + std::to_string(fault.after) +
          (fault.persistent ? " and all after it fail" : " fails");
 }
@@ -73,6 +77,7 @@ bool ArmedFault::fired() const {
 
 // The linker sends each call of `name` to __wrap_name; __real_name is the system's.
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+using qxe::test::moved_size;
 using qxe::test::no_file;
 using qxe::test::no_memory;
 using qxe::test::no_thread;
@@ -99,7 +104,11 @@ QXE_WRAP(no_file(), -1, int, fstat, (int file, struct stat* out), file, out)
 QXE_WRAP(no_file(), -1, int, faccessat, (int at, const char* path, int mode, int flags), at, path,
          mode, flags)
 QXE_WRAP(no_file(), -1, ssize_t, pread, (int file, void* out, size_t size, off_t offset), file, out,
-         size, offset)
+         moved_size(size), offset)
+QXE_WRAP(no_file(), -1, ssize_t, pwrite, (int file, const void* data, size_t size, off_t offset),
+         file, data, moved_size(size), offset)
+QXE_WRAP(no_file(), nullptr, char*, realpath, (const char* path, char* out), path, out)
+QXE_WRAP(no_file(), EOF, int, fflush, (FILE * file), file)
 QXE_WRAP(no_file(), -1, ssize_t, write, (int file, const void* data, size_t size), file, data, size)
 QXE_WRAP(no_file(), nullptr, DIR*, opendir, (const char* path), path)
 QXE_WRAP(no_file(), nullptr, dirent*, readdir, (DIR * directory), directory)

@@ -9,7 +9,8 @@ namespace qxe::test {
 enum class FaultKind {
   kAllocation,  // no memory: malloc, realloc, operator new, and mmap without a file
   kFileCall,    // any call on a file or directory
-  kThread       // no further thread
+  kThread,      // no further thread
+  kPart         // a read or write past the buffer moves a part alone, which is no failure
 };
 
 /// `after` calls of the kind pass, the next one fails, and with `persistent` all later ones too.

@@ -83,10 +83,12 @@ int innerQXLoadRealTable(const char* dir, const char* file) {
 }
 
 int innerQXLoadRealTable2(const char* path, long offset, int count, int* ids, long* end) {
-  return with_collection({.layer = "QXLoadRealTable2", .saved = count > 0 ? &g_TFSaved : nullptr},
-                         [&](TTableCollection& tables) {
-                           return tables.LoadRealTable2(path, offset, count, ids, end);
-                         });
+  const int before = collection().count();
+  const int status = with_collection({.layer = "QXLoadRealTable2"}, [&](TTableCollection& tables) {
+    return tables.LoadRealTable2(path, offset, count, ids, end);
+  });
+  if (collection().count() != before) g_TFSaved = false;  // also when only some were loaded
+  return status;
 }
 
 int innerQXSaveRealTable(const char* dir, int table) {

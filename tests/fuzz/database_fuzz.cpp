@@ -1,0 +1,167 @@
+// Any bytes as a database or table file. The first line of the input chooses: kind, workers, one
+// byte each. What is loaded must be the same whoever has read it, must work, and must come back the
+// same when it is saved and loaded again.
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fuzz/call_outcome.h"
+#include "fuzz/choices.h"
+#include "fuzz/engine_state.h"
+#include "fuzz/fuzz_input.h"
+#include "fuzz/import_check.h"
+#include "parallel/smpengine.h"
+#include "qxe.h"
+#include "support/files.h"
+#include "support/temp_dir.h"
+#include "tables/realtables.h"
+#include "tables/table_collection.h"
+
+namespace qxe::test {
+namespace {
+
+enum class Kind { kDatabase, kTable };
+
+constexpr Choice<Kind> kKinds[] = {{'D', Kind::kDatabase}, {'T', Kind::kTable}};
+
+struct FileInput {
+  std::string bytes;
+  Kind kind = Kind::kDatabase;
+  WorkDivision division;
+};
+
+FileInput input_of(std::string_view bytes) {
+  const size_t line_end = std::min(bytes.find('\n'), bytes.size());
+  Chooser chooser(bytes.substr(0, line_end));
+  FileInput input;
+  input.bytes = bytes.substr(std::min(line_end + 1, bytes.size()));
+  input.kind = chooser.from(kKinds).stands_for;
+  input.division.workers = 2 + chooser.number() % 4;
+  input.division.in_turn = shares_in_turn;
+  return input;
+}
+
+const std::string& directory() {
+  static const TempDir own;
+  return own.path();
+}
+
+std::vector<int> table_ids() {
+  std::vector<int> ids(static_cast<size_t>(RQXGetNTable()));
+  if (!ids.empty()) RQXGetTableIDList(ids.data());
+  return ids;
+}
+
+void check_sets(int id) {
+  const TRealTable& table = real_table(id);
+  std::vector<int> ids(static_cast<size_t>(table.set_count()));
+  table.GetSetIDList(table.set_count(), ids.data());
+  for (const int set : ids) {
+    const TSetArray& rows = *table.GetSet(set);
+    for (int i = 0; i < rows.FArraySize; ++i) {
+      const int row = rows.GetInt(i);
+      if (row < 1 || row > table.TotalRecs()) finding("a set has a row beyond the table", "");
+    }
+  }
+}
+
+/// All tables, their sets and marks.
+std::string database_image() {
+  std::string image;
+  for (const int id : table_ids()) {
+    check_well_formed(id, false);
+    check_sets(id);
+    const TRealTable& table = real_table(id);
+    image += std::to_string(table.set_count()) + table_image(id);
+    for (int i = 0; i < table.GetNFilter(); ++i) {
+      const TFilter& filter = *table.filter_at(i);
+      image += std::to_string(filter.FFilterID) + (filter.high_speed() ? "!" : " ");
+      for (const TSortedSetArray* sorted : filter.sorted_sets()) {
+        if (sorted->set()->FArraySize == 0) continue;  // nothing to tell whether it is filled
+        image += sorted->tainted() ? "tainted" : std::to_string(sorted->null_count());
+      }
+    }
+  }
+  return image;
+}
+
+Outcome load(const FileInput& input, const WorkDivision& division) {
+  ENG->set_division(division);
+  RQXClearDB();
+  drained_ring();
+  const bool database = input.kind == Kind::kDatabase;
+  write_file(directory() + (database ? "/f.QXD" : "/f.QXT"), input.bytes);
+  Outcome outcome;
+  outcome.status =
+      database ? RQXLoadDB(directory().c_str(), "f") : RQXLoadRealTable(directory().c_str(), "f");
+  outcome.ring = drained_ring();
+  outcome.table = database_image();
+  if (outcome.status < 0 && outcome.ring.empty()) finding("a failure without a ring entry", "");
+  if (outcome.status < 0 && RQXGetNTable() > 0) finding("a failed load has left a table", "");
+  return outcome;
+}
+
+/// The calls that a client is likely to make with a table that it has loaded.
+void use(int table) {
+  int filters[TBaseTable::kMaxFilters + 1] = {};
+  const int count = RQXGetFilterIDList(table, filters);
+  filters[count] = -1;
+  RQXExportAsCSV(table, 1, filters, -1, -1, directory().c_str(), "out.csv", '/');
+  for (int i = 0; i < count; ++i) {
+    RQXSortByField(table, filters[i], -1, QX_SORT_DESC);
+    RQXSetNotReal(table, -1);
+    char value[32] = "a";
+    RQXSearchByField(table, filters[i], 1, QX_OPE_NEQ, value, value);
+    RQXDupRealFilterEx(table, filters[i], QX_DT_STRING);
+    RQXFillRealExIntR1(table, filters[i], 1, 1, 1, 7);  // one of these fits
+    RQXFillRealExDblR1(table, filters[i], 1, 1, 1, 0.5);
+    RQXFillRealExStrR1(table, filters[i], 1, 1, 1, value);
+  }
+  RQXInsertRealRows(table, 1, 2);
+  RQXDeleteRealRows(table, 1, 1);
+  RQXDeleteTable(RQXDuplicateRealTable("", table));
+}
+
+/// Saves the database and returns its file.
+std::string saved() {
+  char place[512] = "";
+  directory().copy(place, sizeof place - 1);
+  if (RQXSaveDBAs(place, "again") < 0) finding("a database cannot be saved", drained_ring());
+  return read_file(directory() + "/again.QXD");
+}
+
+void reload() {
+  if (RQXLoadDB(directory().c_str(), "again") < 0) {
+    finding("a saved database is refused", drained_ring());
+  }
+}
+
+/// Saved and loaded, the database is the same, and so is its next file.
+void save_again() {
+  saved();  // tidies up
+  const std::string wanted = database_image();
+  reload();
+  if (database_image() != wanted) finding("a database has changed in its file", printable(wanted));
+  const std::string file = saved();
+  reload();
+  if (saved() != file) finding("a file changes when it is loaded and saved", printable(wanted));
+}
+
+void check_file(const FileInput& input) {
+  const Outcome serial = load(input, {1, 1, 1});
+  const Outcome parallel = load(input, input.division);
+  expect_same("the load", serial, parallel);
+  if (parallel.status < 0) return;
+  for (const int table : table_ids()) use(table);
+  database_image();
+  save_again();
+}
+
+}  // namespace
+}  // namespace qxe::test
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  qxe::test::check_file(qxe::test::input_of({reinterpret_cast<const char*>(data), size}));
+  return 0;
+}
