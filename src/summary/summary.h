@@ -81,6 +81,7 @@ class TSummary final : public TableGuest {
   /// The definitions are copied.
   TSummary(int handle, TRealTable& table, int set, int nDim, const _TDimensionDef* dims,
            int measure);
+  ~TSummary() override { leave_tables(); }
 
   void table_goes() override;
 

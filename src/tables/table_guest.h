@@ -21,6 +21,8 @@ class TableGuest : NonCopyable {
 
  protected:
   void visit(TBaseTable& table);
+  /// For a destructor that deletes one of the tables itself.
+  void leave_tables();
 
  private:
   std::vector<TBaseTable*> tables_;

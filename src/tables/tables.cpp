@@ -17,7 +17,12 @@ void TBaseTable::remove_guest(TableGuest& guest) {
 }
 
 TableGuest::~TableGuest() {
+  leave_tables();
+}
+
+void TableGuest::leave_tables() {
   for (TBaseTable* const table : tables_) table->remove_guest(*this);
+  tables_.clear();
 }
 
 void TableGuest::visit(TBaseTable& table) {
