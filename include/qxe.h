@@ -1889,6 +1889,38 @@ QXE_API int RQXGetDetailValueStr(int handle, int orderKind, int direction, int l
 QXE_API int RQXCloseDetailInfo(int handle);
 
 /*
+ * Summaries in one call
+ */
+
+/** Groups the rows of a set of a real table by the values of some dimension filters, NULL being one
+ * of them, and makes a table of the groups: a row for each, in the order of their values, the first
+ * dimension first. set: below 0 for the current set. nDim: 0 to QX_MAX_DIM; without one all rows
+ * are one group. dims: in, nDim filter ids. nMsr: 0 to QX_MAX_MSR. msrs: in, nMsr ids of measure
+ * filters. flags: in, for each measure the QX_SUM_ bits of its columns. digits: in, for each
+ * measure; has no effect on a real table. Arrays of no entries may be null.
+ *
+ * The new table is named XTBL_ and the source's name. It has a column for each dimension, named
+ * after it, and for a measure m, as far as its flags say: N<m>, the rows of the group, those
+ * without a value included; MAX<m> and MIN<m>, of m's type; SUM<m> of the rows with a value, 0
+ * without any, and AVG<m>, the sum divided by the rows of the group: float, or decimal of m's scale
+ * for decimals. A string has no sum. Without measures the one column beside the dimensions is N,
+ * the rows of the group.
+ *
+ * Large work takes one of several ways, which differ in corners. How many combinations of values
+ * the dimensions can have decides, together with the number of rows and workers, L2_CACHESIZE and
+ * free memory: docs/summaries.md tells how. A group with a NULL in m has MIN<m> NULL, except where
+ * combinations are so few that a cube of them fits a cache. Combinations beyond 30 bits bring a
+ * further column N at the end, value lists of the dimensions without the values that no group has,
+ * QX_ERROR_PARAMETER for flags that are 0 or not the measure's (above 7 for strings, above 31), and
+ * QX_ERROR_SUMMARY_PARAMETER for digits above 10 of a measure that is neither string nor decimal.
+ *
+ * Result: the new table's id. Failures: also QX_ERROR_NOT_REAL, QX_ERROR_SUMMARY_PARAMETER for nDim
+ * and nMsr, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_FILTER_NAME and QX_ERROR_TABLE_NAME for
+ * names that become too long, QX_ERROR_TABLE_COUNT with 10,000 tables. */
+QXE_API int RQXNonCubeSum(int table, int set, int nDim, int* dims, int nMsr, int* msrs, int* flags,
+                          int* digits);
+
+/*
  * Dates, times and decimals as text
  */
 

@@ -179,21 +179,20 @@ Column column_of_values(const ValueOf<Array>* values, int rows) {
       make_value_array(Family<Array>::kDataType, list->size, as_bytes(std::move(list->values)))};
 }
 
-/// As values_at, without what a client may have noted in the list's attribute block.
-std::unique_ptr<TBaseArray> plain_values_at(const TBaseArray& list, const int* numbers, int count) {
-  auto values = values_at(list, numbers, count);
-  memset(values->FUserArea, 0, sizeof values->FUserArea);
-  SetArrayDataTypeEx(*values, ArrayDataTypeEx(list));
-  if (list.GetDataType() == QX_DT_DECIMAL) {
-    static_cast<TNumericArray&>(*values).SetDecimalInfo(
-        static_cast<const TNumericArray&>(list).GetDecimalInfo());
+/// Takes away what a client may have noted in an attribute block.
+void keep_type_alone(TBaseArray& values) {
+  const int type = ArrayDataTypeEx(values);
+  memset(values.FUserArea, 0, sizeof values.FUserArea);
+  SetArrayDataTypeEx(values, type);
+  if (type == QX_DT_DECIMAL) {
+    auto& decimals = static_cast<TNumericArray&>(values);
+    decimals.SetDecimalInfo(decimals.GetDecimalInfo());
   }
-  return values;
 }
 
 }  // namespace
 
-Column used_values_column(const TBaseArray& list, Block<int> numbers, int rows) {
+Column extracted_values_column(const TBaseArray& list, Block<int> numbers, int rows) {
   const long count = static_cast<long>(rows) + 1;
   const int workers = compile_workers(rows, true);
   numbers[0] = 0;  // NULL comes first whether it is used or not
@@ -202,14 +201,20 @@ Column used_values_column(const TBaseArray& list, Block<int> numbers, int rows) 
     int* const own = numbers.get();
     const std::vector<int> used = rank_slots(
         list.FArraySize, count, workers, [own](long i) { return own[i]; }, own);
-    values = plain_values_at(list, used.data(), static_cast<int>(used.size()));
+    values = values_at(list, used.data(), static_cast<int>(used.size()));
   } else {
     const Block<int> old = std::move(numbers);
     numbers = make_row_numbers(rows);
     const auto used = compile_values<TIntArray>(old.get(), count, numbers.get(), false, workers);
-    values = plain_values_at(list, used.values.get(), used.size);
+    values = values_at(list, used.values.get(), used.size);
   }
   return {std::make_unique<TIntArray>(rows + 1, std::move(numbers)), std::move(values)};
+}
+
+Column used_values_column(const TBaseArray& list, Block<int> numbers, int rows) {
+  Column column = extracted_values_column(list, std::move(numbers), rows);
+  keep_type_alone(*column.vl);
+  return column;
 }
 
 Column whole_list_column(TBaseArray& list, Block<int> numbers, int rows) {

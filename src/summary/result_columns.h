@@ -16,7 +16,9 @@ inline Block<int> make_row_numbers(int rows) {
 /// Rows that hold values of `list` by their numbers, made by make_row_numbers. The column's value
 /// list has those that are used and NULL, with the list's type, and with its scale if decimal.
 Column used_values_column(const TBaseArray& list, Block<int> numbers, int rows);
-/// The same with a copy of the whole list, attribute block included.
+/// The same with the list's attribute block, as extraction makes it.
+Column extracted_values_column(const TBaseArray& list, Block<int> numbers, int rows);
+/// The same with a copy of the whole list.
 Column whole_list_column(TBaseArray& list, Block<int> numbers, int rows);
 
 /// Columns of `rows` raw values. NULL is at number 0 in any case.
