@@ -5,6 +5,7 @@
 #include "frame/api/innerapi.h"
 #include "parallel/smpengine.h"
 #include "summary/measure_columns.h"
+#include "summary/output_table.h"
 #include "summary/result_columns.h"
 #include "tables/table_collection.h"
 
@@ -16,16 +17,6 @@ constexpr char kLayer[] = "NonCubeSum";
 constexpr int kAllFlags = QX_SUM_COUNT | QX_SUM_MAX | QX_SUM_MIN | QX_SUM_SUM | QX_SUM_AVG;
 constexpr int kTextFlags = QX_SUM_COUNT | QX_SUM_MAX | QX_SUM_MIN;
 constexpr int kMaxDigits = 10;
-
-/// Lets generated names repeat what the names they are made of end in.
-class UntrimmedNames : NonCopyable {
- public:
-  UntrimmedNames() : before_(std::exchange(TTableCollection::m_nDisableTrimUntilSharp, true)) {}
-  ~UntrimmedNames() { TTableCollection::m_nDisableTrimUntilSharp = before_; }
-
- private:
-  const bool before_;
-};
 
 void check_count(int count, int limit, const char* name) {
   if (count >= 0 && count <= limit) return;
@@ -44,16 +35,6 @@ unsigned long available_memory() {
   unsigned long available = 0;
   innerQXGetSystemMemInfo(&total, &available);
   return available;
-}
-
-std::unique_ptr<TRealTable> new_output(const TRealTable& source, int rows) {
-  TTableCollection& tables = *ENG->collection();
-  if (tables.count() >= TTableCollection::kMaxTables) {
-    throw CQXException(report(kLayer, QX_ERROR_TABLE_COUNT, "TableCount overflow"));
-  }
-  char name[TBaseTable::kNameSize];
-  raised(tables.GenTableName((std::string("XTBL_") + source.name()).c_str(), name));
-  return std::make_unique<TRealTable>(tables.issue_table_id(), name, rows);
 }
 
 }  // namespace
@@ -120,7 +101,7 @@ int TNonCubeSum::MppRun() {
   const std::unique_ptr<Grouping> groups = make_grouping(method_, rows);
   // The first pass over the rows tells how many groups there are.
   Reduced first = groups->reduce(measures_.empty() ? Wanted{} : measures_[0].wanted());
-  std::unique_ptr<TRealTable> output = new_output(source_, groups->groups());
+  std::unique_ptr<TRealTable> output = new_output_table(source_, groups->groups());
   add_dimensions(*output, *groups);
   MeasureColumns columns(*output, *groups);
   for (const Measure& measure : measures_) {

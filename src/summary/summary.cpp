@@ -10,13 +10,9 @@
 
 namespace qxe {
 
-OwnedTable::OwnedTable(int id)
-    : table_(static_cast<TRealTable*>(ENG->collection()->find(raised(id)))), id_(id) {}
-
-OwnedTable& OwnedTable::operator=(OwnedTable&& other) noexcept {
-  std::swap(table_, other.table_);
-  std::swap(id_, other.id_);
-  return *this;
+void OwnedTable::adopt(int id) {
+  table_ = static_cast<TRealTable*>(ENG->collection()->find(raised(id)));
+  id_ = id;
 }
 
 OwnedTable::~OwnedTable() {
@@ -24,19 +20,6 @@ OwnedTable::~OwnedTable() {
   TTableCollection* const tables = ENG->collection();
   if (table_ == nullptr || tables == nullptr || tables->find(id_) != table_) return;
   tables->DelTable(id_);
-}
-
-int OwnedTable::release() {
-  table_ = nullptr;
-  return id_;
-}
-
-UncutNames::UncutNames() : before_(TTableCollection::m_nDisableTrimUntilSharp) {
-  TTableCollection::m_nDisableTrimUntilSharp = true;
-}
-
-UncutNames::~UncutNames() {
-  TTableCollection::m_nDisableTrimUntilSharp = before_;
 }
 
 _TDimensionDef SummaryDimension::definition() const {
@@ -86,7 +69,7 @@ TSummary::TSummary(int handle, TRealTable& table, int set, int nDim, const _TDim
     if (given.ppCatName != nullptr) copy_names(dimension, given.ppCatName);
   }
   visit(*source_);
-  if (extract_) visit(*table_);
+  if (table_ != source_) visit(*table_);
 }
 
 void TSummary::table_goes() {
@@ -150,11 +133,11 @@ void TSummary::work_on_extract() {
     return static_cast<int>(std::lower_bound(ids.begin(), end, id) - ids.begin()) + 1;
   };
   ids.push_back(0);
-  extract_ = OwnedTable(
+  extract_.adopt(
       ENG->collection()->ExtractRealTable(nullptr, table_->id(), set_id_, {.filters = ids.data()}));
   for (SummaryDimension& dimension : dims_) dimension.filter = new_id(dimension.filter);
   if (measure_ != 0) measure_ = new_id(measure_);
-  table_ = &extract_.table();
+  table_ = extract_.get();
   set_id_ = table_->GetCurrentSetID();
 }
 

@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "summary/cell_pass.h"
@@ -45,32 +44,15 @@ struct SummaryValue {
 /// A table of the collection that is deleted with this, if it still exists then.
 class OwnedTable : NonCopyable {
  public:
-  OwnedTable() = default;
-  /// The id that made it, or a status below 0, which is thrown.
-  explicit OwnedTable(int id);
-  OwnedTable(OwnedTable&& other) noexcept
-      : table_(std::exchange(other.table_, nullptr)), id_(other.id_) {}
-  OwnedTable& operator=(OwnedTable&& other) noexcept;
   ~OwnedTable();
 
-  TRealTable& table() const { return *table_; }
-  explicit operator bool() const { return table_ != nullptr; }
-  /// Leaves the table to the collection; returns its id.
-  int release();
+  /// `id` is what made the table; a status below 0 is thrown.
+  void adopt(int id);
+  TRealTable* get() const { return table_; }
 
  private:
   TRealTable* table_ = nullptr;
   int id_ = 0;
-};
-
-/// While it lives, generated names keep a "_#" that they were given.
-class UncutNames : NonCopyable {
- public:
-  UncutNames();
-  ~UncutNames();
-
- private:
-  const bool before_;
 };
 
 /// Every member throws the status of what is wrong, which it has logged if there are words for it.
@@ -85,7 +67,6 @@ class TSummary final : public TableGuest {
 
   void table_goes() override;
 
-  int handle() const { return handle_; }
   int table_id() const { return table_->id(); }
   int set_id() const { return set_id_; }
   int measure() const { return measure_; }
@@ -131,7 +112,8 @@ class TSummary final : public TableGuest {
   OutputRows output_rows(bool nonEmptyOnly) const;
   void add_dimension(TRealTable& target, int dimNo, const OutputRows& rows) const;
   std::unique_ptr<TBaseArray> category_list(int dimNo, int table) const;
-  void add_results(TRealTable& target, int mask, const OutputRows& rows);
+  Averages add_results(TRealTable& target, int mask, const OutputRows& rows) const;
+  void keep(Averages averages);
   Averages averages_of_cells() const;
 
   const int handle_;

@@ -4,7 +4,7 @@
 
 #include "parallel/smpengine.h"
 #include "storage/family.h"
-#include "storage/strings.h"
+#include "summary/output_table.h"
 #include "summary/result_columns.h"
 #include "summary/summary.h"
 #include "tables/table_collection.h"
@@ -66,26 +66,34 @@ TSummary::OutputRows TSummary::output_rows(bool nonEmptyOnly) const {
 }
 
 int TSummary::SummaryIntoRealTable(int mask, bool nonEmptyOnly) {
-  const UncutNames whole_names;
+  const UntrimmedNames untrimmed;
   follow_lists();
   const OutputRows rows = output_rows(nonEmptyOnly);
-  char name[TBaseTable::kNameSize + 8];
-  snprintf(name, sizeof name, "XTBL_%s", source_->name());
-  OwnedTable output(ENG->collection()->AddRealTable(name, rows.count));
-  for (int i = 0; i < dimension_count(); ++i) add_dimension(output.table(), i, rows);
-  add_results(output.table(), mask, rows);
-  return output.release();
+  std::unique_ptr<TRealTable> output = new_output_table(*source_, rows.count);
+  for (int i = 0; i < dimension_count(); ++i) add_dimension(*output, i, rows);
+  Averages averages = add_results(*output, mask, rows);
+  const int id = ENG->collection()->adopt_table(std::move(output));
+  if (rows.all()) keep(std::move(averages));
+  return id;
 }
 
 void TSummary::AppendSummaryToRealTable(TRealTable& table, int mask, bool nonEmptyOnly) {
-  const UncutNames whole_names;
+  const UntrimmedNames untrimmed;
   table.CheckMergeFilterTVL(true);
   const OutputRows rows = output_rows(nonEmptyOnly);
   if (rows.count != table.TotalRecs()) {
     throw CQXException(report("AppendSummaryToRealTable", QX_ERROR_ROW_SIZE,
                               "Invalid Parameter : RowCount(%d)", rows.count));
   }
-  add_results(table, mask, rows);
+  Averages averages = add_results(table, mask, rows);
+  if (rows.all()) keep(std::move(averages));
+}
+
+/// Deliberate: an output of all cells leaves its averages in the place of the sums, where later
+/// reads and outputs find them.
+void TSummary::keep(Averages averages) {
+  if (averages.doubles != nullptr) cells_.sum = std::move(averages.doubles);
+  if (averages.decimals != nullptr) cells_.decimal_sum = std::move(averages.decimals);
 }
 
 // Dimensions
@@ -128,7 +136,8 @@ std::unique_ptr<TBaseArray> TSummary::category_list(int dimNo, int table) const 
 
 // Results
 
-void TSummary::add_results(TRealTable& target, int mask, const OutputRows& rows) {
+TSummary::Averages TSummary::add_results(TRealTable& target, int mask,
+                                         const OutputRows& rows) const {
   const int wanted = mask & done_;
   const int for_average = QX_SUM_COUNT | QX_SUM_SUM;
   std::vector<std::pair<const char*, Column>> columns;
@@ -156,11 +165,7 @@ void TSummary::add_results(TRealTable& target, int mask, const OutputRows& rows)
   for (auto& [name, column] : columns) {
     raised(target.AddFilter(kAtTheEnd, name, std::move(column)));
   }
-  // Deliberate: an output of all cells leaves its averages in the place of the sums, where later
-  // reads and outputs find them.
-  if (!rows.all()) return;
-  if (averages.doubles != nullptr) cells_.sum = std::move(averages.doubles);
-  if (averages.decimals != nullptr) cells_.decimal_sum = std::move(averages.decimals);
+  return averages;
 }
 
 TSummary::Averages TSummary::averages_of_cells() const {
