@@ -69,6 +69,7 @@ void TFilter::adopt_values(std::unique_ptr<TBaseArray> vl) {
   FVLBorrowed = false;
   condensed_ = false;
   VL = vl.release();
+  ++list_version_;
 }
 
 void TFilter::check_changeable() const {

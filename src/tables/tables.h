@@ -13,6 +13,7 @@ namespace qxe {
 class CsvRowWriter;
 class SectionReader;
 class SectionWriter;
+class TableGuest;
 struct CsvLineDiv_t;
 struct TableForm;
 
@@ -26,7 +27,8 @@ class TBaseTable : NonCopyable {
   static constexpr int kMaxSets = 10000;
   static constexpr int kMaxFilters = 512;
 
-  virtual ~TBaseTable() = default;
+  /// Closes its guests.
+  virtual ~TBaseTable();
 
   /// 0 for a real table, 2 for a join table, as files say it.
   virtual int GetTableKind() const { return 0; }
@@ -120,6 +122,9 @@ class TBaseTable : NonCopyable {
   int max_set_id() const { return MaxSetID; }
   bool shared() const { return shared_; }
 
+  void add_guest(TableGuest& guest) { guests_.push_back(&guest); }
+  void remove_guest(TableGuest& guest);
+
  protected:
   /// The head of every table section, behind the type word.
   void SaveBaseInfo(SectionWriter& writer, const TableForm& form) const;
@@ -133,6 +138,9 @@ class TBaseTable : NonCopyable {
   int MaxSetID = 0;           // last set id issued
   int current_set_id_ = 0;
   bool shared_ = false;  // the storage is an image in shared memory, so it cannot be edited
+
+ private:
+  std::vector<TableGuest*> guests_;  // not owned
 };
 
 }  // namespace qxe
