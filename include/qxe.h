@@ -107,7 +107,7 @@
 #define QX_ERROR_OUT_OF_MEMORY ((int)0xe0000018)
 /** A summary of more than 10,000,000 cells. */
 #define QX_ERROR_CUBE_SIZE ((int)0xe0000019)
-/** A dimension, category, row or start number out of range. */
+/** A dimension, category, row or start number, a count of such, or digits out of range. */
 #define QX_ERROR_SUMMARY_PARAMETER ((int)0xe000001a)
 
 /* Status codes: names, types and operators. */

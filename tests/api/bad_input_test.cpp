@@ -123,6 +123,14 @@ INSTANTIATE_TEST_SUITE_P(
     case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
+    SumsInOneCall, MissingPointerTest,
+    testing::Values(QXE_CASE(Dims, RQXNonCubeSum(table, 1, 1, nullptr, 1, keys, keys, keys)),
+                    QXE_CASE(Msrs, RQXNonCubeSum(table, 1, 1, keys, 1, nullptr, keys, keys)),
+                    QXE_CASE(Flags, RQXNonCubeSum(table, 1, 1, keys, 1, keys, nullptr, keys)),
+                    QXE_CASE(Digits, RQXNonCubeSum(table, 1, 1, keys, 1, keys, keys, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
     Rows, MissingPointerTest,
     testing::Values(
         QXE_CASE(Type, RQXGetData(table, 1, 1, 0, nullptr, buffer)),
