@@ -169,6 +169,7 @@ int TRealTable::DropFilter(int id) {
   if (position < 0) {
     return report("DropFilter", QX_ERROR_NO_FILTER, "No Such Filter: %d", id);
   }
+  if (find_cursor_.filter() == id) CloseFind();
   filters_.erase(filters_.begin() + position);
   return 0;
 }

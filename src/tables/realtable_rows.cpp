@@ -67,6 +67,7 @@ int TRealTable::InsRows(int pos, int count) {
   if (count > kMaxTotalRows - total) {
     return report("InsRows", QX_ERROR_ROW_SIZE, "RowSize overflow");
   }
+  CloseFind();  // also when a high-speed filter refuses the rows
   check_rows_changeable();
   reserve_rows(total + count);
   // Nothing fails from here on.
@@ -83,6 +84,7 @@ int TRealTable::InsRows(int pos, int count) {
 
 /// Deletes the marked rows and returns their number.
 int TRealTable::delete_rows(RowDeletion& deletion) {
+  CloseFind();  // also when a high-speed filter refuses the change
   check_rows_changeable();
   CheckMergeFilterTVL(true);  // so that no tail entry has a row to renumber
   const int total = TotalRecs();
