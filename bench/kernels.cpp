@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <fstream>
 #include <numeric>
@@ -241,6 +242,63 @@ void KeySorter::sort(const std::vector<uint64_t>& keys, int bits, int threads, i
     }
     return 0;
   });
+}
+
+CellSummer::CellSummer(int cells, int threads, bool extremes) {
+  const auto cubes = static_cast<size_t>(threads);
+  const auto size = static_cast<size_t>(cells);
+  if (extremes) {
+    cubes_.assign(cubes, std::vector<Cell>(size));
+  } else {
+    small_cubes_.assign(cubes, std::vector<SmallCell>(size));
+  }
+}
+
+template <class Cells>
+int CellSummer::sum_cells(std::vector<Cells>& cubes,
+                          const std::vector<std::vector<int>>& dimensions, int size,
+                          const std::vector<int>& measure, const std::vector<double>& values) {
+  using OneCell = typename Cells::value_type;
+  constexpr bool kExtremes = std::is_same_v<OneCell, Cell>;
+  std::atomic<size_t> next{0};
+  const int* const first = dimensions[0].data();
+  const int* const second = dimensions.back().data();
+  const bool two = dimensions.size() > 1;
+  in_parts(
+      static_cast<long>(measure.size()), static_cast<int>(cubes.size()), [&](long begin, long end) {
+        Cells& cells = cubes[next++];
+        std::fill(cells.begin(), cells.end(), OneCell{});
+        for (long i = begin; i < end; ++i) {
+          const int code = measure[static_cast<size_t>(i)];
+          OneCell& cell = cells[static_cast<size_t>(two ? first[i] * size + second[i] : first[i])];
+          cell.sum += values[static_cast<size_t>(code)];
+          ++cell.count;
+          if constexpr (kExtremes) {
+            cell.max = std::max(cell.max, code);
+            cell.min = std::min(cell.min, code);
+          }
+        }
+        return 0;
+      });
+  return in_parts(static_cast<long>(cubes[0].size()), static_cast<int>(cubes.size()),
+                  [&](long begin, long end) {
+                    int used = 0;
+                    for (long i = begin; i < end; ++i) {
+                      const auto at = static_cast<size_t>(i);
+                      for (size_t cube = 1; cube < cubes.size(); ++cube) {
+                        cubes[0][at].sum += cubes[cube][at].sum;
+                        cubes[0][at].count += cubes[cube][at].count;
+                      }
+                      used += cubes[0][at].count != 0;
+                    }
+                    return used;
+                  });
+}
+
+int CellSummer::sum(const std::vector<std::vector<int>>& dimensions, int size,
+                    const std::vector<int>& measure, const std::vector<double>& values) {
+  return cubes_.empty() ? sum_cells(small_cubes_, dimensions, size, measure, values)
+                        : sum_cells(cubes_, dimensions, size, measure, values);
 }
 
 FileText::FileText(const std::string& path) {

@@ -57,6 +57,38 @@ class KeySorter {
   std::vector<uint64_t> to_;
 };
 
+/// What a summary finds out about each cell of a cube, with one cube for each thread, in memory
+/// that is touched before.
+class CellSummer {
+ public:
+  /// With `extremes` also the highest and lowest code of the measure.
+  CellSummer(int cells, int threads, bool extremes);
+
+  /// Adds up count and sum of `measure`'s values in the cells of one or two dimensions, of which
+  /// the last has `size` codes. Returns how many cells have rows.
+  int sum(const std::vector<std::vector<int>>& dimensions, int size,
+          const std::vector<int>& measure, const std::vector<double>& values);
+
+ private:
+  struct Cell {
+    double sum;
+    int count;
+    int max;
+    int min;
+  };
+  struct SmallCell {
+    double sum;
+    int count;
+  };
+
+  template <class Cells>
+  int sum_cells(std::vector<Cells>& cubes, const std::vector<std::vector<int>>& dimensions,
+                int size, const std::vector<int>& measure, const std::vector<double>& values);
+
+  std::vector<std::vector<Cell>> cubes_;  // one of the two is in use
+  std::vector<std::vector<SmallCell>> small_cubes_;
+};
+
 /// A mapped file.
 class FileText {
  public:

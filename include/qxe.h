@@ -107,7 +107,7 @@
 #define QX_ERROR_OUT_OF_MEMORY ((int)0xe0000018)
 /** A summary of more than 10,000,000 cells. */
 #define QX_ERROR_CUBE_SIZE ((int)0xe0000019)
-/** A dimension, category, row or start number out of range. */
+/** A dimension, category, row or start number, a count of such, or digits out of range. */
 #define QX_ERROR_SUMMARY_PARAMETER ((int)0xe000001a)
 
 /* Status codes: names, types and operators. */
@@ -2358,8 +2358,8 @@ QXE_API int RQXSaveRealTableAsOldVer(const char* dir, const char* file, int tabl
  * ends too early, QX_ERROR_FILE_FORMAT for one that does not fit together or is of an unknown
  * version, QX_ERROR_DATA_TYPE for a column of an unknown type, QX_ERROR_NEGATIVE_SIZE,
  * QX_ERROR_NOT_REAL_SOURCE for one of something else than a real table, QX_ERROR_TABLE_COUNT_LOAD
- * with 10,000 tables. Only a call that is told the size can notice the end: the others take an image
- * that is whole.
+ * with 10,000 tables. Only a call that is told the size can notice the end: the others take an
+ * image that is whole.
  */
 
 /** size: out, bytes that suffice for an image of a table in any form; more than it will take.

@@ -92,9 +92,9 @@ class BucketCube : public Grouping {
       counts.assign(static_cast<size_t>(buckets_), 0);
       int* const of_bucket = counts.data();
       int room[CellAddresses::kBlock];
-      for_each_block(rows_of(worker), [&](long begin, int count) {
+      for_each_block(rows_of(worker), [&, bits = cell_bits_](long begin, int count) {
         const int* const cells = addresses_.read(begin, count, room);
-        for (int i = 0; i < count; ++i) ++of_bucket[cells[i] >> cell_bits_];
+        for (int i = 0; i < count; ++i) ++of_bucket[cells[i] >> bits];
       });
     });
     int rows = 0;

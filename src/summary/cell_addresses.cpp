@@ -53,8 +53,9 @@ Block<int> CellAddresses::dimension(int d, const int* addresses, int count) cons
                         weight;  // after so many addresses the numbers begin anew
   Block<int> result = make_row_numbers(count);
   const int workers = compile_workers(count, true);
-  run_step(QX_MPP_CUBESUM_MEASURE_STEP2, workers, [&](int worker) {
+  run_step(QX_MPP_CUBESUM_MEASURE_STEP2, workers, [&, addresses, turn, weight](int worker) {
     const Slice slice = even_slice(count, workers, worker);
+    int* const out = result.get();
     uint32_t turn_begin = 0;
     uint32_t number = 0;
     // Neighbours mostly share the turn and the number, so that there is little to divide.
@@ -67,7 +68,7 @@ Block<int> CellAddresses::dimension(int d, const int* addresses, int count) cons
       } else if (within - number * weight >= weight) {
         number = within / weight;
       }
-      result[i + 1] = static_cast<int>(number);
+      out[i + 1] = static_cast<int>(number);
     }
   });
   return result;

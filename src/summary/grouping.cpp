@@ -15,7 +15,7 @@ namespace {
 
 // Cells that a cube may have for each row: clearing and looking through them costs less than
 // sorting.
-constexpr long kCellsPerRow = 8;
+constexpr long kCellsPerRow = 32;
 // A cube that is a few times larger than the cache still beats moving all rows.
 constexpr long kCacheSizes = 4;
 constexpr long kCellBytes = 16;

@@ -1,6 +1,7 @@
 #include "summary/result_columns.h"
 
 #include <algorithm>
+#include <bit>
 #include <optional>
 #include <vector>
 
@@ -18,53 +19,55 @@ constexpr long kSlotsPerRow = 2;
 
 /// Whole numbers from `min` to `max`, both included; none when min is above max.
 struct WholeRange {
-  int64_t min = std::numeric_limits<int64_t>::max();
-  int64_t max = std::numeric_limits<int64_t>::min();
+  int min = std::numeric_limits<int>::max();
+  int max = std::numeric_limits<int>::min();
 
-  void add(int64_t value) {
-    min = std::min(min, value);
-    max = std::max(max, value);
-  }
   void add(const WholeRange& other) {
     min = std::min(min, other.min);
     max = std::max(max, other.max);
   }
   bool is_empty() const { return min > max; }
+  /// Those of the range, and one for NULL ahead of them.
+  long slots() const { return is_empty() ? 1 : static_cast<long>(max) - min + 2; }
 };
 
-/// Values of a family as whole numbers, as far as they are small ones.
+/// Values of a family as whole numbers. `number` is right for values that fit, and for others any
+/// number.
 template <class Array>
 struct Whole;
-
-// Beyond this nothing fits a table anyway; differences of two cannot overflow.
-constexpr int64_t kWholeLimit = int64_t{1} << 40;
 
 template <>
 struct Whole<TIntArray> {
   static bool fits(int) { return true; }
-  static int64_t number(int value) { return value; }
-  static int value(int64_t number) { return static_cast<int>(number); }
+  static int number(int value) { return value; }
+  static int value(int number) { return number; }
 };
 
 template <>
 struct Whole<TDoubleArray> {
-  /// The number for those that fit; any for others, NaN included.
-  static int64_t number(double value) {
-    constexpr auto kLimit = static_cast<double>(kWholeLimit);
-    return static_cast<int64_t>(std::min(std::max(-kLimit, value), kLimit));
+  // Beside it a double has no room for digits behind the point, and the low half of its bits is
+  // the number that was added.
+  static constexpr double kPointless = 3LL << 51;
+  static constexpr double kLimit = 1 << 30;  // beyond it nothing fits a table anyway
+
+  static bool fits(double value) {  // no branch
+    return static_cast<int>((value + kPointless) - kPointless == value) &
+           static_cast<int>(value > -kLimit) & static_cast<int>(value < kLimit);
   }
-  static bool fits(double value) { return static_cast<double>(number(value)) == value; }
-  static double value(int64_t number) { return static_cast<double>(number); }
+  static int number(double value) {
+    return static_cast<int>(std::bit_cast<uint64_t>(value + kPointless));
+  }
+  static double value(int number) { return number; }
 };
 
 template <>
 struct Whole<TNumericArray> {
-  static int64_t number(const Numeric& value) { return static_cast<int64_t>(value.lo); }
+  static int number(const Numeric& value) { return static_cast<int>(value.lo); }
   static bool fits(const Numeric& value) {
-    const int64_t low = number(value);
-    return value.hi == low >> 63 && low >= -kWholeLimit && low <= kWholeLimit;
+    const auto low = static_cast<long>(value.lo);
+    return value.hi == low >> 63 && number(value) == low;
   }
-  static Numeric value(int64_t number) {
+  static Numeric value(int number) {
     return {static_cast<unsigned long>(number), number < 0 ? -1L : 0L};
   }
 };
@@ -75,16 +78,19 @@ using ValueOf = typename Family<Array>::Value;
 /// The range of the values that are not NULL, or nothing when one is no small whole number.
 template <class Array>
 std::optional<WholeRange> whole_range_of(const ValueOf<Array>* values, Slice rows) {
-  constexpr long kStep = 4096;
+  constexpr long kStep = 4096;  // between two looks at whether all were fit; free of branches
   WholeRange range;
   for (long begin = rows.begin; begin < rows.end; begin += kStep) {
-    bool all_fit = true;
-    for (long i = begin; i < std::min(begin + kStep, rows.end); ++i) {
-      if (Family<Array>::is_null(values[i])) continue;
-      all_fit &= Whole<Array>::fits(values[i]);
-      range.add(Whole<Array>::number(values[i]));
+    const long end = std::min(begin + kStep, rows.end);
+    int misfits = 0;
+    for (long i = begin; i < end; ++i) {
+      const int null = Family<Array>::is_null(values[i]) ? 1 : 0;
+      const int number = Whole<Array>::number(values[i]);
+      misfits |= (Whole<Array>::fits(values[i]) ? 0 : 1) & ~null;
+      range.min = std::min(range.min, null != 0 ? range.min : number);
+      range.max = std::max(range.max, null != 0 ? range.max : number);
     }
-    if (!all_fit) return std::nullopt;
+    if (misfits != 0) return std::nullopt;
   }
   return range;
 }
@@ -114,8 +120,10 @@ std::vector<int> rank_slots(long slots, long rows, int workers, const SlotOf& sl
   run_compile_step(workers, [&](int worker) {
     Block<char>& own = marks[static_cast<size_t>(worker)];
     own = make_cleared_block<char>(slots);
+    char* const mark = own.get();
+    const SlotOf slot = slot_of;  // beyond the reach of stores
     const Slice slice = even_slice(rows, workers, worker);
-    for (long i = slice.begin; i < slice.end; ++i) own[slot_of(i)] = 1;
+    for (long i = slice.begin; i < slice.end; ++i) mark[slot(i)] = 1;
   });
   marks[0][0] = 1;
   for (size_t worker = 1; worker < marks.size(); ++worker) {
@@ -131,13 +139,16 @@ std::vector<int> rank_slots(long slots, long rows, int workers, const SlotOf& sl
   }
   used.resize(static_cast<size_t>(count));
   run_compile_step(workers, [&](int worker) {
+    const int* const rank = ranks.get();
+    int* const out = numbers;
+    const SlotOf slot = slot_of;
     const Slice slice = even_slice(rows, workers, worker);
-    for (long i = slice.begin; i < slice.end; ++i) numbers[i] = ranks[slot_of(i)];
+    for (long i = slice.begin; i < slice.end; ++i) out[i] = rank[slot(i)];
   });
   return used;
 }
 
-bool table_pays(int64_t slots, long rows) {
+bool table_pays(long slots, long rows) {
   return slots <= std::max(kFewSlots, kSlotsPerRow * rows);
 }
 
@@ -148,21 +159,33 @@ std::optional<ValueList<Array>> rank_whole(const ValueOf<Array>* values, long ro
                                            int* numbers) {
   const std::optional<WholeRange> range = whole_range<Array>(values, rows, workers);
   if (!range.has_value()) return std::nullopt;
-  const int64_t first = range->is_empty() ? 0 : range->min;  // in slot 1
-  const int64_t slots = range->is_empty() ? 1 : range->max - first + 2;
+  const long slots = range->slots();
   if (!table_pays(slots, rows)) return std::nullopt;
+  const auto before_first = static_cast<long>(range->min) - 1;
   const auto slot_of = [=](long i) {
-    const int64_t slot = Whole<Array>::number(values[i]) - first + 1;
-    return Family<Array>::is_null(values[i]) ? 0 : slot;
+    return Family<Array>::is_null(values[i]) ? 0 : Whole<Array>::number(values[i]) - before_first;
   };
   const std::vector<int> used = rank_slots(slots, rows, workers, slot_of, numbers);
   ValueList<Array> list{make_block<ValueOf<Array>>(static_cast<long>(used.size())),
                         static_cast<int>(used.size())};
   list.values[0] = Family<Array>::null();
   for (int i = 1; i < list.size; ++i) {
-    list.values[i] = Whole<Array>::value(used[static_cast<size_t>(i)] - 1 + first);
+    list.values[i] =
+        Whole<Array>::value(static_cast<int>(used[static_cast<size_t>(i)] + before_first));
   }
   return list;
+}
+
+/// The value list of any values. Those of a result mostly differ, so that few of them are sorted
+/// without looking for repeated ones first.
+template <class Array>
+ValueList<Array> sort_values(const ValueOf<Array>* values, long rows, int workers, int* numbers) {
+  constexpr long kFewValues = 1 << 18;
+  if (rows > kFewValues) return compile_values<Array>(values, rows, numbers, true, workers);
+  const ValueOf<Array> null = Family<Array>::null();
+  int null_number = 0;
+  const ValueSource<Array> sources[] = {{values, rows, numbers}, {&null, 1, &null_number}};
+  return sort_distinct<Array>(sources, workers);
 }
 
 template <class Array>
@@ -172,7 +195,7 @@ Column column_of_values(const ValueOf<Array>* values, int rows) {
   numbers[0] = 0;
   auto list = rank_whole<Array>(values, rows, workers, numbers.get() + 1);
   if (!list.has_value()) {
-    list = compile_values<Array>(values, rows, numbers.get() + 1, true, workers);
+    list = sort_values<Array>(values, rows, workers, numbers.get() + 1);
   }
   return {
       std::make_unique<TIntArray>(rows + 1, std::move(numbers)),

@@ -171,6 +171,14 @@ INSTANTIATE_TEST_SUITE_P(
     case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
+    SumsInOneCall, MissingPointerTest,
+    testing::Values(QXE_CASE(Dims, RQXNonCubeSum(table, 1, 1, nullptr, 1, keys, keys, keys)),
+                    QXE_CASE(Msrs, RQXNonCubeSum(table, 1, 1, keys, 1, nullptr, keys, keys)),
+                    QXE_CASE(Flags, RQXNonCubeSum(table, 1, 1, keys, 1, keys, nullptr, keys)),
+                    QXE_CASE(Digits, RQXNonCubeSum(table, 1, 1, keys, 1, keys, keys, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
     Rows, MissingPointerTest,
     testing::Values(
         QXE_CASE(Type, RQXGetData(table, 1, 1, 0, nullptr, buffer)),
@@ -469,9 +477,7 @@ INSTANTIATE_TEST_SUITE_P(
                  [](int table, const char* name) { return RQXSaveRealTableAs("", name, table); },
                  QX_ERROR_FILE, QX_ERROR_FILE},
         NameCase{"FileInfo",
-                 [](int, const char* name) {
-                   return RQXGetQXDFileInfo("", name, &file_info);
-                 },
+                 [](int, const char* name) { return RQXGetQXDFileInfo("", name, &file_info); },
                  QX_ERROR_FILE, QX_ERROR_FILE},
         NameCase{"Export", [](int table, const char* name) { return export_file(table, "", name); },
                  QX_ERROR_FILE},

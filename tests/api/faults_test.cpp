@@ -519,6 +519,22 @@ INSTANTIATE_TEST_SUITE_P(
                     Operation{"CombineList", combine_list, imported, delete_table}),
     case_name<Operation>);
 
+/// All columns together are too many for a cube.
+template <int dimensions>
+int sum_up(const Base& base) {
+  int flags[] = {31, 31, 7, 31};
+  int digits[] = {-1, -1, -1, -1};
+  int measures[] = {base.filter(kInt), base.filter(kDate), base.filter(kString),
+                    base.filter(kDecimal)};
+  return RQXNonCubeSum(base.id(), 2, dimensions, own_columns, 4, measures, flags, digits);
+}
+
+INSTANTIATE_TEST_SUITE_P(OneCallSummaries, FaultsTest,
+                         testing::Values(Operation{"SumCube", sum_up<1>, imported, delete_table},
+                                         Operation{"SumSortedRows", sum_up<7>, imported,
+                                                   delete_table}),
+                         case_name<Operation>);
+
 /// Lines for several workers: each range has a page at least. Every 20th is as `bad`.
 std::string lines_of_data(const std::string& bad) {
   const std::string long_text(100, 'x');

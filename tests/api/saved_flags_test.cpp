@@ -123,6 +123,11 @@ INSTANTIATE_TEST_SUITE_P(
                                                 nullptr);
                    },
                    kTables},
+        ChangeCase{"SumUp",
+                   [](const TestTable& table) {
+                     return RQXNonCubeSum(table.id(), 1, 1, rows, 0, nullptr, nullptr, nullptr);
+                   },
+                   kTables},
         ChangeCase{"Condense",
                    [](const TestTable& table) { return RQXCondenseRealTable(table.id()); },
                    kTables},

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "frame/base/memory.h"
 #include "parallel/smpengine.h"
 #include "summary/sum_method.h"
 #include "support/engine_test.h"
@@ -389,6 +390,32 @@ TEST_F(WideTest, AttributeBlocksOfDimensionsTravelAndTheSourceIsLeftAlone) {
   EXPECT_EQ(RQXGetNSet(table.id()), 2);
   EXPECT_EQ(RQXGetCurrentSetID(table.id()), set);
   EXPECT_EQ(TestTable::existing(wide).texts("a_#2"), (Names{"0", "4"}));
+}
+
+// What fails half-way leaves nothing behind.
+TEST_F(NonCubeSumTest, EachFailedAllocationEndsTheCallWithoutATable) {
+  RandomData random(11);
+  Columns columns = random.table(150);
+  for (int row = 1; row <= 150; ++row) columns[0].column.cells[row - 1U] = row % 40;
+  const TestTable table(columns, "t");
+  const NaiveModel model(columns);
+  const Request requests[] = {{{"string"}, {"int", "decimal"}, {31, 31}},
+                              {{"int", "string"}, {"double", "decimal"}, {31, 31}},
+                              {{"int", "int", "int", "int", "int", "int"}, {"int"}, {31}}};
+  for (const Request& request : requests) {
+    int failures = 0;
+    for (int id = 0; id <= 0; ++failures) {
+      fail_allocation_after(failures, false);
+      id = non_cube_sum(table, request);
+      fail_allocation_after(-1, false);
+      if (id > 0) break;
+      ASSERT_EQ(hex(id), hex(QX_ERROR_OUT_OF_MEMORY)) << "allocation " << failures;
+      ASSERT_EQ(RQXGetNTable(), 1);
+    }
+    EXPECT_GT(failures, 10);
+    RQXDeleteTable(RQXGetTableIDFromName("XTBL_t"));
+    expect_summary(table, model, request);
+  }
 }
 
 TEST_F(NonCubeSumTest, NamesRepeatWhatTheirSourcesEndIn) {
