@@ -116,9 +116,11 @@ bool TTableCollection::refers(const TBaseTable& table, const TRealTable& target)
 }
 
 bool TTableCollection::IsReferred(int id) const {
-  if (ID2Loc(id) < 0) return false;
-  std::vector<int> referring(static_cast<size_t>(count()));
-  return ReferedIDList(id, referring.data()) > 0;
+  const int place = ID2Loc(id);
+  if (place < 0 || at(place).GetType() != TableKind::kReal) return false;
+  const auto& target = static_cast<const TRealTable&>(at(place));
+  return std::any_of(tables_.begin() + place + 1, tables_.end(),
+                     [&](const auto& table) { return refers(*table, target); });
 }
 
 bool TTableCollection::IsEditable(int id) const {
