@@ -476,6 +476,9 @@ enum { QX_SET_AND = 0, QX_SET_OR = 1, QX_SET_ANDNOT = 2 };
 /** Sort directions, and the most keys of one multi-key sort. */
 enum { QX_SORT_ASC = 0, QX_SORT_DESC = 1, QX_MAX_SORT_KEYS = 512 };
 
+/** Sides of a join: the table named as master when it was made, and the one named as slave. */
+enum { QX_JOIN_MASTER = 0, QX_JOIN_SLAVE = 1, QX_MAX_JOIN_KEYS = 32 };
+
 /** Layouts of a catalog's data file: separated by tab, by comma, fixed width, separators named. */
 enum { QX_CAT_TAB = 1, QX_CAT_CSV = 2, QX_CAT_FIX = 3, QX_CAT_USR = 4 };
 
@@ -1854,6 +1857,177 @@ QXE_API int RQXSaveAsCatalogwithFEx(int table, int set, const int* filters, int 
                                     int rowTo, char dateSep, const char* dir, const char* file,
                                     const char* catalogDir, const char* catalogFile,
                                     const char* fmtFile);
+
+/*
+ * Join tables
+ *
+ * A join table shows the pairs of rows of two real tables, its parents, whose key columns have
+ * equal values: side 0 is the parent named as master, side 1 the slave. It takes most calls that
+ * take a table: reads, searches, sorts, set operations, export. It stores neither columns nor
+ * pairs, so it takes little memory and time however many pairs there are.
+ *
+ * Filters have ids of their own, from 1: first those of the master in display order, then those of
+ * the slave. Each has the parent's name, with "_#1" and so on behind it where the join has that
+ * name already. A filter that its parent has no more fails with QX_ERROR_NO_FILTER, an unknown id
+ * with QX_ERROR_NO_JOIN_FILTER.
+ *
+ * Rows of a set are numbered by position and come driving row by driving row: one side drives the
+ * set, and each of its rows, in the set's order, is followed through its partners of the other,
+ * driven side. Side 0 drives until a sort by a filter of side 1; then side 1 drives that set.
+ * Filter 0 reads the position from 1. RQXGetSetSize counts pairs, RQXGetSet lists driving rows.
+ *
+ * Inner joins have matching pairs alone; NULL matches NULL. Outer joins are full outer joins: the
+ * rows of the driven side without partner come first, then those of the driving side, each once if
+ * it has no partner. The missing row is 0, and its values read NULL. Rows whose only key is NULL
+ * are left out. With several key columns NULL matches NULL here too.
+ *
+ * A search looks at one side's rows and joins those it finds with the set's rows of the other side;
+ * in an outer join these all stay. Set operations work side by side: AND of two sets joins the rows
+ * that both have on side 0 with those that both have on side 1; AND NOT and the complement choose
+ * on side 0 alone. Every new set of a join becomes its current set. Searches by wildcard do not
+ * take join tables.
+ *
+ * While a join exists its parents can be neither edited nor deleted, nor can filters of its key be
+ * dropped (QX_ERROR_REFERRED). Filters and sets may come and go; the join does not change.
+ *
+ * Failures of all calls of this part: QX_ERROR_NO_TABLE, QX_ERROR_NOT_JOIN for a real table.
+ */
+
+/** Joins two real tables. name: as in RQXAddRealTable, null or "" gives "jointbl", the date and
+ * time, and "_1". outer: 0 inner join, else full outer join. masterSet, slaveSet: the sets to join,
+ * below 0 the current ones; they are copied. masterKeys, slaveKeys: in, 1 to QX_MAX_JOIN_KEYS
+ * filter ids each, as many and of the same types, ends at the first entry below 1. Dates, times and
+ * floats are one type here; decimals match whatever their scales. Result: the new table's id.
+ * Failures: QX_ERROR_TABLE_COUNT with 10,000 tables, QX_ERROR_GEN_TABLE_NAME for a bad name,
+ * QX_ERROR_FILTER_INDEX for key lists that do not fit each other, QX_ERROR_NO_MASTER_TABLE and
+ * QX_ERROR_NO_SLAVE_TABLE also for a table that is not real, QX_ERROR_NO_MASTER_KEY and
+ * QX_ERROR_NO_SLAVE_KEY (QX_ERROR_FILTER_INDEX with several keys), QX_ERROR_NO_JOIN_SET and
+ * QX_ERROR_NO_SLAVE_SET, QX_ERROR_JOIN_SIZE for more than 2147483647 pairs. A failure leaves no
+ * table, but its id may be used up. */
+QXE_API int RQXAddJoinTable(char* name, int outer, int masterTable, int masterSet, int* masterKeys,
+                            int slaveTable, int slaveSet, int* slaveKeys);
+
+/** As RQXAddJoinTable. */
+QXE_API int QXAddJoinTable(char* name, int outer, int masterTable, int masterSet, int* masterKeys,
+                           int slaveTable, int slaveSet, int* slaveKeys);
+
+/** Tells what was joined. All out; name: 256 bytes; outer: 0 or 1; nKey: the number of keys. */
+QXE_API int RQXGetJoinInfo(int joinTable, char* name, int* masterTable, int* slaveTable,
+                           int* masterSet, int* slaveSet, int* outer, int* nKey);
+
+/** As RQXGetJoinInfo. */
+QXE_API int QXGetJoinInfo(int joinTable, char* name, int* masterTable, int* slaveTable,
+                          int* masterSet, int* slaveSet, int* outer, int* nKey);
+
+/** RQXGetJoinInfo without the name. */
+QXE_API int RQXGetJoinInfoR1(int joinTable, int* masterTable, int* slaveTable, int* masterSet,
+                             int* slaveSet, int* outer, int* nKey);
+
+/** RQXGetJoinInfo with the keys. masterKeys, slaveKeys: out, QX_MAX_JOIN_KEYS ints each, 0 behind
+ * the last filter id. */
+QXE_API int RQXGetJoinInfoEx(int joinTable, char* name, int* masterTable, int* slaveTable,
+                             int* masterSet, int* slaveSet, int* outer, int* nKey, int* masterKeys,
+                             int* slaveKeys);
+
+/** As RQXGetJoinInfoEx. */
+QXE_API int QXGetJoinInfoEx(int joinTable, char* name, int* masterTable, int* slaveTable,
+                            int* masterSet, int* slaveSet, int* outer, int* nKey, int* masterKeys,
+                            int* slaveKeys);
+
+/** RQXGetJoinInfoEx without the name. */
+QXE_API int RQXGetJoinInfoExR1(int joinTable, int* masterTable, int* slaveTable, int* masterSet,
+                               int* slaveSet, int* outer, int* nKey, int* masterKeys,
+                               int* slaveKeys);
+
+/** Tells the parents. Both out. */
+QXE_API int RQXGetJoinSrcTblIDs(int joinTable, int* masterTable, int* slaveTable);
+
+/** As RQXGetJoinSrcTblIDs. */
+QXE_API int QXGetJoinSrcTblIDs(int joinTable, int* masterTable, int* slaveTable);
+
+/** Tells where a filter of the join comes from. side, srcTable, srcFilter: out. Failures:
+ * QX_ERROR_NO_JOIN_FILTER. */
+QXE_API int RQXGetJoinSrcTblInfo(int joinTable, int joinFilter, int* side, int* srcTable,
+                                 int* srcFilter);
+
+/** As RQXGetJoinSrcTblInfo. */
+QXE_API int QXGetJoinSrcTblInfo(int joinTable, int joinFilter, int* side, int* srcTable,
+                                int* srcFilter);
+
+/** RQXGetFilterInfo for the key of one side, which is no filter of the join: its value list is that
+ * of both sides together, of several columns the numbers of their combinations from 1. The first
+ * call takes the memory of a copy of both key columns. side: QX_JOIN_MASTER or QX_JOIN_SLAVE.
+ * Failures: QX_ERROR_JOIN_SIDE. */
+QXE_API int RQXGetJoinKeyInfo(int joinTable, int side, _TRFilterInfo* out);
+
+/** RQXGetFilterBody for the key of one side; see RQXGetJoinKeyInfo. Rows match when they have the
+ * same value number. */
+QXE_API int RQXGetJoinKeyBody(int joinTable, int side, _TRFilterBody* body);
+
+/** QXGetFilter for the key of one side; see RQXGetJoinKeyInfo. */
+QXE_API int QXGetJoinKey(int joinTable, int side, _TFilterInfo* out);
+
+/** Result: the side that drives a set. Failures: QX_ERROR_NO_SET_ID. */
+QXE_API int RQXGetJoinDir(int joinTable, int set);
+
+/** As RQXGetJoinDir. */
+QXE_API int QXGetJoinDir(int joinTable, int set);
+
+/** Copies the driven rows of a set, which are in the order of their keys; arguments and result as
+ * in RQXGetSet, which copies the driving ones. */
+QXE_API int RQXGetJoinSlaveSet(int joinTable, int set, int* count, int max, int* out);
+
+/** Points at the driven rows of a set. out: out, valid until the set goes. Result: their number.
+ * Failures: QX_ERROR_NO_SET. */
+QXE_API int QXGetJoinSlaveSet(int joinTable, int set, int** out);
+
+/** Copies the two index arrays of a set. Driving: for each driving row the position, from 0, of its
+ * first pair. Driven: for each key number the place, from 0, of its first row among the driven
+ * rows, and behind the last key the number of driven rows. Pair p of driving row i, whose key
+ * number is k, has driven row number driven[k] + p - driving[i]. Counts: out, the sizes of both;
+ * max: elements that each buffer holds. Failures: QX_ERROR_NO_SET, QX_ERROR_PARAMETER for a
+ * negative max. */
+QXE_API int RQXGetJoinProjectionSets(int joinTable, int set, int* drivingCount, int drivingMax,
+                                     int* drivingOut, int* drivenCount, int drivenMax,
+                                     int* drivenOut);
+
+/** The same arrays without copying them, valid until the set goes. All out. */
+QXE_API int QXGetJoinProjectionSets(int joinTable, int set, int* drivingCount, int** driving,
+                                    int* drivenCount, int** driven);
+
+/** Tells the slave table and the set of it that was joined. Both out. */
+QXE_API int RQXGetSlaveInfo(int joinTable, int* slaveTable, int* slaveSet);
+
+/** As RQXGetSlaveInfo. */
+QXE_API int QXGetSlaveInfo(int joinTable, int* slaveTable, int* slaveSet);
+
+/** Adds rows of one side of an inner join, as in its first set, to the parent as a set of its own,
+ * the current one from then on. side: QX_JOIN_MASTER or QX_JOIN_SLAVE. unmatched: 0 the rows that
+ * have a partner, else those that have none. tableId, setId: out, the parent and its new set, -1
+ * after a failure. Result: 0; -1 for an outer join. Failures: QX_ERROR_JOIN_SIDE,
+ * QX_ERROR_SET_COUNT with 9,999 sets in the parent. */
+QXE_API int RQXPutJoinSetToParent(int joinTable, int side, int unmatched, int* tableId, int* setId);
+
+/** As RQXPutJoinSetToParent. */
+QXE_API int QXPutJoinSetToParent(int joinTable, int side, int unmatched, int* tableId, int* setId);
+
+/** Adds to the slave table a set with one row for each distinct key of an inner join's first set:
+ * the first partner of each, in the order of the master's rows. The set becomes the current one.
+ * tableId: out, the slave table. Result: the set's id. Failures: QX_ERROR_NOT_INNER_JOIN,
+ * QX_ERROR_SET_COUNT with 10,000 sets in the slave table. */
+QXE_API int RQXReturnSet2SlaveTable(int joinTable, int* tableId);
+
+/** As RQXReturnSet2SlaveTable. */
+QXE_API int QXReturnSet2SlaveTable(int joinTable, int* tableId);
+
+/** Copies a column of the slave into the master table, as its last filter: each row that the join's
+ * first set has takes the value of its first partner, all others NULL. joinFilter: a filter of the
+ * join, of side 1. Result: the new filter's id. Failures: QX_ERROR_NO_JOIN_FILTER,
+ * QX_ERROR_JOIN_SIDE for a filter of side 0, QX_ERROR_FILTER_COUNT with 512 filters. */
+QXE_API int RQXMoveSlaveFlt2Master(int joinTable, int joinFilter);
+
+/** As RQXMoveSlaveFlt2Master. */
+QXE_API int QXMoveSlaveFlt2Master(int joinTable, int joinFilter);
 
 #ifdef __cplusplus
 }

@@ -38,7 +38,7 @@
   unused(QX_MPP_SUMMARY_UNIQUE, "Parallel Summary Unique") \
   task(QX_MPP_TXT_PARSE, "Parallel Text Parser", mpp_text_parser) \
   task(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique", mpp_extract_unique) \
-  unused(QX_MPP_FLAG_SET, "Parallel Flag  setting") \
+  task(QX_MPP_FLAG_SET, "Parallel Flag  setting", mpp_flag_set) \
   unused(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting") \
   task(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable", mpp_condense_realtable) \
   task(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable", mpp_duplicate_realtable) \
@@ -69,10 +69,10 @@
   unused(QX_MPP_MULTI_CELLADDR_SORT_COUNTUP, "Parallel Multi Sort CountUp") \
   unused(QX_MPP_MULTI_CELLSORT_SORT_TRANSFER, "Parallel Multi Sort Transfer") \
   unused(QX_MPP_CELLADDR_SORT_STEP2, "Parallel Multi Sort by 2 Step") \
-  unused(QX_MPP_JOIN_SETUP_AGGR, "Parallel join setup Aggr") \
-  unused(QX_MPP_JOIN_UNIQUE, "Parallel Join Unique") \
+  task(QX_MPP_JOIN_SETUP_AGGR, "Parallel join setup Aggr", mpp_join_setup_aggr) \
+  task(QX_MPP_JOIN_UNIQUE, "Parallel Join Unique", mpp_join_unique) \
   unused(QX_MPP_JOIN_MERGE_LIST, "Parallel Join Merge ") \
-  unused(QX_MPP_COUNTUP_STEP1, "Parallel CountUp Step1") \
+  task(QX_MPP_COUNTUP_STEP1, "Parallel CountUp Step1", mpp_countup_step1) \
   unused(QX_MPP_COUNTUP_STEP2, "Parallel CountUp Step2") \
   unused(QX_MPP_NONCUBE_MEASURE_FINIT, "Parallel Fast Summary Measure Finit") \
   unused(QX_MPP_NONCUBE_MEASURE, "Parallel Fast Summary Measure2") \

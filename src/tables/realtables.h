@@ -51,6 +51,7 @@ class TRealTable : public TBaseTable {
   int ReadData(int set, int filter, int pos, int* type, void* out, int size) override;
   int ReadData(int set, int filter, int pos, int* type, long* out) override;
   int GetVNo(int set, int filter, int pos, int* out) override;
+  int GetVNoList(int set, int filter, int* out) override;
   void OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) override;
   int CountN(int set, int filter, int* out) override;
   int GetFilterIDFromName(const char* name, int side) override;
@@ -58,6 +59,9 @@ class TRealTable : public TBaseTable {
   int SearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppSearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppIntegratedSortByField(int set, const int* filters, const int* dirs) override;
+  const char* filter_name(int id) override;
+  long set_memory(int set) const override;
+  bool refers_to(const TRealTable& target) const override;
 
   // Filters
   /// Position of a filter in display order, or QX_ERROR_NO_FILTER.
@@ -174,6 +178,8 @@ class TRealTable : public TBaseTable {
   int condense_filters(const char* layer);
   void reserve_rows(int rows);
   void check_rows_changeable() const;
+  /// The tables that use this one's value numbers get their own before these change.
+  void detach_dependents();
   int delete_rows(RowDeletion& deletion);
   std::optional<EditTarget> locate(ValueEdit& edit, int* status) const;
   int edit_values(ValueEdit edit);
@@ -184,7 +190,7 @@ class TRealTable : public TBaseTable {
   /// The set if it has position `pos`, or null.
   const TSetArray* set_with(int set, int pos) const;
   template <class PutRow, class Put>
-  int read_cell(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
+  int read_at(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
   template <class Store, class Make>
   int make_set(const char* layer, int filter, int set, Store store, Make&& make);
   int search_values(const char* layer, int filter, int set, int count, const void* values);

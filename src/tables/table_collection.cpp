@@ -65,23 +65,10 @@ int TTableCollection::AddRealTable(const char* name, int rows) {
   return adopt_table(std::make_unique<TRealTable>(issue_table_id(), unique, rows));
 }
 
-int TTableCollection::adopt_table(std::unique_ptr<TRealTable> table) {
+int TTableCollection::adopt_table(std::unique_ptr<TBaseTable> table) {
   tables_.push_back(std::move(table));
   return tables_.back()->id();
 }
-
-namespace {
-
-bool borrows_from(const TRealTable& table, const TRealTable& target) {
-  for (int i = 0; i < table.GetNFilter(); ++i) {
-    for (int j = 0; j < target.GetNFilter(); ++j) {
-      if (table.filter_at(i)->VL == target.filter_at(j)->VL) return true;
-    }
-  }
-  return false;
-}
-
-}  // namespace
 
 int TTableCollection::ReferedIDList(int id, int* out) const {
   const int place = ID2Loc(id);
@@ -95,14 +82,9 @@ int TTableCollection::ReferedIDList(int id, int* out) const {
   int referring = 0;
   // What depends on a table is made after it.
   for (int i = place + 1; i < count(); ++i) {
-    if (refers(at(i), target)) out[referring++] = at(i).id();
+    if (at(i).refers_to(target)) out[referring++] = at(i).id();
   }
   return referring;
-}
-
-bool TTableCollection::refers(const TBaseTable& table, const TRealTable& target) const {
-  return table.GetType() == TableKind::kReal &&
-         borrows_from(static_cast<const TRealTable&>(table), target);
 }
 
 bool TTableCollection::IsReferred(int id) const {

@@ -10,6 +10,7 @@
 namespace qxe {
 
 class TRealTable;
+struct JoinRequest;
 
 class TTableCollection : NonCopyable {
  public:
@@ -41,10 +42,14 @@ class TTableCollection : NonCopyable {
   int SetTableName(int id, const char* name);
   int AddRealTable(const char* name, int rows);
   /// Takes over a finished table under its own id and name; returns the id.
-  int adopt_table(std::unique_ptr<TRealTable> table);
+  int adopt_table(std::unique_ptr<TBaseTable> table);
   /// The id that the next table will get.
   int issue_table_id() { return ++FTblIDIssued; }
   int DelTable(int id);
+  /// Joins two real tables; returns the join's id. The Mpp form differs in the name of its ring
+  /// entries only.
+  int AddJoinTable(const JoinRequest& request);
+  int MppAddJoinTable(const JoinRequest& request);
 
   // Derived tables: each makes a new table of others, which must be real, and returns its id. The
   // name is generated for null or "" and made unique. The Mpp forms differ in the name of their
@@ -74,7 +79,7 @@ class TTableCollection : NonCopyable {
   TRealTable& real_table(const char* layer, int id) const;
   template <class Fill>
   int derive_table(const char* name, Fill&& fill);
-  bool refers(const TBaseTable& table, const TRealTable& target) const;
+  int add_join(const char* layer, const JoinRequest& request);
 
   int FTblIDIssued = 0;  // last table id issued
   char database_path_[kPathSize] = "";
