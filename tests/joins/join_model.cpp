@@ -19,7 +19,11 @@ bool JoinModel::has_partner(int side, int row, const std::vector<int>& others) c
 }
 
 bool JoinModel::is_left_out(int side, int row) const {
-  if (!outer_ || keys_.size() > 1) return false;
+  if (keys_.size() > 1) {
+    const std::vector<int>& known = first_.side[side];
+    return std::find(known.begin(), known.end(), row) == known.end();
+  }
+  if (!outer_) return false;
   const Cell cell = key(side, row)[0];
   return is_null(cell) || cell == Cell(std::string());
 }
@@ -37,9 +41,8 @@ JoinRowsOf JoinModel::joined(const JoinRowsOf& rows) const {
   result.direction = rows.direction;
   for (int side = 0; side < 2; ++side) {
     for (const int row : rows.side[side]) {
-      const bool shown =
-          outer_ ? !is_left_out(side, row) : has_partner(side, row, rows.side[1 - side]);
-      if (shown) result.side[side].push_back(row);
+      if (is_left_out(side, row)) continue;
+      if (outer_ || has_partner(side, row, rows.side[1 - side])) result.side[side].push_back(row);
     }
   }
   const int driven = 1 - rows.direction;

@@ -17,10 +17,10 @@ struct JoinRowsOf {
 
 class JoinModel {
  public:
-  /// `keys` names the key columns of each side, in turn.
+  /// `keys` names the key columns of each side, in turn; `rows` are the joined ones.
   JoinModel(const NaiveModel& master, const NaiveModel& slave,
-            std::vector<std::pair<std::string, std::string>> keys, bool outer)
-      : sides_{&master, &slave}, keys_(std::move(keys)), outer_(outer) {}
+            std::vector<std::pair<std::string, std::string>> keys, JoinRowsOf rows, bool outer)
+      : sides_{&master, &slave}, keys_(std::move(keys)), first_(std::move(rows)), outer_(outer) {}
 
   const NaiveModel& side(int i) const { return *sides_[i]; }
 
@@ -34,11 +34,12 @@ class JoinModel {
  private:
   std::vector<Cell> key(int side, int row) const;
   bool has_partner(int side, int row, const std::vector<int>& others) const;
-  /// A row that an outer join leaves out.
+  /// A row with a NULL key in an outer join, or one that has no key because it was not joined.
   bool is_left_out(int side, int row) const;
 
   const NaiveModel* sides_[2];
   std::vector<std::pair<std::string, std::string>> keys_;
+  JoinRowsOf first_;
   bool outer_;
 };
 
