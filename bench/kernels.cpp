@@ -96,6 +96,28 @@ int scan_hits(const std::vector<int>& codes, const std::vector<unsigned char>& h
   });
 }
 
+std::vector<int> rows_by_code(const std::vector<int>& codes, int values) {
+  std::vector<size_t> places(static_cast<size_t>(values) + 1);
+  for (const int code : codes) ++places[static_cast<size_t>(code) + 1];
+  std::partial_sum(places.begin(), places.end(), places.begin());
+  std::vector<int> ordered(codes.size());
+  for (size_t i = 0; i < codes.size(); ++i) {
+    ordered[places[static_cast<size_t>(codes[i])]++] = static_cast<int>(i) + 1;
+  }
+  return ordered;
+}
+
+int copy_of_codes(const std::vector<int>& codes, const std::vector<int>& ordered, int first,
+                  int end, int* out) {
+  const auto place_of = [&](int code) {
+    return std::partition_point(ordered.begin(), ordered.end(), [&](int row) {
+      return codes[static_cast<size_t>(row) - 1] < code;
+    });
+  };
+  const auto from = place_of(first);
+  return static_cast<int>(std::copy(from, place_of(end), out) - out);
+}
+
 int first_uses(const std::vector<int>& codes, int values, int threads, int* out) {
   return in_parts(static_cast<long>(codes.size()), threads, [&](long from, long to) {
     std::vector<unsigned char> seen(static_cast<size_t>(values));

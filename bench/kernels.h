@@ -19,6 +19,13 @@ int scan_range(const std::vector<int>& codes, int first, int end, int threads, i
 int scan_hits(const std::vector<int>& codes, const std::vector<unsigned char>& hits, int threads,
               int* out);
 
+/// All rows (from 1) in the order of their codes, equal ones ascending.
+std::vector<int> rows_by_code(const std::vector<int>& codes, int values);
+/// Copies the rows whose code lies in [first, end) out of all rows in the order of their codes.
+/// Returns how many.
+int copy_of_codes(const std::vector<int>& codes, const std::vector<int>& ordered, int first,
+                  int end, int* out);
+
 /// Rows of the first use of each code below `values`, in the same layout; a code that several parts
 /// use comes out once for each. Returns how many.
 int first_uses(const std::vector<int>& codes, int values, int threads, int* out);

@@ -111,6 +111,97 @@ BENCHMARK(kernel_T7_scan_marked_codes)
     ->Arg(1)
     ->Arg(2);
 
+// The same searches of a marked set, and what a mark costs.
+
+/// A mark on the set of all rows that works while this lives.
+class MarkedColumn {
+ public:
+  explicit MarkedColumn(const char* column) : filter_(filter(column)) {
+    require(RQXHighSpeedSearchEnable(sales(), filter_, true));
+    require(RQXHighSpeedSearchSetMark(sales(), root_set(), filter_, true));
+  }
+  ~MarkedColumn() {
+    RQXHighSpeedSearchSetMark(sales(), root_set(), filter_, false);
+    RQXHighSpeedSearchEnable(sales(), filter_, false);
+  }
+  MarkedColumn(const MarkedColumn&) = delete;
+  MarkedColumn& operator=(const MarkedColumn&) = delete;
+
+ private:
+  int filter_;
+};
+
+void T2i_marked_city_equal(benchmark::State& state) {
+  const MarkedColumn marked("city");
+  T2_city_equal(state);
+}
+BENCHMARK(T2i_marked_city_equal)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void T3i_marked_customer_equal(benchmark::State& state) {
+  const MarkedColumn marked("customer_id");
+  T3_customer_equal(state);
+}
+BENCHMARK(T3i_marked_customer_equal)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void T4i_marked_amount_between(benchmark::State& state) {
+  const MarkedColumn marked("amount");
+  T4_amount_between(state);
+}
+BENCHMARK(T4i_marked_amount_between)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void time_mark(benchmark::State& state, const char* column) {
+  const int table = sales(), id = filter(column), set = root_set();
+  require(RQXHighSpeedSearchEnable(table, id, true));
+  for (auto _ : state) {
+    require(RQXHighSpeedSearchSetMark(table, set, id, true));
+    state.PauseTiming();
+    RQXHighSpeedSearchSetMark(table, set, id, false);
+    state.ResumeTiming();
+  }
+  RQXHighSpeedSearchEnable(table, id, false);
+}
+
+void T2x_mark_city(benchmark::State& state) {
+  time_mark(state, "city");
+}
+BENCHMARK(T2x_mark_city)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void T3x_mark_customer(benchmark::State& state) {
+  time_mark(state, "customer_id");
+}
+BENCHMARK(T3x_mark_customer)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void T4x_mark_amount(benchmark::State& state) {
+  time_mark(state, "amount");
+}
+BENCHMARK(T4x_mark_amount)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// Two bisections in rows ordered by `values` codes and a copy of the rows with `wanted` of them.
+void time_ordered(benchmark::State& state, int values, int wanted) {
+  const std::vector<int> codes = random_codes(rows(), values);
+  const std::vector<int> ordered = rows_by_code(codes, values);
+  std::vector<int> out(codes.size());
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        copy_of_codes(codes, ordered, values / 2, values / 2 + wanted, out.data()));
+  }
+}
+
+void kernel_T2i_bisect_cities(benchmark::State& state) {
+  time_ordered(state, kCities, 1);
+}
+BENCHMARK(kernel_T2i_bisect_cities)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void kernel_T3i_bisect_customers(benchmark::State& state) {
+  time_ordered(state, kCustomers, 1);
+}
+BENCHMARK(kernel_T3i_bisect_customers)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void kernel_T4i_copy_tenth(benchmark::State& state) {
+  time_ordered(state, 200000, 20000);
+}
+BENCHMARK(kernel_T4i_copy_tenth)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
 void T11_distinct_customers(benchmark::State& state) {
   const int table = sales(), set = root_set();
   int filters[] = {filter("customer_id"), 0};

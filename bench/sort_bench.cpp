@@ -51,6 +51,11 @@ void kernel_T9_sort_18_bits(benchmark::State& state) {
 }
 BENCHMARK(kernel_T9_sort_18_bits)->Unit(benchmark::kMillisecond)->UseRealTime()->Arg(1)->Arg(2);
 
+void kernel_T3x_sort_20_bits(benchmark::State& state) {
+  time_kernel(state, 20);
+}
+BENCHMARK(kernel_T3x_sort_20_bits)->Unit(benchmark::kMillisecond)->UseRealTime()->Arg(1)->Arg(2);
+
 void kernel_T10_sort_33_bits(benchmark::State& state) {
   time_kernel(state, 33);
 }

@@ -348,7 +348,7 @@
 
 /* Status codes: high-speed search, join summaries and totals. */
 
-/** A high-speed filter cannot be modified. */
+/** A filter enabled for high-speed search cannot be modified, nor its table gain or lose rows. */
 #define QX_ERROR_HIGH_SPEED_FILTER ((int)0xe0000136)
 /** A join summary above 2,000,000,000 rows. */
 #define QX_ERROR_JOIN_SUM_ROWS ((int)0xe0000140)
@@ -1413,10 +1413,11 @@ QXE_API int RQXFillRealExStrR1(int table, int filter, int set, int start, int co
 /*
  * Search by value
  *
- * A search makes a new set of the rows of a set that meet a condition, in the set's order. ope: a
- * QX_OPE_ code. value1, value2: in, addresses of an int, a double, a Numeric at the filter's scale,
- * or the text itself; value2 is read by BETWEEN and WITHIN only, neither by ISNULL, and what is not
- * read may be null. Nothing is written to them. Result: the new set's id.
+ * A search makes a new set of the rows of a set that meet a condition, in the set's order, or by a
+ * mark for high-speed search (see there) in the filter's. ope: a QX_OPE_ code. value1, value2: in,
+ * addresses of an int, a double, a Numeric at the filter's scale, or the text itself; value2 is
+ * read by BETWEEN and WITHIN only, neither by ISNULL, and what is not read may be null. Nothing is
+ * written to them. Result: the new set's id.
  *
  * NULL rows are hit only when NULL is asked for: by ISNULL, by EQ and GEQ with a NULL value1, and
  * by BETWEEN from NULL; with QX_OPE_STRICT a NULL bound gives an empty set. In string filters the
@@ -1537,6 +1538,126 @@ QXE_API int RQXSearchByFieldIntR1(int table, int filter, int set, int ope, int v
 /** RQXSearchByField for float, date, time and date-time filters, with the values themselves. */
 QXE_API int RQXSearchByFieldDblR1(int table, int filter, int set, int ope, double value1,
                                   double value2);
+
+/*
+ * High-speed search
+ *
+ * For a set that is searched again and again by one filter of a real table: a mark on the pair
+ * keeps the rows of the set in the filter's order as well, 4 bytes each, and a search of the set by
+ * the filter becomes a bisection and a copy of what it finds. It finds the rows that it finds
+ * without a mark, in the filter's order instead of the set's: ascending by value, rows with equal
+ * values in the set's order, whatever the operator. CONTAINS, ENDS, lists of values, patterns and
+ * row numbers make no use of marks.
+ *
+ * A mark works while the filter is enabled, and an enabled filter is frozen: to write to it, to
+ * change its scale or rounding mode, to insert rows into its table or delete some fails with
+ * QX_ERROR_HIGH_SPEED_FILTER before anything is changed. Deleting the filter is allowed. Once it is
+ * no longer enabled, its marks work until the first change of the filter or of the table's rows and
+ * again after the next RQXHighSpeedSearchEnable. Deleting the set or the filter takes the mark
+ * away. Copies of sets, filters and tables have no marks and are not enabled.
+ *
+ * Failures of all: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER.
+ */
+
+/** Marks a set for high-speed search by a filter (on true), or takes the mark away. Note the order
+ * of set and filter. With an enabled filter the mark works at once, else from
+ * RQXHighSpeedSearchEnable on. Nothing to do is no failure. Result: 0. */
+QXE_API int RQXHighSpeedSearchSetMark(int table, int set, int filter, bool on);
+
+/** Whether a set is marked for a filter, at work or not. Result: 1 or 0. */
+QXE_API int RQXHighSpeedSearchHasMark(int table, int set, int filter);
+
+/** Sorts the marked sets of a filter and freezes it (on true), or allows changes again. filter:
+ * below 1 for all filters of the table. Result: 0. */
+QXE_API int RQXHighSpeedSearchEnable(int table, int filter, bool on);
+
+/** Whether a filter is enabled. Result: 1 or 0. */
+QXE_API int RQXHighSpeedSearchIsEnabled(int table, int filter);
+
+/*
+ * Find cursors
+ *
+ * A find cursor is for browsing: it marks all rows of a real table that meet a condition, without
+ * making a set, and RQXGetNextHitReal then steps from hit to hit within any set of the table. A
+ * table has one cursor at most. Opening closes the one before, also when it fails. A cursor also
+ * closes when rows are inserted or deleted and when its filter is deleted; one whose rows are
+ * overwritten keeps its marks as they are.
+ *
+ * ope: a QX_OPE_ code, EQ to GT, in string filters to ENDS, without QX_OPE_STRICT. v1, v2: the
+ * bounds; v2 is read by BETWEEN and WITHIN only. Here NULL is the lowest value and nothing more:
+ * LEQ, LES and NEQ hit NULL rows.
+ *
+ * Result of the opening calls: the cursor's search id, above 0, which no cursor of the table had
+ * before. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_FILTER_INDEX for an unknown
+ * filter, QX_ERROR_TYPE_MISMATCH for one of another type, QX_ERROR_OPERATION for ope,
+ * QX_ERROR_PARAMETER for a null v1 or v2 that would be read.
+ */
+
+/** Opens a cursor on a string filter. v1, v2: in. */
+QXE_API int RQXOpenStrFindReal(int table, int filter, int ope, char* v1, char* v2);
+
+/** As RQXOpenStrFindReal. */
+QXE_API int QXOpenStrFindReal(int table, int filter, int ope, char* v1, char* v2);
+
+/** RQXOpenStrFindReal with values in Shift_JIS. Failures: also QX_ERROR_LOCALE unless that is the
+ * database's code. */
+QXE_API int RQXOpenStrFindRealSJIS(int table, int filter, int ope, char* v1, char* v2);
+
+/** RQXOpenStrFindReal with values in the code of a locale. localeId: QX_LOCALE_ value, or 99 for no
+ * check. Failures: also QX_ERROR_LOCALE unless it is the database's. */
+QXE_API int RQXOpenStrFindRealLocale(int table, int filter, int ope, char* v1, char* v2,
+                                     int localeId);
+
+/** Opens a cursor on an integer filter. */
+QXE_API int RQXOpenIntFindReal(int table, int filter, int ope, int v1, int v2);
+
+/** As RQXOpenIntFindReal. */
+QXE_API int QXOpenIntFindReal(int table, int filter, int ope, int v1, int v2);
+
+/** Opens a cursor on a filter of floats, dates, times or date-times. */
+QXE_API int RQXOpenFloatFindReal(int table, int filter, int ope, double v1, double v2);
+
+/** As RQXOpenFloatFindReal. */
+QXE_API int QXOpenFloatFindReal(int table, int filter, int ope, double v1, double v2);
+
+/** Opens a cursor on a decimal filter; v1, v2 at the filter's scale. */
+QXE_API int RQXOpenNumericFindReal(int table, int filter, int ope, Numeric v1, Numeric v2);
+
+/** Tells about the open cursor. hitCount: out, rows hit in the whole table, one more when the
+ * condition holds for NULL. filterId: out, its filter. Result: its search id; 0 when none is open,
+ * outputs untouched. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL. */
+QXE_API int RQXGetFindStatus(int table, int* hitCount, int* filterId);
+
+/** As RQXGetFindStatus. */
+QXE_API int QXGetFindStatus(int table, int* hitCount, int* filterId);
+
+/** Finds the next hit in a set. searchId: of the open cursor. position: from 1, the place behind
+ * which (or, with backward not 0, before which) the search begins: 0 for the first hit, the set's
+ * size + 1 backward for the last; what lies outside the set means its nearer end. filterId: out,
+ * the cursor's filter. hitPosition: out, the hit's position in the set. Result: 1; at the end 0,
+ * hitPosition untouched. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_FIND_CLOSED when
+ * no cursor is open, QX_ERROR_FIND_ID for another searchId, QX_ERROR_NO_SET. */
+QXE_API int RQXGetNextHitReal(int table, int searchId, int set, int position, int backward,
+                              int* filterId, int* hitPosition);
+
+/** As RQXGetNextHitReal. */
+QXE_API int QXGetNextHitReal(int table, int searchId, int set, int position, int backward,
+                             int* filterId, int* hitPosition);
+
+/** Closes the cursor. Result: 0, also when none is open. Failures: QX_ERROR_NO_TABLE,
+ * QX_ERROR_NOT_REAL. */
+QXE_API int RQXCloseFindReal(int table);
+
+/** As RQXCloseFindReal. */
+QXE_API int QXCloseFindReal(int table);
+
+/** Looks a row up in a set of a real table. row: its number. Result: the position (from 1) of its
+ * first occurrence, 0 when the set has it not. Failures: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL,
+ * QX_ERROR_NO_SET. */
+QXE_API int RQXFindRecNoReal(int table, int set, int row);
+
+/** As RQXFindRecNoReal. */
+QXE_API int QXFindRecNoReal(int table, int set, int row);
 
 /*
  * Sorting

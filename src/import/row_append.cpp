@@ -69,6 +69,7 @@ RowAppend::RowAppend(TRealTable& table, int pos, int count)
     throw CQXException(report("AppendRows", QX_ERROR_ROW_SIZE, "RowSize overflow"));
   }
   if (count > 0) growth_ = static_cast<int>(std::max(last_row - table.TotalRecs(), 0L));
+  if (growth_ > 0) table.check_rows_changeable();
   table.CheckMergeFilterTVL(true);
 }
 

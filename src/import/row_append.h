@@ -15,7 +15,8 @@ class RowAppend : NonCopyable {
  public:
   /// `count` rows from row `pos` on: below 0 means behind the last row; rows that exist are
   /// overwritten; what lies between the last row and a further `pos` becomes rows of NULLs. Throws
-  /// QX_ERROR_PARAMETER for row 0 or a negative count, QX_ERROR_ROW_SIZE for too many rows.
+  /// QX_ERROR_PARAMETER for row 0 or a negative count, QX_ERROR_ROW_SIZE for too many rows,
+  /// QX_ERROR_HIGH_SPEED_FILTER for new rows of a table with a high-speed filter.
   RowAppend(TRealTable& table, int pos, int count);
 
   int count() const { return count_; }

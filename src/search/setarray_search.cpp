@@ -87,6 +87,8 @@ std::unique_ptr<TSetArray> _searchByValue(const char* layer, const TSetArray& so
   }
   const RangeTest test =
       with_family(list, [&](const auto& own) { return ranges_of(condition, own, v1, v2); });
+  const TSortedSetArray* const sorted = source.GetSortedSet(&filter);
+  if (sorted != nullptr && !sorted->tainted()) return sorted->SearchByValue(test);
   return MoveRecsForScan(source, filter.PVL->PIntAr(), test);
 }
 

@@ -81,7 +81,7 @@ struct TextTest {
 
 struct TextTestParams {
   TextTest test;
-  Slice slice;
+  Slice slice{};
 };
 
 void test_texts(const TextTest& test, ValueRange entries) {
@@ -90,15 +90,6 @@ void test_texts(const TextTest& test, ValueRange entries) {
   task.run([&](Slice slice) {
     return TextTestParams{test, {first + slice.begin, first + slice.end}};
   });
-}
-
-/// Entries of an ascending list that begin with `prefix`.
-ValueRange with_prefix(const ValueView<TStrArray>& list, const char* prefix) {
-  std::string beyond(prefix);
-  while (!beyond.empty() && beyond.back() == '\xff') beyond.pop_back();
-  if (!beyond.empty()) ++beyond.back();
-  return {bound_position(prefix, list).lower(),
-          beyond.empty() ? list.size : bound_position(beyond.c_str(), list).lower()};
 }
 
 std::unique_ptr<TSetArray> search_wide(const TSetArray& source, const TFilter& filter,
@@ -131,6 +122,14 @@ std::unique_ptr<TSetArray> search_narrow(const TSetArray& source, const TFilter&
 }
 
 }  // namespace
+
+ValueRange with_prefix(const ValueView<TStrArray>& list, const char* prefix) {
+  std::string beyond(prefix);
+  while (!beyond.empty() && beyond.back() == '\xff') beyond.pop_back();
+  if (!beyond.empty()) ++beyond.back();
+  return {bound_position(prefix, list).lower(),
+          beyond.empty() ? list.size : bound_position(beyond.c_str(), list).lower()};
+}
 
 long texts_per_worker() {
   return (ENG->rows_per_worker() + 15) / 16;

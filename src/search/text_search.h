@@ -4,6 +4,9 @@
 
 #include <memory>
 
+#include "search/scan_kernels.h"
+#include "storage/family.h"
+
 namespace qxe {
 
 class TFilter;
@@ -11,11 +14,11 @@ class TSetArray;
 
 /// A test of one text.
 struct TextCondition {
-  bool (*matches)(const char* text, const char* pattern);
-  const char* pattern;
+  bool (*matches)(const char* text, const char* pattern) = nullptr;
+  const char* pattern = "";
   /// Bytes that stand in every text that matches, so that many texts can be looked through as one;
   /// "" when no such bytes are known.
-  const char* piece;
+  const char* piece = "";
   bool negate = false;
   /// Bytes with which every text that matches begins: only those texts are tested.
   const char* prefix = "";
@@ -25,6 +28,9 @@ struct TextCondition {
 /// the source's attribute block.
 std::unique_ptr<TSetArray> search_texts(const TSetArray& source, const TFilter& filter,
                                         const TextCondition& condition);
+
+/// Entries of an ascending list that begin with `prefix`.
+ValueRange with_prefix(const ValueView<TStrArray>& list, const char* prefix);
 
 /// A test of a text costs far more than a row of a scan, so fewer of them are worth a worker.
 long texts_per_worker();

@@ -72,10 +72,13 @@ class TFilter : NonCopyable {
 
   /// Throws QX_ERROR_HIGH_SPEED_FILTER for a high-speed filter.
   void check_changeable() const;
-  /// To be called before any change of the rows or values: refuses a high-speed filter and drops
-  /// the data of its sorted sets.
+  /// To be called with every change of rows or values, once it cannot fail any more: refuses a
+  /// high-speed filter and drops the data of its sorted sets.
   void Taint();
+  /// Freezes the filter, so that its sorted sets stay as they are, or allows changes again.
+  void HighSpeedSearchEnable(bool on) { high_speed_ = on; }
   bool high_speed() const { return high_speed_; }
+  const std::vector<TSortedSetArray*>& sorted_sets() const { return sorted_sets_; }
   void RegisterSortedSet(TSortedSetArray* sorted) { sorted_sets_.push_back(sorted); }
   void UnregisterSortedSet(TSortedSetArray* sorted);
 

@@ -85,17 +85,20 @@ void TSortedSetArray::Taint() {
 }
 
 void TSortedSetArray::Reclaim() {
-  if (data_ != nullptr) return;
-  SetArraySize(set_->FArraySize);
+  if (!tainted()) return;
+  const TSetArray& source = *set_;
+  const int size = source.FArraySize;
   const int* const value_numbers = filter_->PVL->PIntAr();
-  CountingSort(QX_SORT_ASC, set_->FArraySize, set_->PIntAr(), PIntAr(), value_numbers,
-               filter_->VL->FArraySize);
+  Block<int> rows = make_block<int>(size);
+  MppCountingSort(QX_SORT_ASC, size, source.PIntAr(), rows.get(), value_numbers,
+                  filter_->VL->FArraySize);
+  adopt(sizeof(int), size, rows.release());
   null_count_ = 0;
   if (filter_->VL->GetDataType() == QX_DT_STRING) return;
-  null_count_ =
-      static_cast<int>(std::partition_point(PIntAr(), PIntAr() + FArraySize,
-                                            [&](int row) { return value_numbers[row] == 0; }) -
-                       PIntAr());
+  const int* const begin = values();
+  null_count_ = static_cast<int>(
+      std::partition_point(begin, begin + size, [&](int row) { return value_numbers[row] == 0; }) -
+      begin);
 }
 
 long TSortedSetArray::GetMemSize() const {

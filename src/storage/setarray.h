@@ -9,6 +9,7 @@ namespace qxe {
 
 class TFilter;
 class TSortedSetArray;
+struct RangeTest;
 
 class TSetArray : public TIntArray {
  public:
@@ -43,8 +44,8 @@ class TSetArray : public TIntArray {
   std::vector<TSortedSetArray*> sorted_sets_;  // owned
 };
 
-/// The rows of a set in the order of one filter's values. Tainted (without data) after an edit of
-/// the filter until it is reclaimed.
+/// The rows of a set in the order of one filter's values, rows with equal values in the set's.
+/// Tainted (without data) after an edit of the filter until it is reclaimed.
 class TSortedSetArray : public TIntArray {
  public:
   TSortedSetArray() = default;
@@ -56,13 +57,19 @@ class TSortedSetArray : public TIntArray {
   void initialize(TSetArray* set, TFilter* filter);
   /// Drops the data.
   void Taint();
-  /// Sorts the set's rows anew if the data are gone.
+  /// Sorts the set's rows anew if the data are gone. The filter must have no pending values. A
+  /// failure leaves it without data.
   void Reclaim();
+  bool tainted() const { return data_ == nullptr; }
 
   TSetArray* set() const { return set_; }
   TFilter* filter() const { return filter_; }
   /// Rows at the head whose value is NULL; 0 for a filter of strings.
   int null_count() const { return null_count_; }
+
+  /// The rows whose value numbers pass, in the filter's order, as a new set with the attribute
+  /// block of the set it serves. Not to be called while tainted.
+  std::unique_ptr<TSetArray> SearchByValue(const RangeTest& test) const;
 
  private:
   TSetArray* set_ = nullptr;

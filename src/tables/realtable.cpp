@@ -29,8 +29,12 @@ long TRealTable::GetMemSize() const {
   size += static_cast<long>(sets_.capacity() * sizeof(TSetArray*));
   size += static_cast<long>(filters_.capacity() * sizeof(TFilter*));
   for (const auto& set : sets_) size += set->GetMemSize();
-  for (const auto& filter : filters_) size += filter->GetMemSize();
-  return size;
+  for (const auto& filter : filters_) {
+    size += filter->GetMemSize();
+    // The sets have counted them.
+    for (const TSortedSetArray* sorted : filter->sorted_sets()) size -= sorted->GetMemSize();
+  }
+  return size + find_cursor_.GetMemSize();
 }
 
 long TRealTable::set_memory(int set) const {

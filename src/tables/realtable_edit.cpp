@@ -87,12 +87,13 @@ int TRealTable::edit_values(ValueEdit edit) {
       has_long_text(static_cast<char**>(edit.values), edit.fill ? 1 : edit.count)) {
     return report(edit.layer, QX_ERROR_STRING_SIZE, "StringSize overflow");
   }
-  filter.Taint();
+  filter.check_changeable();
   const int start = edit.start - 1;
   if (filter.UseTVL(start, edit.count, edit.values, edit.fill, edit.mpp, this, target->set) == 0) {
     rewrite_rows(filter, target->set.PIntAr() + start, edit.count, edit.values, edit.fill,
                  edit.mpp);
   }
+  filter.Taint();
   return edit.count;
 }
 

@@ -182,6 +182,7 @@ int TRealTable::DropFilter(int id) {
       return report("DropFilter", QX_ERROR_REFERRED, "Failed to refere table");
     }
   }
+  if (find_cursor_.filter() == id) CloseFind();
   filters_.erase(filters_.begin() + position);
   return 0;
 }

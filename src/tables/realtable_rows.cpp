@@ -70,6 +70,7 @@ int TRealTable::InsRows(int pos, int count) {
   check_rows_changeable();
   reserve_rows(total + count);
   // Nothing fails from here on.
+  CloseFind();
   root_set().InitAsSet();
   const int at = std::clamp(pos, 1, total + 1);
   for (const auto& filter : filters_) filter->Taint();
@@ -88,6 +89,7 @@ int TRealTable::delete_rows(RowDeletion& deletion) {
   const int total = TotalRecs();
   const int deleted = deletion.close();
   // Nothing fails from here on.
+  CloseFind();
   for (const auto& filter : filters_) filter->Taint();
   for_each_array(GetNFilter(), total, [&](size_t i) {
     TIntArray& pv = *filters_[i]->PVL;

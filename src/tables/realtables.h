@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "search/find_cursor.h"
 #include "tables/derived_tables.h"
 #include "tables/tables.h"
 
@@ -100,6 +101,9 @@ class TRealTable : public TBaseTable {
   TSetArray& root_set() const { return *sets_[0]; }
 
   // Rows
+  /// Throws QX_ERROR_HIGH_SPEED_FILTER for a table with a high-speed filter, which can neither gain
+  /// nor lose rows.
+  void check_rows_changeable() const;
   /// Inserts `count` NULL rows before row `pos`; 0 means before row 1, beyond the end means at the
   /// end. The new rows are in the root set alone. Returns `count` or a negative status; throws
   /// QX_ERROR_HIGH_SPEED_FILTER. A failure leaves the table as it was.
@@ -131,6 +135,35 @@ class TRealTable : public TBaseTable {
   int SearchByRowNo(int set, int ope, int n1, int n2);
   /// The first row of each distinct combination of the filters in a list that ends below 1.
   int MppExtractUniqueReal(int set, const int* filters);
+
+  // High-speed search: a marked set is kept in the order of a filter, while the filter is enabled.
+  /// Marks a set for searches by a filter, or takes the mark away; 0 also when there is nothing to
+  /// do.
+  int HighSpeedSearchSetMark(int set, int filter, bool on);
+  /// 1 when the set is marked for the filter, 0 when not.
+  int HighSpeedSearchHasMark(int set, int filter);
+  /// Fills the marked sets of a filter, below 1 of all filters, and freezes it, or ends that. A
+  /// failure changes nothing.
+  int HighSpeedSearchEnable(int filter, bool on);
+
+  // The find cursor. Each of the first four closes it, marks the rows that meet a condition (EQ to
+  // GT, in strings to ENDS; NULL is the lowest value and no more), and returns its search id or a
+  // negative status; it is closed then. It closes too when rows are inserted or deleted and when
+  // its filter is dropped. Values that are overwritten do not change it.
+  int OpenIntFind(int filter, int ope, int v1, int v2);
+  /// For the whole double family.
+  int OpenFloatFind(int filter, int ope, double v1, double v2);
+  int OpenNumericFind(int filter, int ope, const Numeric& v1, const Numeric& v2);
+  int OpenStrFind(int filter, int ope, const char* v1, const char* v2);
+  /// 1 with the position (from 1) of the next hit in a set behind `position`, or before it; 0 at
+  /// the end; or a negative status.
+  int GetNextHit(int searchId, int set, int position, bool backward, int* filter, int* hit) const;
+  /// The search id, or 0 and nothing else while no cursor is open.
+  int GetFindStatus(int* hitCount, int* filter) const;
+  void CloseFind() { find_cursor_.close(); }
+  /// Position (from 1) of the first occurrence of a row in a set, 0 when it is not there, or
+  /// QX_ERROR_NO_SET.
+  int FindRecNo(int set, int row) const;
 
   // Derived tables: each of these fills this table, which is new and has no rows and no filters
   // yet. Their columns are shared out among the workers; the Mpp forms differ in the name of their
@@ -177,7 +210,6 @@ class TRealTable : public TBaseTable {
   int duplicate_filter(const char* layer, int id, int type, const NumericInfo* info);
   int condense_filters(const char* layer);
   void reserve_rows(int rows);
-  void check_rows_changeable() const;
   /// The tables that use this one's value numbers get their own before these change.
   void detach_dependents();
   int delete_rows(RowDeletion& deletion);
@@ -194,11 +226,14 @@ class TRealTable : public TBaseTable {
   template <class Store, class Make>
   int make_set(const char* layer, int filter, int set, Store store, Make&& make);
   int search_values(const char* layer, int filter, int set, int count, const void* values);
+  template <class Array, class Value>
+  int open_find(const char* layer, const char* typeText, int filter, int ope, Value v1, Value v2);
   int search_wildcard_pattern(const char* layer, int filter, int set, const char* pattern);
 
   std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
   std::vector<std::unique_ptr<TFilter>> filters_;  // in display order
   int MaxFilterIDs = 0;                            // last filter id issued
+  FindCursor find_cursor_;
 };
 
 }  // namespace qxe

@@ -177,6 +177,18 @@ INSTANTIATE_TEST_SUITE_P(
         QXE_CASE(CompileValues, iCompileNumeric(2, 2, &decimal_out, &address, nullptr))),
     case_name<PointerCase>);
 
+INSTANTIATE_TEST_SUITE_P(
+    Finds, MissingPointerTest,
+    testing::Values(QXE_CASE(Low, RQXOpenStrFindReal(table, 2, QX_OPE_CONTAINS, nullptr, buffer)),
+                    QXE_CASE(High, QXOpenStrFindReal(table, 2, QX_OPE_BETWEEN, buffer, nullptr)),
+                    QXE_CASE(LowOfLocale,
+                             RQXOpenStrFindRealLocale(table, 2, 0, nullptr, buffer, 99)),
+                    QXE_CASE(Count, RQXGetFindStatus(table, nullptr, numbers)),
+                    QXE_CASE(Filter, QXGetFindStatus(table, numbers, nullptr)),
+                    QXE_CASE(HitFilter, RQXGetNextHitReal(table, 1, 1, 0, 0, nullptr, numbers)),
+                    QXE_CASE(HitPosition, QXGetNextHitReal(table, 1, 1, 0, 0, numbers, nullptr))),
+    case_name<PointerCase>);
+
 #undef QXE_CASE
 
 using PointerTest = EngineTest;

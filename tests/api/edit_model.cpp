@@ -17,7 +17,16 @@ ModelTable::ModelTable(TestTable made, Columns wanted)
 
 ModelTable::ModelTable(const Columns& wanted) : ModelTable(TestTable(wanted), wanted) {}
 
-EditModel::EditModel(unsigned seed) : random(seed) {
+void ModelTable::take_rows() {
+  const auto before = sets.front().rows.size();
+  sets.front().rows = model().all_rows();
+  if (sets.front().rows.size() != before) cursor.reset();
+}
+
+EditModel::EditModel(const RandomData& data, int code) : random(data), locale(code) {
+  RQXClearDB();
+  require(RQXSetKanjiCode(code), "RQXSetKanjiCode");
+  drain_ring();
   // Below a hundred rows values do not wait for a merge, above they do.
   for (const int rows : {random.below(20), 90 + random.below(20), 150 + random.below(150)}) {
     tables.emplace_back(random.table(rows));
@@ -156,10 +165,8 @@ const EditOperation& chosen(RandomData& random, const std::vector<EditOperation>
 
 }  // namespace
 
-void run_edits(unsigned seed, int steps, const std::vector<EditOperation>& operations) {
-  RQXClearDB();
-  drain_ring();
-  EditModel model(seed);
+void run_edits(EditModel model, const std::string& run, int steps,
+               const std::vector<EditOperation>& operations) {
   std::string journal;
   for (int step = 0; step < steps; ++step) {
     journal += std::to_string(step) + ": " + chosen(model.random, operations).run(model) + "\n";
@@ -168,7 +175,7 @@ void run_edits(unsigned seed, int steps, const std::vector<EditOperation>& opera
     if (step % 8 == 7 || step == steps - 1) model.expect_equal();
     if (step % 64 == 63) expect_value_lists(model.any_table());
     if (testing::Test::HasFailure()) {
-      ADD_FAILURE() << "seed " << seed << "\n" << journal;
+      ADD_FAILURE() << run << "\n" << journal;
       return;
     }
   }

@@ -1,6 +1,7 @@
 // Random edits on tables of the engine, each made on plain rows as well.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,11 +16,19 @@ struct ModelSet {
   std::vector<int> rows;
 };
 
+/// An open find cursor.
+struct ModelCursor {
+  int id;
+  std::string column;
+  std::vector<bool> hits;  // by row; row 0 reads NULL
+};
+
 /// A table of the engine and what it must hold. The first set is that of all rows.
 struct ModelTable {
   TestTable table;
   Columns columns;
   std::vector<ModelSet> sets;
+  std::optional<ModelCursor> cursor;
 
   /// Made in the engine as well.
   explicit ModelTable(const Columns& wanted);
@@ -28,13 +37,16 @@ struct ModelTable {
   int id() const { return table.id(); }
   int total_rows() const { return static_cast<int>(sets.front().rows.size()); }
   NaiveModel model() const { return NaiveModel(columns); }
+  /// To be called when the columns may have become longer.
+  void take_rows();
 };
 
 /// Tables in random hands. An operation takes one, does the same to the engine and to the model,
 /// and tells in a few words what it did; one that makes a table adds it to `tables`.
 class EditModel {
  public:
-  explicit EditModel(unsigned seed);
+  /// On an empty database whose strings are in the code of a locale.
+  explicit EditModel(const RandomData& data, int code = QX_LOCALE_UTF8);
 
   ModelTable& any_table() { return any_of(tables); }
   ModelSet& any_set(ModelTable& table) { return any_of(table.sets); }
@@ -45,7 +57,7 @@ class EditModel {
 
   template <class Item>
   Item& any_of(std::vector<Item>& items) {
-    return items[static_cast<size_t>(random.below(static_cast<int>(items.size())))];
+    return random.any_of(items);
   }
 
   /// Compares a result with the wanted one, then all tables with their models.
@@ -55,6 +67,7 @@ class EditModel {
   void expect_sample();
 
   RandomData random;
+  const int locale;
   std::vector<ModelTable> tables;
 };
 
@@ -78,8 +91,9 @@ struct EditOperation {
   int weight;  // how often it is chosen, compared with the others
 };
 
-/// Starts with random tables and makes `steps` random operations of the list. A failure shows the
-/// seed and the operations so far.
-void run_edits(unsigned seed, int steps, const std::vector<EditOperation>& operations);
+/// Makes `steps` random operations of the list. A failure shows `run`, which tells the seed, and
+/// the operations so far.
+void run_edits(EditModel model, const std::string& run, int steps,
+               const std::vector<EditOperation>& operations);
 
 }  // namespace qxe::test

@@ -65,7 +65,7 @@ std::string append_lines(EditModel& model) {
   model.expect_status(
       RQXAppendCatalogFile(table.id(), rows.position, rows.count, ".", "append.cat"), rows.count);
   for (size_t i = 0; i < file.size(); ++i) write(table.columns[i].column, rows, file[i].column);
-  table.sets.front().rows = table.model().all_rows();
+  table.take_rows();
   return told(table, "append", {rows.position, rows.lines, rows.count});
 }
 
@@ -83,7 +83,7 @@ std::string append_to_column(EditModel& model) {
   if (refused) return told(table, "refused append to " + name, {});
   write(column, rows, file);
   for (NamedColumn& other : table.columns) grow(other.column, column.cells.size());
-  table.sets.front().rows = table.model().all_rows();
+  table.take_rows();
   return told(table, "append to " + name, {rows.position, rows.lines, rows.count});
 }
 

@@ -16,6 +16,7 @@ void adopt_column(EditModel& model, ModelTable& table, int id, Column wanted) {
   if (table.columns.size() <= kMostColumns) return;
   const auto gone = table.columns.begin() + model.random.below(kMostColumns);
   model.expect_status(RQXDeleteRealFilter(table.id(), table.table.filter(gone->name)), 0);
+  if (table.cursor && table.cursor->column == gone->name) table.cursor.reset();
   table.columns.erase(gone);
 }
 

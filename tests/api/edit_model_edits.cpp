@@ -26,7 +26,7 @@ std::string insert_rows(EditModel& model) {
   for (ModelSet& set : table.sets) {
     for (int& row : set.rows) row += row >= at ? count : 0;
   }
-  table.sets.front().rows = table.model().all_rows();
+  table.take_rows();
   return told(table, "insert", {pos, count});
 }
 
@@ -34,6 +34,7 @@ std::string insert_rows(EditModel& model) {
 int erase_rows(ModelTable& table, std::vector<int> gone) {
   std::sort(gone.begin(), gone.end());
   gone.erase(std::unique(gone.begin(), gone.end()), gone.end());
+  table.cursor.reset();
   for (auto& [name, column] : table.columns) {
     for (size_t i = gone.size(); i > 0; --i) {
       column.cells.erase(column.cells.begin() + gone[i - 1] - 1);

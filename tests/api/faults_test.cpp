@@ -171,6 +171,8 @@ TEST_P(FaultsTest, EveryFailureIsToldAndChangesNothing) {
 
 // The operations
 
+using Rows = std::vector<int>;
+
 std::string nothing(const Base&, int) {
   return "";
 }
@@ -300,6 +302,42 @@ INSTANTIATE_TEST_SUITE_P(
         adding_set("OfIntegersInFile", search_file<kInt>),
         adding_set("OfStringsInFile", search_file<kString>), adding_set("AddSet", add_set)),
     case_name<Operation>);
+
+// ... that open a find cursor
+
+std::string hits_of_cursor(const Base& base, int search) {
+  std::string text;
+  int filter = 0;
+  int position = 0;
+  while (RQXGetNextHitReal(base.id(), search, 1, position, 0, &filter, &position) == 1) {
+    text += std::to_string(position) + " ";
+  }
+  return text;
+}
+
+void close_cursor(const Base& base, int) {
+  require(RQXCloseFindReal(base.id()), "RQXCloseFindReal");
+}
+
+Operation opening_find(const char* name, std::function<int(const Base&)> call) {
+  return {name, std::move(call), hits_of_cursor, close_cursor};
+}
+
+INSTANTIATE_TEST_SUITE_P(Finds, FaultsTest,
+                         testing::Values(opening_find("Integers",
+                                                      [](const Base& base) {
+                                                        return RQXOpenIntFindReal(
+                                                            base.id(), base.filter(kInt),
+                                                            QX_OPE_LEQ, 100, 0);
+                                                      }),
+                                         opening_find("Texts",
+                                                      [](const Base& base) {
+                                                        char text[] = "a";
+                                                        return RQXOpenStrFindReal(
+                                                            base.id(), base.filter(kString),
+                                                            QX_OPE_CONTAINS, text, nullptr);
+                                                      })),
+                         case_name<Operation>);
 
 // ... that add a filter
 
@@ -623,6 +661,7 @@ class ChangesTest : public EngineTest, public testing::WithParamInterface<Operat
   bool run(const Fault& fault, const std::string& wanted) {
     RQXClearDB();
     const Base base;
+    const int cursor = RQXOpenIntFindReal(base.id(), base.filter(kInt), QX_OPE_GEQ, 0, 0);
     RQXSetSavedFlag(1, 1, 1);
     drain_ring();
     const std::string before = database_text();
@@ -637,6 +676,8 @@ class ChangesTest : public EngineTest, public testing::WithParamInterface<Operat
       expect_failure(status,
                      fault.kind == FaultKind::kFileCall ? QX_ERROR_FILE : QX_ERROR_OUT_OF_MEMORY);
       EXPECT_EQ(database_text(), before);
+      int count = 0, filter = 0;
+      EXPECT_EQ(RQXGetFindStatus(base.id(), &count, &filter), cursor);
       status = GetParam().call(base);
     }
     EXPECT_EQ(outcome(base, status), wanted);
@@ -773,6 +814,85 @@ TEST_F(CondenseFaultsTest, RowsKeepTheirValues) {
     return fired;
   });
 }
+
+// A failure leaves marked sets as they were, in the filter's order or not.
+
+struct MarkCase {
+  const char* name;
+  bool marked;
+  bool filled;
+  bool enabled;
+  std::function<int(int table)> call;
+  bool ordered_after;
+};
+
+class MarkFaultsTest : public EngineTest, public testing::WithParamInterface<MarkCase> {
+ protected:
+  /// All rows of a set as a search by the first filter gives them.
+  static Rows rows(const Base& base, int set) {
+    const int found = RQXSearchByFieldIntR1(base.id(), 1, set, QX_OPE_GEQ, QX_NULL_INT, 0);
+    Rows rows = base.table().rows(found);
+    RQXDeleteSet(base.id(), found);
+    return rows;
+  }
+
+  static void prepare(int table) {
+    for (const int set : {1, 2}) RQXHighSpeedSearchSetMark(table, set, 1, GetParam().marked);
+    RQXHighSpeedSearchEnable(table, 1, GetParam().filled);
+    RQXHighSpeedSearchEnable(table, 1, GetParam().enabled);
+  }
+
+  static void clear(int table) {
+    RQXHighSpeedSearchEnable(table, 1, false);
+    for (const int set : {1, 2}) RQXHighSpeedSearchSetMark(table, set, 1, false);
+  }
+};
+
+TEST_P(MarkFaultsTest, MarksStayAsTheyWere) {
+  const Base base;
+  const int table = base.id();
+  const Rows plain = rows(base, 1);
+  walk([&](const Fault& fault) {
+    prepare(table);
+    const Rows before[] = {rows(base, 1), rows(base, 2)};
+    EXPECT_EQ(before[0] != plain, GetParam().filled);
+    int status = 0;
+    bool fired = false;
+    {
+      const ArmedFault armed(fault);
+      status = GetParam().call(table);
+      fired = armed.fired();
+    }
+    if (status < 0) {
+      expect_failure(status, QX_ERROR_OUT_OF_MEMORY);
+      EXPECT_EQ(RQXHighSpeedSearchHasMark(table, 1, 1), GetParam().marked ? 1 : 0);
+      EXPECT_EQ(RQXHighSpeedSearchIsEnabled(table, 1), GetParam().enabled ? 1 : 0);
+      EXPECT_EQ(rows(base, 1), before[0]);
+      EXPECT_EQ(rows(base, 2), before[1]);
+    } else {
+      EXPECT_EQ(rows(base, 1) != plain, GetParam().ordered_after);
+    }
+    clear(table);
+    return fired;
+  });
+}
+
+int search_and_delete(int table) {
+  const int found = RQXSearchByFieldIntR1(table, 1, 1, QX_OPE_NEQ, 1, 0);
+  return found < 0 ? found : RQXDeleteSet(table, found);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Calls, MarkFaultsTest,
+    testing::Values(
+        MarkCase{"Mark", false, false, true,
+                 [](int table) { return RQXHighSpeedSearchSetMark(table, 1, 1, true); }, true},
+        MarkCase{"Enable", true, false, false,
+                 [](int table) { return RQXHighSpeedSearchEnable(table, 0, true); }, true},
+        MarkCase{"Search", true, true, true, search_and_delete, true},
+        MarkCase{"Overwrite", true, true, false,
+                 [](int table) { return RQXOverwriteRealExIntR1(table, 1, 1, 1, 4711); }, false}),
+    case_name<MarkCase>);
 
 }  // namespace
 }  // namespace qxe::test

@@ -159,6 +159,19 @@ INSTANTIATE_TEST_SUITE_P(
             "SearchRows",
             [](const TestTable& table) { return RQXSearchByRowNo(table.id(), 1, 1, 0, 1, 1); },
             kSets},
+        ChangeCase{"Mark",
+                   [](const TestTable& table) {
+                     return RQXHighSpeedSearchSetMark(table.id(), 1, 1, true);
+                   },
+                   kSets},
+        ChangeCase{
+            "Enable",
+            [](const TestTable& table) { return RQXHighSpeedSearchEnable(table.id(), 1, true); },
+            kTables},
+        ChangeCase{
+            "OpenFind",
+            [](const TestTable& table) { return RQXOpenIntFindReal(table.id(), 1, 0, 2, 2); },
+            kNone},
         ChangeCase{"Sort",
                    [](const TestTable& table) { return RQXSortByField(table.id(), 1, 1, 0); },
                    kSets},

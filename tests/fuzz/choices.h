@@ -4,7 +4,10 @@
 
 #include <stddef.h>
 
+#include <string>
 #include <string_view>
+
+#include "qxe.h"
 
 namespace qxe::test {
 
@@ -43,5 +46,18 @@ class Chooser {
 
   std::string_view bytes_;
 };
+
+/// Which code the texts of an input are in.
+constexpr Choice<int> kLocales[] = {
+    {'S', QX_LOCALE_SJIS}, {'W', QX_LOCALE_MS932},  {'K', QX_LOCALE_MS949}, {'U', QX_LOCALE_UTF8},
+    {'E', QX_LOCALE_EUC},  {'1', QX_LOCALE_CP1252}, {'C', QX_LOCALE_MS936}};
+
+/// Takes the bytes up to a NUL or the end off `input`.
+inline std::string next_string(std::string_view& input) {
+  const size_t end = input.find('\0');
+  std::string string(input.substr(0, end));
+  input.remove_prefix(end == std::string_view::npos ? input.size() : end + 1);
+  return string;
+}
 
 }  // namespace qxe::test

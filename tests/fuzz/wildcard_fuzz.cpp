@@ -16,18 +16,6 @@
 namespace qxe::test {
 namespace {
 
-constexpr Choice<int> kLocales[] = {
-    {'S', QX_LOCALE_SJIS}, {'W', QX_LOCALE_MS932},  {'K', QX_LOCALE_MS949}, {'U', QX_LOCALE_UTF8},
-    {'E', QX_LOCALE_EUC},  {'1', QX_LOCALE_CP1252}, {'C', QX_LOCALE_MS936}};
-
-/// The bytes up to a NUL or the end, which are taken off `input`.
-std::string next_string(std::string_view& input) {
-  const size_t end = input.find('\0');
-  const std::string string(input.substr(0, end));
-  input.remove_prefix(end == std::string_view::npos ? input.size() : end + 1);
-  return string;
-}
-
 std::optional<WildCard> wildcard_of(const std::string& pattern) {
   try {
     return WildCard(pattern.c_str(), getSystemInfoDBCharCode() != QX_CODE_CP1252);

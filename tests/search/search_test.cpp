@@ -1,13 +1,9 @@
-// Searches by value, by list of values, by row number and by position, through the interface.
+// Searches by value, by row number and by position, through the interface. Random ones, and lists
+// of values, are compared with plain rows in tests/api/edit_model_test.cpp.
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
 
 #include "support/case_name.h"
 #include "support/engine_test.h"
-#include "support/naive_model.h"
-#include "support/random_data.h"
 #include "support/test_table.h"
 
 namespace qxe::test {
@@ -93,64 +89,6 @@ INSTANTIATE_TEST_SUITE_P(
                     SearchCase{"EndsLonger", QX_OPE_ENDS, s("xabc"), {}, {}}),
     case_name<SearchCase>);
 
-constexpr std::array kNumberOperators = {QX_OPE_EQ,  QX_OPE_BETWEEN, QX_OPE_LEQ,
-                                         QX_OPE_GEQ, QX_OPE_NEQ,     QX_OPE_WITHIN,
-                                         QX_OPE_LES, QX_OPE_GT,      QX_OPE_ISNULL};
-constexpr std::array kTextOperators = {QX_OPE_EQ,     QX_OPE_BETWEEN,  QX_OPE_LEQ, QX_OPE_GEQ,
-                                       QX_OPE_NEQ,    QX_OPE_WITHIN,   QX_OPE_LES, QX_OPE_GT,
-                                       QX_OPE_BEGINS, QX_OPE_CONTAINS, QX_OPE_ENDS};
-
-class RandomSearchTest : public EngineTest, public testing::WithParamInterface<int> {
- protected:
-  static int random_operator(RandomData& random, int type) {
-    const int ope =
-        type == QX_DT_STRING
-            ? kTextOperators[static_cast<size_t>(random.below(kTextOperators.size()))]
-            : kNumberOperators[static_cast<size_t>(random.below(kNumberOperators.size()))];
-    return random.chance(25) ? ope | kStrict : ope;
-  }
-};
-
-// Tables of a few hundred rows searched through sets of all sizes cross the border between the
-// small sets, whose own values are decided, and the others.
-TEST_P(RandomSearchTest, EqualsTheNaiveModel) {
-  RandomData random(static_cast<unsigned>(GetParam()));
-  const Columns columns = random.table(random.chance(10) ? 0 : 1 + random.below(400));
-  const NaiveModel model(columns);
-  const TestTable table(columns);
-  for (int round = 0; round < 60; ++round) {
-    const auto& [name, column] = columns[static_cast<size_t>(random.below(7))];
-    const Rows rows = random.set_of(model.total_rows());
-    const int ope = random_operator(random, column.type);
-    const Cell low = random.bound(column);
-    const Cell high = random.bound(column);
-    const int found = table.search(name, ope, low, high, table.add_set(rows));
-    ASSERT_EQ(table.rows(found), model.search(name, ope, low, high, rows))
-        << name << " operator " << ope << " low " << to_text(low, column.type) << " high "
-        << to_text(high, column.type) << " seed " << GetParam() << "\n"
-        << to_text(columns);
-  }
-}
-
-TEST_P(RandomSearchTest, ValueListsEqualTheNaiveModel) {
-  RandomData random(static_cast<unsigned>(GetParam()));
-  const Columns columns = random.table(1 + random.below(200));
-  const NaiveModel model(columns);
-  const TestTable table(columns);
-  for (int round = 0; round < 30; ++round) {
-    const auto& [name, column] = columns[static_cast<size_t>(random.below(7))];
-    const Rows rows = random.set_of(model.total_rows());
-    std::vector<Cell> values;
-    for (int i = random.below(20); i > 0; --i) values.push_back(random.bound(column));
-    const int found = table.search_values(name, values, table.add_set(rows));
-    ASSERT_EQ(table.rows(found), model.search_values(name, values, rows))
-        << name << " seed " << GetParam() << "\n"
-        << to_text(columns);
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomSearchTest, testing::Range(1, 13));
-
 class SearchTest : public EngineTest {};
 
 TEST_F(SearchTest, LeavesTheCurrentSetAndKeepsTheAttributeBlock) {
@@ -211,13 +149,53 @@ TEST_F(SearchTest, CharacterCodesOfTheCallerMustBeTheDatabases) {
   EXPECT_GT(RQXSearchByFieldSJIS(table.id(), f, -1, 0, text, text), 0);
 }
 
-TEST_F(SearchTest, TextIsFoundOnCharacterBoundariesOnly) {
-  ASSERT_EQ(RQXSetKanjiCode(QX_LOCALE_SJIS), 0);
-  // The second byte of the first text's character is a backslash.
-  TestTable table({{"s", strings({"\x83\x5C", "\x5C", "a\x5C"})}});
-  EXPECT_EQ(table.rows(table.search("s", QX_OPE_CONTAINS, s("\x5C"))), (Rows{2, 3}));
-  EXPECT_EQ(table.rows(table.search("s", QX_OPE_ENDS, s("\x5C"))), (Rows{2, 3}));
+struct CodeCase {
+  const char* name;
+  int locale;
+  std::vector<std::string> texts;
+  const char* part;
+  Rows contain;
+  Rows end;
+};
+
+class CharacterCodeTest : public EngineTest, public testing::WithParamInterface<CodeCase> {};
+
+TEST_P(CharacterCodeTest, TextIsFoundWhereACharacterBegins) {
+  const CodeCase& wanted = GetParam();
+  ASSERT_EQ(RQXSetKanjiCode(wanted.locale), 0);
+  TestTable table({{"s", strings(wanted.texts)}});
+  EXPECT_EQ(table.rows(table.search("s", QX_OPE_CONTAINS, s(wanted.part))), wanted.contain);
+  EXPECT_EQ(table.rows(table.search("s", QX_OPE_ENDS, s(wanted.part))), wanted.end);
 }
+
+const std::vector<std::string> kBackslashes = {"\x83\x5C", "\x5C", "a\x5C", "\x83\x5C\x5Cz"};
+
+INSTANTIATE_TEST_SUITE_P(
+    Codes, CharacterCodeTest,
+    testing::Values(
+        CodeCase{"ShiftJis", QX_LOCALE_SJIS, kBackslashes, "\x5C", {2, 3, 4}, {2, 3}},
+        CodeCase{"Ms932", QX_LOCALE_MS932, kBackslashes, "\x5C", {2, 3, 4}, {2, 3}},
+        CodeCase{"Ms949",
+                 QX_LOCALE_MS949,
+                 {"\x81\x61", "a", "\xB0\xA1\x61", "\xB0\xA1\x81\x61"},
+                 "a",
+                 {2, 3},
+                 {2, 3}},
+        CodeCase{"Euc",
+                 QX_LOCALE_EUC,
+                 {"\xA4\xA2\xA4\xA2", "\xA2\xA4", "\xA4\xA2\xA2\xA4", "a\xA2\xA4z"},
+                 "\xA2\xA4",
+                 {2, 3, 4},
+                 {2, 3}},
+        CodeCase{"Utf8",
+                 QX_LOCALE_UTF8,
+                 {"\u00e9", "\xA9", "\u00e9\xA9", "\xA9z"},
+                 "\xA9",
+                 {2, 3, 4},
+                 {2, 3}},
+        CodeCase{"Cp1252", QX_LOCALE_CP1252, kBackslashes, "\x5C", {1, 2, 3, 4}, {1, 2, 3}},
+        CodeCase{"Ms936", QX_LOCALE_MS936, kBackslashes, "\x5C", {1, 2, 3, 4}, {1, 2, 3}}),
+    case_name<CodeCase>);
 
 struct PlaceCase {
   const char* name;

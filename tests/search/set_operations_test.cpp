@@ -1,11 +1,11 @@
-// Set algebra through the interface.
+// Set algebra through the interface. Random sets of small tables are combined in
+// tests/api/edit_model_test.cpp.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <numeric>
 
 #include "support/engine_test.h"
-#include "support/random_data.h"
 #include "support/test_table.h"
 
 namespace qxe::test {
@@ -71,48 +71,6 @@ Rows each(int first, int step, int total) {
 constexpr int kOperations[] = {QX_SET_AND, QX_SET_OR, QX_SET_ANDNOT};
 
 class SetOperationsTest : public EngineTest {};
-
-class RandomSetOperationsTest : public EngineTest, public testing::WithParamInterface<int> {
- protected:
-  /// Some repeat rows, in order or out of it.
-  Rows random_set(int total) {
-    Rows rows = random_.set_of(total);
-    if (!rows.empty() && random_.chance(20)) {
-      for (int i = 1 + random_.below(3); i > 0; --i) {
-        const int row = rows[static_cast<size_t>(random_.below(static_cast<int>(rows.size())))];
-        rows.insert(rows.begin() + random_.below(static_cast<int>(rows.size()) + 1), row);
-      }
-      if (random_.chance(50)) std::sort(rows.begin(), rows.end());
-    }
-    return rows;
-  }
-
-  RandomData random_{static_cast<unsigned>(GetParam())};
-};
-
-TEST_P(RandomSetOperationsTest, EqualTheNaiveModel) {
-  static constexpr int kTotals[] = {0, 1, 31, 32, 33, 63, 64, 200, 20000};
-  const int total = kTotals[GetParam() % std::size(kTotals)];
-  const TestTable table({{"a", ints(Rows(static_cast<size_t>(total), 1))}});
-  const int rounds = total > 1000 ? 10 : 30;
-  for (int round = 0; round < rounds; ++round) {
-    const Rows a = random_set(total), b = random_set(total);
-    const int set_a = table.add_set(a), set_b = table.add_set(b);
-    for (const int op : kOperations) {
-      SCOPED_TRACE("operation " + std::to_string(op) + ", round " + std::to_string(round));
-      const int found = RQXSetOpeReal(table.id(), op, set_a, set_b);
-      ASSERT_EQ(table.rows(found), combined(op, total, a, b));
-      EXPECT_EQ(RQXGetCurrentSetID(table.id()), found);
-      expect_combined(op, total, a, b);
-    }
-    ASSERT_EQ(table.rows(RQXSetNotReal(table.id(), set_a)), complement(total, a)) << round;
-    EXPECT_EQ(table.rows(set_a), a);
-    EXPECT_EQ(table.rows(set_b), b);
-    RQXPurgeSubsets(table.id());
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomSetOperationsTest, testing::Range(1, 19));
 
 // Sparse beside dense, far apart, behind each other, and all of one kind: each way to go through a
 // stretch of the table.

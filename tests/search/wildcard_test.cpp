@@ -1,10 +1,9 @@
-// Searches by a pattern with wildcards, through the interface.
+// Searches by a pattern with wildcards, through the interface. Random ones are compared with plain
+// rows in tests/api/edit_model_test.cpp.
 #include <gtest/gtest.h>
 
 #include "support/case_name.h"
 #include "support/engine_test.h"
-#include "support/naive_wildcard.h"
-#include "support/random_data.h"
 #include "support/test_table.h"
 
 namespace qxe::test {
@@ -142,95 +141,6 @@ TEST_F(WildCardTest, ManyStarsTakeNoLongTime) {
   EXPECT_EQ(table.rows(wildcard(table, stars + "*b")), (Rows{2, 3}));
   EXPECT_EQ(table.rows(wildcard(table, stars + "*c")), (Rows{}));
 }
-
-// Random patterns and texts
-
-/// Characters of a code that share bytes with each other, and halves of them.
-std::vector<std::string> alphabet(int locale) {
-  switch (locale) {
-    case QX_LOCALE_SJIS:
-    case QX_LOCALE_MS932: return {"a", "b", "\x83\x5c", "\x83\x61", "\x83\x83", "\xb1", "\x83"};
-    case QX_LOCALE_MS949: return {"a", "\xb0\xa1", "\xa1\xb0", "\x81\x5c", "\x81\x61", "\xb0"};
-    case QX_LOCALE_EUC: return {"a", "\xa4\xa2", "\xa2\xa4", "\x8e\xb1", "\x8f\xa2\xa4", "\x8f"};
-    case QX_LOCALE_UTF8: return {"a", "b", "\xc3\xa9", "\xe6\x9d\xb1", "\xf0\x9f\x98\x80", "\xe6"};
-    default: return {"a", "b", "\x83", "\x5c", "\xff"};
-  }
-}
-
-class RandomWildCardTest : public EngineTest, public testing::WithParamInterface<int> {
- protected:
-  std::string random_text(int most) {
-    std::string text;
-    for (int i = random_.below(most + 1); i > 0; --i) {
-      text += random_.chance(10) ? std::string(1, "*?\\"[random_.below(3)]) : any(alphabet_);
-    }
-    return text;
-  }
-
-  /// A pattern; every other one is a text with parts of it made wild.
-  std::string random_pattern(const std::vector<std::string>& texts) {
-    const std::vector<std::string> special = {"*", "*", "*", "?", "?", "\\*", "\\?", "\\\\"};
-    std::string pattern;
-    if (random_.chance(50)) {
-      for (int i = random_.below(7); i > 0; --i) {
-        pattern += any(random_.chance(50) ? special : alphabet_);
-      }
-      return random_.chance(5) ? pattern + "\\" : pattern;
-    }
-    for (const char byte : any(texts)) {
-      if (random_.chance(20)) {
-        pattern += any(special);
-      } else if (random_.chance(90)) {
-        pattern += byte;
-      }
-    }
-    return pattern;
-  }
-
-  const std::string& any(const std::vector<std::string>& of) {
-    return of[static_cast<size_t>(random_.below(static_cast<int>(of.size())))];
-  }
-
-  RandomData random_{static_cast<unsigned>(GetParam())};
-  std::vector<std::string> alphabet_;
-};
-
-Rows model_search(const std::vector<std::string>& texts, const std::vector<PatternPart>& parts,
-                  const Rows& set) {
-  Rows found;
-  for (const int row : set) {
-    const std::string& text = texts[static_cast<size_t>(row) - 1];
-    if (!text.empty() && naive_match(parts, text)) found.push_back(row);
-  }
-  return found;
-}
-
-// Sets of all sizes cross the border between the small sets, whose own values are tested, and the
-// others.
-TEST_P(RandomWildCardTest, EqualsTheNaiveModelInEveryCode) {
-  for (int locale = QX_LOCALE_SJIS; locale <= QX_LOCALE_MS936; ++locale) {
-    RQXClearDB();
-    ASSERT_EQ(RQXSetKanjiCode(locale), 0);
-    alphabet_ = alphabet(locale);
-    std::vector<std::string> texts;
-    for (int i = 1 + random_.below(1200); i > 0; --i) texts.push_back(random_text(8));
-    const TestTable table({{"s", strings(texts)}});
-    for (int round = 0; round < 15; ++round) {
-      const Rows set = random_.set_of(static_cast<int>(texts.size()));
-      const std::string pattern = random_pattern(texts);
-      const auto parts = pattern_parts(pattern, locale);
-      const int found = wildcard(table, pattern, table.add_set(set));
-      if (!parts) {
-        expect_failure(found, QX_ERROR_PARAMETER);
-        continue;
-      }
-      ASSERT_EQ(table.rows(found), model_search(texts, *parts, set))
-          << "pattern " << pattern << " locale " << locale << " seed " << GetParam();
-    }
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomWildCardTest, testing::Range(1, 9));
 
 }  // namespace
 }  // namespace qxe::test

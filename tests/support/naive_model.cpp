@@ -4,39 +4,36 @@
 #include <numeric>
 #include <stdexcept>
 
+#include "support/naive_wildcard.h"
+
 namespace qxe::test {
 
 namespace {
 
-/// Whether `text` has a character's first byte at `position`.
-bool begins_character(const std::string& text, size_t position) {
-  return position == text.size() || (static_cast<unsigned char>(text[position]) & 0xC0) != 0x80;
-}
-
 bool begins(const std::string& text, const std::string& part) {
-  if (!part.empty() && part.back() == '\xFF') return false;
   return text.compare(0, part.size(), part) == 0;
 }
 
-bool contains(const std::string& text, const std::string& part) {
+bool contains(const std::string& text, const std::string& part, int locale) {
   for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-    if (begins_character(text, at)) return true;
+    if (part.empty() || begins_character(text, at, locale)) return true;
   }
   return false;
 }
 
-bool ends(const std::string& text, const std::string& part) {
-  if (text.size() < part.size()) return false;
-  const size_t at = text.size() - part.size();
-  return text.compare(at, part.size(), part) == 0 && begins_character(text, at);
+bool ends(const std::string& text, const std::string& part, int locale) {
+  return text.ends_with(part) && begins_character(text, text.size() - part.size(), locale);
 }
 
-bool is_text_hit(const Cell& value, int code, const Cell& part) {
+bool is_text_operator(int code) {
+  return code == QX_OPE_BEGINS || code == QX_OPE_CONTAINS || code == QX_OPE_ENDS;
+}
+
+bool is_text_hit(const Cell& value, int code, const Cell& part, int locale) {
   const auto& text = std::get<std::string>(value);
   const auto& wanted = std::get<std::string>(part);
   if (code == QX_OPE_BEGINS) return begins(text, wanted);
-  if (code == QX_OPE_CONTAINS) return contains(text, wanted);
-  return ends(text, wanted);
+  return code == QX_OPE_CONTAINS ? contains(text, wanted, locale) : ends(text, wanted, locale);
 }
 
 /// Comparison with NULL as the lowest value and no further rule.
@@ -54,11 +51,10 @@ bool is_plain_hit(const Cell& value, int code, const Cell& bound1, const Cell& b
   }
 }
 
-bool is_string_hit(const Cell& value, int ope, const Cell& bound1, const Cell& bound2) {
+bool is_string_hit(const Cell& value, int ope, const Cell& bound1, const Cell& bound2, int locale) {
   const int code = ope & ~QX_OPE_STRICT;
-  if (code == QX_OPE_BEGINS || code == QX_OPE_CONTAINS || code == QX_OPE_ENDS) {
-    return is_text_hit(value, code, bound1);
-  }
+  if (code == QX_OPE_BEGINS && std::get<std::string>(bound1).ends_with('\xFF')) return false;
+  if (is_text_operator(code)) return is_text_hit(value, code, bound1, locale);
   if (ope == QX_OPE_LEQ && bound1 == Cell{std::string()}) return false;
   return is_plain_hit(value, code, bound1, bound2);
 }
@@ -83,11 +79,34 @@ std::vector<int> rows_that(const std::vector<int>& rows, Predicate&& predicate) 
 
 }  // namespace
 
-bool is_hit(int type, const Cell& value, int ope, const Cell& bound1, const Cell& bound2) {
+bool begins_character(const std::string& text, size_t position, int locale) {
+  const auto bytes_at = [&](size_t at) {
+    return static_cast<size_t>(character_bytes(locale, static_cast<unsigned char>(text[at])));
+  };
+  if (position >= text.size()) return true;
+  if (locale == QX_LOCALE_UTF8 || locale == QX_LOCALE_EUC) {  // longer characters are not walked
+    size_t leads = 0;
+    while (leads < position && bytes_at(position - leads - 1) > 1) ++leads;
+    return leads % 2 == 0;
+  }
+  size_t at = 0;
+  while (at < position) at += bytes_at(at);
+  return at == position;
+}
+
+bool is_hit(int type, const Cell& value, int ope, const Cell& bound1, const Cell& bound2,
+            int locale) {
   const Cell first = normal_form(bound1, type);
   const Cell second = normal_form(bound2, type);
-  return type == QX_DT_STRING ? is_string_hit(value, ope, first, second)
+  return type == QX_DT_STRING ? is_string_hit(value, ope, first, second, locale)
                               : is_number_hit(value, ope, first, second);
+}
+
+bool is_find_hit(int type, const Cell& value, int ope, const Cell& bound1, const Cell& bound2,
+                 int locale) {
+  const Cell first = normal_form(bound1, type);
+  return is_text_operator(ope) ? is_text_hit(value, ope, first, locale)
+                               : is_plain_hit(value, ope, first, normal_form(bound2, type));
 }
 
 int NaiveModel::total_rows() const {
@@ -114,8 +133,9 @@ const Cell& NaiveModel::cell(const std::string& column_name, int row) const {
 std::vector<int> NaiveModel::search(const std::string& column_name, int ope, const Cell& bound1,
                                     const Cell& bound2, const std::vector<int>& rows) const {
   const int type = column(column_name).type;
-  return rows_that(
-      rows, [&](int row) { return is_hit(type, cell(column_name, row), ope, bound1, bound2); });
+  return rows_that(rows, [&](int row) {
+    return is_hit(type, cell(column_name, row), ope, bound1, bound2, locale_);
+  });
 }
 
 std::vector<int> NaiveModel::search_values(const std::string& column_name,

@@ -14,14 +14,23 @@ namespace qxe::test {
 /// - QX_OPE_STRICT with a NULL bound finds nothing.
 /// - The empty string is an ordinary string, except that LEQ "" without QX_OPE_STRICT finds
 /// nothing.
-/// - Text is found on character boundaries of UTF-8; no value begins with a text that ends in 0xFF.
+/// - Text is found where a character begins; no value begins with a text that ends in 0xFF.
 /// Text operators on other types, QX_OPE_ISNULL on strings and unknown operators throw.
-bool is_hit(int type, const Cell& value, int ope, const Cell& bound1, const Cell& bound2);
+bool is_hit(int type, const Cell& value, int ope, const Cell& bound1, const Cell& bound2,
+            int locale = QX_LOCALE_UTF8);
+/// The same for a find cursor: NULL is the lowest value and there are no further rules.
+bool is_find_hit(int type, const Cell& value, int ope, const Cell& bound1, const Cell& bound2,
+                 int locale = QX_LOCALE_UTF8);
+
+/// Whether a character begins at a position of a text in the code of a locale (QX_LOCALE_...), as
+/// far as the bytes in front tell; the end counts as one.
+bool begins_character(const std::string& text, size_t position, int locale);
 
 /// A table beside the engine's. Rows are numbered from 1, sets are lists of row numbers.
 class NaiveModel {
  public:
-  explicit NaiveModel(Columns columns) : columns_(std::move(columns)) {}
+  explicit NaiveModel(Columns columns, int locale = QX_LOCALE_UTF8)
+      : columns_(std::move(columns)), locale_(locale) {}
 
   const Columns& columns() const { return columns_; }
   int total_rows() const;
@@ -39,6 +48,7 @@ class NaiveModel {
 
  private:
   Columns columns_;
+  int locale_;
 };
 
 }  // namespace qxe::test

@@ -21,7 +21,26 @@ int128 power_of_ten(int exponent) {
   return power;
 }
 
+std::vector<std::string> characters(int locale) {
+  switch (locale) {
+    case QX_LOCALE_SJIS:
+    case QX_LOCALE_MS932: return {"a", "b", "\x83\x5c", "\x83\x61", "\x83\x83", "\xb1", "\x83"};
+    case QX_LOCALE_MS949: return {"a", "\xb0\xa1", "\xa1\xb0", "\x81\x5c", "\x81\x61", "\xb0"};
+    case QX_LOCALE_EUC: return {"a", "\xa4\xa2", "\xa2\xa4", "\x8e\xb1", "\x8f\xa2\xa4", "\x8f"};
+    case QX_LOCALE_UTF8:
+      return {"a", "b", "\xc3\xa9", "\xe6\x9d\xb1", "\xf0\x9f\x98\x80", "\xe6", "\x9d"};
+    default: return {"a", "b", "\x83", "\x5c", "\xff"};
+  }
+}
+
 }  // namespace
+
+RandomData::RandomData(unsigned seed)
+    : generator_(seed), characters_{"a",  "b",  "ab",   "B",      "0",      " ",
+                                    "_%", "~!", "\x7F", "\u00e9", "\u6f22", "\U0001f600"} {}
+
+RandomData::RandomData(unsigned seed, int locale)
+    : generator_(seed), characters_(characters(locale)) {}
 
 int RandomData::below(int limit) {
   // Not std::uniform_int_distribution, whose numbers depend on the library.
@@ -45,11 +64,9 @@ double RandomData::any_double() {
 }
 
 std::string RandomData::any_string() {
-  static const std::string kPieces[] = {"a",  "b",  "ab",   "B",      "0",      " ",
-                                        "_%", "~!", "\x7F", "\u00e9", "\u6f22", "\U0001f600"};
   if (chance(2)) return std::string(1000, 'x') + std::to_string(below(3));
   std::string text;
-  for (int pieces = below(5); pieces > 0; --pieces) text += pick(*this, kPieces);
+  for (int pieces = below(5); pieces > 0; --pieces) text += any_of(characters_);
   return text;
 }
 

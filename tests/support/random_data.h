@@ -2,6 +2,7 @@
 #pragma once
 
 #include <random>
+#include <string>
 #include <vector>
 
 #include "support/columns.h"
@@ -12,11 +13,19 @@ namespace qxe::test {
 /// strings; sets come empty, whole, sparse, dense, in order and out of it.
 class RandomData {
  public:
-  explicit RandomData(unsigned seed) : generator_(seed) {}
+  /// Strings are well-formed UTF-8.
+  explicit RandomData(unsigned seed);
+  /// Strings are made of characters of a locale's code (QX_LOCALE_...) that share bytes with each
+  /// other, and of halves of such characters.
+  RandomData(unsigned seed, int locale);
 
   /// A number from 0 to `limit` - 1.
   int below(int limit);
   bool chance(int percent) { return below(100) < percent; }
+  template <class Item>
+  Item& any_of(std::vector<Item>& items) {
+    return items[static_cast<size_t>(below(static_cast<int>(items.size())))];
+  }
 
   Column column(int type, int rows);
   /// One column of each type: "int", "double", "date", "time", "string", "datetime", "decimal".
@@ -34,6 +43,7 @@ class RandomData {
   Decimal any_decimal(int scale);
 
   std::mt19937 generator_;
+  std::vector<std::string> characters_;
 };
 
 }  // namespace qxe::test

@@ -163,6 +163,27 @@ int innerQXSearchByRowNo(int table, int filter, int set, int ope, int n1, int n2
 int innerQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2);
 int innerQXSearch(int table, int filter, int set, const unsigned char* flags);
 
+// High-speed search
+int innerQXHighSpeedSearchSetMark(int table, int set, int filter, bool on);
+int innerQXHighSpeedSearchHasMark(int table, int set, int filter);
+int innerQXHighSpeedSearchEnable(int table, int filter, bool on);
+int innerQXHighSpeedSearchIsEnabled(int table, int filter);
+
+// Find cursors
+int innerQXOpenStrFindReal(int table, int filter, int ope, const char* v1, const char* v2);
+int innerQXOpenStrFindRealSJIS(int table, int filter, int ope, const char* v1, const char* v2);
+int innerQXOpenStrFindRealLocale(int table, int filter, int ope, const char* v1, const char* v2,
+                                 int localeId);
+int innerQXOpenIntFindReal(int table, int filter, int ope, int v1, int v2);
+int innerQXOpenFloatFindReal(int table, int filter, int ope, double v1, double v2);
+int innerQXOpenNumericFindReal(int table, int filter, int ope, const Numeric& v1,
+                               const Numeric& v2);
+int innerQXGetFindStatus(int table, int* hitCount, int* filterId);
+int innerQXGetNextHitReal(int table, int searchId, int set, int position, int backward,
+                          int* filterId, int* hitPosition);
+int innerQXCloseFindReal(int table);
+int innerQXFindRecNoReal(int table, int set, int row);
+
 // Derived tables and filters
 int innerQXDuplicateRealTable(const char* name, int table);
 int innerQXExtractRealTable(const char* name, int table, int set, const int* filters);

@@ -32,7 +32,7 @@ namespace {
 
 /// Gives a decimal column another scale and rounding mode and its values with them.
 void innerQXNumericFltUpDate(TFilter& column, const NumericInfo& info) {
-  column.Taint();
+  column.check_changeable();
   column.MergeTVL(true);
   auto& values = static_cast<TNumericArray&>(*column.VL);
   if (values.GetScale() == info.scale) {
@@ -44,6 +44,7 @@ void innerQXNumericFltUpDate(TFilter& column, const NumericInfo& info) {
   copy_type_info(values, list);
   list.SetDecimalInfo(info);
   auto rows = converted_rows(*column.PVL, rescaled);
+  column.Taint();
   column.adopt({std::move(rows), std::move(rescaled.list)});
 }
 

@@ -1,21 +1,11 @@
 // Serial layer: searches. Each makes a new set and returns its id.
 #include "frame/api/innerapi.h"
+#include "frame/api/search_checks.h"
 #include "frame/api/serial_layer.h"
-#include "storage/charcode.h"
 
 namespace qxe {
 
 namespace {
-
-constexpr int kOperatorMask = 0x7f;
-constexpr int kAnyLocale = 99;
-
-int check_bounds(const char* layer, int ope, const char* value1, const char* value2) {
-  const int code = ope & kOperatorMask;
-  const bool two = code == QX_OPE_BETWEEN || code == QX_OPE_WITHIN;
-  if ((value1 != nullptr || code == QX_OPE_ISNULL) && (value2 != nullptr || !two)) return 0;
-  return report(layer, QX_ERROR_PARAMETER, "Invalid Parameter : Value");
-}
 
 /// The shape of all searches with bounds: `search(table)` unless one is missing.
 template <class Search>
@@ -55,19 +45,15 @@ int innerQXSearchByField2(int table, int filter, int set, int ope, const char* v
 int innerQXSearchByFieldSJIS(int table, int filter, int set, int ope, const char* value1,
                              const char* value2) {
   static constexpr char kLayer[] = "QXSearchByFieldSJIS";
-  if (getSystemInfoDBCharCode() != QX_CODE_SJIS) {
-    return report(kLayer, QX_ERROR_LOCALE, "Not equal to WS DBCharCode");
-  }
-  return search_by_field(kLayer, table, filter, set, ope, value1, value2);
+  const int status = check_sjis(kLayer);
+  return status < 0 ? status : search_by_field(kLayer, table, filter, set, ope, value1, value2);
 }
 
 int innerQXSearchByFieldLocale(int table, int filter, int set, int ope, const char* value1,
                                const char* value2, int localeId) {
   static constexpr char kLayer[] = "QXSearchByFieldLocale";
-  if (localeId != kAnyLocale && convertLocaleID2DBCharCode(localeId) != getSystemInfoDBCharCode()) {
-    return report(kLayer, QX_ERROR_LOCALE, "Invalid Parameter : LocaleID");
-  }
-  return search_by_field(kLayer, table, filter, set, ope, value1, value2);
+  const int status = check_locale(kLayer, localeId);
+  return status < 0 ? status : search_by_field(kLayer, table, filter, set, ope, value1, value2);
 }
 
 int innerQXSearchByFieldWildCard(int table, int filter, int set, const char* pattern) {

@@ -61,6 +61,28 @@ int RQXSearchByDispRowNoReal(int table, int set, int ope, int n1, int n2) {
                            [&] { return innerQXSearchByDispRowNoReal(table, set, ope, n1, n2); });
 }
 
+// High-speed search
+
+int RQXHighSpeedSearchSetMark(int table, int set, int filter, bool on) {
+  return pass_through_call(__func__,
+                           [&] { return innerQXHighSpeedSearchSetMark(table, set, filter, on); });
+}
+
+int RQXHighSpeedSearchHasMark(int table, int set, int filter) {
+  return pass_through_call(__func__,
+                           [&] { return innerQXHighSpeedSearchHasMark(table, set, filter); });
+}
+
+int RQXHighSpeedSearchEnable(int table, int filter, bool on) {
+  return pass_through_call(__func__,
+                           [&] { return innerQXHighSpeedSearchEnable(table, filter, on); });
+}
+
+int RQXHighSpeedSearchIsEnabled(int table, int filter) {
+  return pass_through_call(__func__,
+                           [&] { return innerQXHighSpeedSearchIsEnabled(table, filter); });
+}
+
 // Sorts
 
 int RQXSortByField(int table, int filter, int set, int dir) {
