@@ -1,11 +1,13 @@
 /* Which flights from an airport were more than an hour late?
  *
  * A tour of the engine: imports two text files through catalogs, tells what their columns hold,
- * searches, sorts, reads rows, looks names up in the second table and exports the answer. */
+ * searches, sorts, reads rows, looks names up in the second table, exports the answer, and counts
+ * flights and delays by airport and month. */
 #include <stdbool.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <time.h>
 
 #include "qxe.h"
 
@@ -233,6 +235,99 @@ static void export_flights(int flights, int set, const char* directory) {
          require(RQXGetTotalRows(copy), "RQXGetTotalRows"));
 }
 
+/* ---- Summary ---- */
+
+enum { kSummary = 0, kBusiest = 8, kMonths = 3 }; /* the flights are of three months */
+
+static int month_of(double date) {
+  const double kDaysTo1970 = 25569;
+  const time_t moment = (time_t)((date - kDaysTo1970) * 24 * 60 * 60);
+  return gmtime(&moment)->tm_mon + 1;
+}
+
+/* Adds the column "month", the month of each flight's date. */
+static int add_month(int flights) {
+  const int date = filter_named(flights, "date");
+  const int rows = require(RQXGetTotalRows(flights), "RQXGetTotalRows");
+  const int all = 1; /* the set of all rows, in row order */
+  int* months = malloc(sizeof *months * (size_t)rows);
+  if (months == NULL) exit(EXIT_FAILURE);
+  for (int row = 1; row <= rows; ++row) {
+    months[row - 1] = month_of(RQXGetData1DblR1(flights, date, all, row));
+  }
+  const int filter = require(
+      RQXAddRealFilter2(flights, kMaxFilters, "month", QX_DT_INTEGER, rows, months, NULL, NULL),
+      "RQXAddRealFilter2");
+  free(months);
+  return filter;
+}
+
+/* A category is a value of a dimension; 0 is NULL. */
+static int category_named(int dimension, const char* name) {
+  char found[128];
+  int category = 0;
+  do {
+    require(RQXCategoryRead(kSummary, dimension, ++category, found), "RQXCategoryRead");
+  } while (strcmp(found, name) != 0);
+  return category;
+}
+
+/* Flights of one airport in one month, and how late they were on average. */
+static void add_cell(Grid* grid, int row, int origin, int month) {
+  int coordinates[] = {origin, month};
+  int type = 0;
+  int flights = 0;
+  double delay = 0;
+  require(RQXSummaryRead(kSummary, QX_SUM_SUM, coordinates, &type, &type, &flights, &delay),
+          "RQXSummaryRead");
+  if (flights == 0) return;
+  snprintf(grid->cells[row][2 * month - 1], kCellSize, "%d", flights);
+  snprintf(grid->cells[row][2 * month], kCellSize, "%.1f", delay / flights);
+}
+
+/* One line for each of the airports that most flights leave. */
+static void fill_cross_table(Grid* grid, int flights, int origin) {
+  int type = 0;
+  int values = 0;
+  int airports = 0;
+  const int detail = require(RQXOpenDetailInfo(flights, 1, origin, &type, &values, &airports),
+                             "RQXOpenDetailInfo");
+  for (int i = 1; i <= kBusiest && i <= airports; ++i) {
+    char name[4096];
+    const int by_count = 1;
+    const int forward = 0;
+    require(RQXGetDetailValueStr(detail, by_count, forward, 1, i, &type, name),
+            "RQXGetDetailValueStr");
+    set_cell(grid, grid->rows, 0, name);
+    const int category = category_named(0, name);
+    for (int month = 1; month <= kMonths; ++month) add_cell(grid, grid->rows, category, month);
+    ++grid->rows;
+  }
+  require(RQXCloseDetailInfo(detail), "RQXCloseDetailInfo");
+}
+
+static void print_cross_table(int flights) {
+  const int origin = filter_named(flights, "origin");
+  _TRDimensionDef dimensions[] = {{.FilterID = origin}, {.FilterID = add_month(flights)}};
+  require(RQXSummaryOpen(kSummary, flights, 1, 2, dimensions, filter_named(flights, "delay")),
+          "RQXSummaryOpen");
+  int done = 0;
+  require(RQXSummaryExec(kSummary, QX_SUM_COUNT | QX_SUM_SUM, &done), "RQXSummaryExec");
+
+  Grid grid = {.rows = 1, .columns = 1 + 2 * kMonths};
+  set_title(&grid, 0, "origin", false);
+  for (int month = 1; month <= kMonths; ++month) {
+    char title[kCellSize];
+    snprintf(title, sizeof title, "month %s", RQXCategoryReadR1(kSummary, 1, month));
+    set_title(&grid, 2 * month - 1, title, true);
+    set_title(&grid, 2 * month, "delay", true);
+  }
+  fill_cross_table(&grid, flights, origin);
+  require(RQXSummaryClose(kSummary), "RQXSummaryClose");
+  printf("\nFlights by origin and month, and their mean delay in minutes\n");
+  print_grid(&grid);
+}
+
 /* ---- Program ---- */
 
 static int show_late_flights(const char* data, const char* output, char* code) {
@@ -253,6 +348,7 @@ static int show_late_flights(const char* data, const char* output, char* code) {
               "RQXSortByField");
   print_worst(flights, airports, sorted);
   export_flights(flights, sorted, output);
+  print_cross_table(flights);
   return EXIT_SUCCESS;
 }
 

@@ -479,6 +479,15 @@ enum { QX_SORT_ASC = 0, QX_SORT_DESC = 1, QX_MAX_SORT_KEYS = 512 };
 /** Sides of a join: the table named as master when it was made, and the one named as slave. */
 enum { QX_JOIN_MASTER = 0, QX_JOIN_SLAVE = 1, QX_MAX_JOIN_KEYS = 32 };
 
+/** Sum types; masks are unions of them. QX_SUM_AVG stands in output masks only. */
+enum { QX_SUM_COUNT = 1, QX_SUM_MAX = 2, QX_SUM_MIN = 4, QX_SUM_SUM = 8, QX_SUM_AVG = 16 };
+
+/** Limits of summaries: dimensions, measures of one call, handles. */
+enum { QX_MAX_DIM = 32, QX_MAX_MSR = 32, QX_N_SUMMARY = 8 };
+
+/** Roles of a column in a summary's output table. */
+enum { QX_ROLE_NONE = 0, QX_ROLE_DIMENSION = 1, QX_ROLE_MEASURE = 2 };
+
 /** Layouts of a catalog's data file: separated by tab, by comma, fixed width, separators named. */
 enum { QX_CAT_TAB = 1, QX_CAT_CSV = 2, QX_CAT_FIX = 3, QX_CAT_USR = 4 };
 
@@ -541,6 +550,45 @@ typedef struct _TFilterInfo {
   int orgTableId;  /**< table this filter was copied from, 0 if it was built here */
   int orgFilterId; /**< filter it was copied from, its own id if it was built here */
 } _TFilterInfo;
+
+/** Tells the name of a category by *name, a text that stays valid until the next call. table, dimNo
+ * and filter are the summary's table, the dimension's number from 0 and its filter. Called within
+ * the engine: it must not call the engine itself. Result: 0; QX_ERROR_PARAMETER for a failure. */
+typedef int (*QXCategoryNameFunc)(int handle, int table, int dimNo, int filter, int nCategory,
+                                  int catNo, char** name);
+
+/** One dimension of QXSummaryOpen. Without a map each entry of the filter's value list is a
+ * category. Names come from one of the last two, at most; a map needs one of them, without a map
+ * the text of the value is the name otherwise. */
+typedef struct _TDimensionDef {
+  int FilterID;
+  int nCategory; /**< categories of the map, 1 or more; not read without one */
+  int* piCatNo;  /**< category number, from 0, of each value number, that of NULL first; or null */
+  char** ppCatName;              /**< a name for each category, or null */
+  QXCategoryNameFunc pfnCatName; /**< or null */
+} _TDimensionDef;
+
+/** One dimension of RQXSummaryOpen. */
+typedef struct _TRDimensionDef {
+  int FilterID;        /**< the only field that is read */
+  char reserved[2068]; /**< may hold anything */
+} _TRDimensionDef;
+
+/** What a column of a summary's output table is; see RQXSetSumFilterAttr. */
+typedef struct _TSumFilterAttr {
+  unsigned char sourceKind; /**< 1 real table, 2 join table */
+  unsigned char role;       /**< QX_ROLE_...; 0 for an ordinary column */
+  unsigned char sumType;    /**< QX_SUM_... of a measure column */
+  unsigned char writer;     /**< 1 a summary by handle, 2 RQXNonCubeSum */
+  unsigned char reserved4;
+  unsigned char ordinal;   /**< of the column in its role, from 0 */
+  unsigned char nDim;      /**< dimensions */
+  unsigned char nMsrSoFar; /**< of a dimension column: measure columns so far */
+  int sourceTable;
+  int sourceSet;
+  int sourceFilter;
+  char reserved20[44];
+} _TSumFilterAttr;
 
 /** The machine and the engine's settings, filled by RQXGetEnvironment. */
 typedef struct _TREnvironment {
@@ -1801,6 +1849,202 @@ QXE_API int RQXCondenseRealTable(int table);
 QXE_API int QXCondenseRealTable(int table);
 
 /*
+ * Summaries
+ *
+ * A summary groups the rows of a set by up to 32 dimension filters. Each combination of categories,
+ * one of each dimension, is a cell; for each cell it tells the number of rows and, of one measure
+ * filter, maximum, minimum and sum. RQXSummaryOpen names table, set, dimensions and measure;
+ * RQXSummaryExec computes; then any number of reads and outputs may follow; RQXSummaryClose frees
+ * the handle. handle: 0 to 7, chosen by the caller.
+ *
+ * Categories are numbered from 0. Unless a map is given, the category number is the value number,
+ * so category 0 is NULL. Dimensions and coordinates count from 0 too. A set that has far fewer rows
+ * than a dimension filter has values (a 20th or less) is worked on as a table of its own, which
+ * exists until the summary is closed: then the categories are the values of the set only.
+ *
+ * Rows whose measure is NULL are left out, also of the count; of strings, where NULL is the empty
+ * string, they are not. Without a measure the count is that of all rows. There is no sum of
+ * strings. Sums of integers, floats, dates and times are doubles, sums of decimals are exact, and
+ * NaN beyond 38 digits.
+ *
+ * A summary is closed when its table is deleted, and with all tables by RQXClearDB and
+ * RQXReInitializeMS. If values of its table are changed while it is open, one that has been
+ * executed keeps its counts and sums; what needs a value list that has changed since fails with
+ * QX_ERROR_ROW_RANGE.
+ *
+ * Failures of all calls with a handle: QX_ERROR_SUMMARY_HANDLE outside 0 to 7, QX_ERROR_NO_SUMMARY
+ * for a free handle.
+ */
+
+/** Opens a summary on a free handle. Value lists of the dimension filters lose the values that no
+ * row uses. set: below 0 for the current set. nDim: 0 to 32. dims: in, nDim records; may be null
+ * for 0. measure: filter id, 0 for none. Failures: QX_ERROR_SUMMARY_PARAMETER for nDim,
+ * QX_ERROR_SUMMARY_IN_USE, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_CUBE_SIZE above
+ * 10,000,000 cells, QX_ERROR_NOT_REAL. */
+QXE_API int RQXSummaryOpen(int handle, int table, int set, int nDim, _TRDimensionDef* dims,
+                           int measure);
+
+/** RQXSummaryOpen with categories of the caller's. dims: in, nDim records, copied with maps and
+ * names. Failures: also QX_ERROR_PARAMETER for nDim and for a bad definition. */
+QXE_API int QXSummaryOpen(int handle, int table, int set, int nDim, _TDimensionDef* dims,
+                          int measure);
+
+/** Computes a summary, once. sumMask: QX_SUM_COUNT, QX_SUM_MAX, QX_SUM_MIN, QX_SUM_SUM; others are
+ * ignored, and so is QX_SUM_SUM of strings. Without a measure it is taken as QX_SUM_COUNT; else the
+ * count is always added. doneMask: out, what has been computed; 0 when nothing was left to compute.
+ * A failure of the computation itself closes the summary. Failures: QX_ERROR_SUMMARY_DONE. */
+QXE_API int RQXSummaryExec(int handle, int sumMask, int* doneMask);
+
+/** As RQXSummaryExec. */
+QXE_API int QXSummaryExec(int handle, int sumMask, int* doneMask);
+
+/** Reads one result of one cell. sumType: one that has been computed. coords: in, a category number
+ * for each dimension. measureType: out, data type of the measure, 0 without one. valueType: out,
+ * QX_DT_INTEGER for a count, the measure's type for maximum and minimum, QX_DT_DOUBLE or
+ * QX_DT_DECIMAL for a sum. rows: out, the cell's count. value: out, 4096 bytes; a decimal as a
+ * Numeric with its NumericInfo BEHIND it; untouched when rows is 0, except that without a measure
+ * the count is written in any case. Failures: QX_ERROR_PARAMETER for sumType, QX_ERROR_ROW_RANGE if
+ * it was not computed, QX_ERROR_SUMMARY_PARAMETER for coords. */
+QXE_API int RQXSummaryRead(int handle, int sumType, int* coords, int* measureType, int* valueType,
+                           int* rows, void* value);
+
+/** RQXSummaryRead without a copy. *value: out, address of the value in the engine, or null when
+ * there is none. A sum of decimals says QX_DT_DOUBLE, though *value is a Numeric. */
+QXE_API int QXSummaryRead(int handle, int sumType, int* coords, int* measureType, int* valueType,
+                          int* rows, void** value);
+
+/** Gets the name of a category. name: out, 128 bytes; longer names are cut. Without names of the
+ * caller's it is the value as text: floats with 3 digits behind the point in at least 10
+ * characters, dates with "/", "####" for a decimal without a text. Failures:
+ * QX_ERROR_SUMMARY_PARAMETER for a number out of range, QX_ERROR_PARAMETER when the caller's
+ * function fails. */
+QXE_API int RQXCategoryRead(int handle, int dimNo, int catNo, char* name);
+
+/** RQXCategoryRead without a copy or a cut. *name: out, valid until the next call with the handle.
+ */
+QXE_API int QXCategoryRead(int handle, int dimNo, int catNo, char** name);
+
+/** The whole name of a category in the shared R1 buffer; "" after a failure. */
+QXE_API const char* RQXCategoryReadR1(int handle, int dimNo, int catNo);
+
+/** Tells what a handle holds. table, set, nDim, measure: out, as they are worked with, see above;
+ * untouched when the handle is free. doneMask: out, 0 before RQXSummaryExec. Result: 1, or 0 for a
+ * free handle. */
+QXE_API int RQXSummaryStatus(int handle, int* table, int* set, int* nDim, int* measure,
+                             int* doneMask);
+
+/** RQXSummaryStatus with the dimensions. dims: out, 32 records, those without a dimension zeroed; a
+ * map and names are given as pointers into the summary, null where the caller gave none. */
+QXE_API int QXSummaryStatus(int handle, int* table, int* set, int* nDim, _TDimensionDef* dims,
+                            int* measure, int* doneMask);
+
+/** RQXSummaryIntoRealTable2 with all columns. */
+QXE_API int RQXSummaryIntoRealTable(int handle, int nonEmptyOnly);
+
+/** As RQXSummaryIntoRealTable. */
+QXE_API int QXSummaryIntoRealTable(int handle, int nonEmptyOnly);
+
+/** Makes a table of an executed summary: "XTBL_" and the source table's name, made unique. It has a
+ * column for each dimension under its filter's name and then, if asked for and computed, COUNT,
+ * MAX, MIN, SUM and AVERAGE. A dimension with a map of the caller's becomes strings of category
+ * number, ":" and name. Rows are the cells, the last coordinate running fastest. mask: QX_SUM_...
+ * types; the average needs count and sum. nonEmptyOnly: not 0 leaves the empty cells out; otherwise
+ * they have count 0 and else NULL. When an output has all cells, and its averages were asked for,
+ * these take the place of the sums in the summary from then on. Result: the table's id. Failures:
+ * QX_ERROR_ROW_RANGE for a summary that was not executed, QX_ERROR_TABLE_COUNT,
+ * QX_ERROR_TABLE_NAME, QX_ERROR_PARAMETER when a function for names fails. */
+QXE_API int RQXSummaryIntoRealTable2(int handle, int mask, int nonEmptyOnly);
+
+/** Adds the columns behind the dimensions of RQXSummaryIntoRealTable2 to a real table of as many
+ * rows, under names made unique. If one fails the ones before it stay. Failures:
+ * QX_ERROR_ROW_RANGE, QX_ERROR_NOT_REAL, QX_ERROR_SHARED_READ_ONLY, QX_ERROR_ROW_SIZE for another
+ * number of rows, QX_ERROR_FILTER_COUNT. */
+QXE_API int RQXAppendSummaryToRealTable(int handle, int table, int mask, int nonEmptyOnly);
+
+/** Closes a summary. No fault for a free handle. */
+QXE_API int RQXSummaryClose(int handle);
+
+/** As RQXSummaryClose. */
+QXE_API int QXSummaryClose(int handle);
+
+/** Result: 8, the number of handles. */
+QXE_API int RQXGetN_Summary(void);
+
+/** As RQXGetN_Summary. */
+QXE_API int QXGetN_Summary(void);
+
+/*
+ * Detail
+ *
+ * The distinct values of a filter within a set, NULL being one, with their rows. One detail is open
+ * at a time, on one handle; it is closed when its table is deleted, and by RQXClearDB and
+ * RQXReInitializeMS.
+ *
+ * A position counts from 1 in one of four lists. orderKind: 0 by value, else by descending count,
+ * ties by value. listKind: 0 all values of the filter, else those that rows of the set have. When
+ * the filter has more than eight times as many values as the set has rows, both lists hold those
+ * that rows have. direction: 0 counts from the front, else from the end.
+ *
+ * Failures of all calls but open: QX_ERROR_DETAIL when none is open, QX_ERROR_SUMMARY_HANDLE for
+ * another handle than the open one, QX_ERROR_SUMMARY_PARAMETER for a position outside the list.
+ */
+
+/** Closes the open detail and opens one. dataType, valueCount, distinctCount: out, the filter's
+ * data type and number of values, NULL included, and the number of values in the set. Result: the
+ * handle, above 0. Failures: QX_ERROR_NO_SET, QX_ERROR_NO_FILTER. */
+QXE_API int RQXOpenDetailInfo(int table, int set, int filter, int* dataType, int* valueCount,
+                              int* distinctCount);
+
+/** Gets the number of rows with a value. count: out. */
+QXE_API int RQXGetDetailCount(int handle, int orderKind, int direction, int listKind, int position,
+                              int* count);
+
+/** Gets a value. type: out, its data type. value: out, 4096 bytes; a decimal as a NumericInfo and
+ * then a Numeric. QX_ERROR_DETAIL also when values of the filter have changed since the detail was
+ * opened. */
+QXE_API int RQXGetDetailValue(int handle, int orderKind, int direction, int listKind, int position,
+                              int* type, void* value);
+
+/** RQXGetDetailValue as text, as RQXGetData1Cnv2StrR1 writes it. text: out, 4096 bytes. */
+QXE_API int RQXGetDetailValueStr(int handle, int orderKind, int direction, int listKind,
+                                 int position, int* type, char* text);
+
+/** Closes a detail. handle: below 0 for whatever is open. No fault when none is open. */
+QXE_API int RQXCloseDetailInfo(int handle);
+
+/*
+ * Summaries in one call
+ */
+
+/** Groups the rows of a set of a real table by the values of some dimension filters, NULL being one
+ * of them, and makes a table of the groups: a row for each, in the order of their values, the first
+ * dimension first. set: below 0 for the current set. nDim: 0 to QX_MAX_DIM; without one all rows
+ * are one group. dims: in, nDim filter ids. nMsr: 0 to QX_MAX_MSR. msrs: in, nMsr ids of measure
+ * filters. flags: in, for each measure the QX_SUM_ bits of its columns. digits: in, for each
+ * measure; has no effect on a real table. Arrays of no entries may be null.
+ *
+ * The new table is named XTBL_ and the source's name. It has a column for each dimension, named
+ * after it, and for a measure m, as far as its flags say: N<m>, the rows of the group, those
+ * without a value included; MAX<m> and MIN<m>, of m's type; SUM<m> of the rows with a value, 0
+ * without any, and AVG<m>, the sum divided by the rows of the group: float, or decimal of m's scale
+ * for decimals. A string has no sum. Without measures the one column beside the dimensions is N,
+ * the rows of the group.
+ *
+ * Large work takes one of several ways, which differ in corners. How many combinations of values
+ * the dimensions can have decides, together with the number of rows and workers, L2_CACHESIZE and
+ * free memory: docs/summaries.md tells how. A group with a NULL in m has MIN<m> NULL, except where
+ * combinations are so few that a cube of them fits a cache. Combinations beyond 30 bits bring a
+ * further column N at the end, value lists of the dimensions without the values that no group has,
+ * QX_ERROR_PARAMETER for flags that are 0 or not the measure's (above 7 for strings, above 31), and
+ * QX_ERROR_SUMMARY_PARAMETER for digits above 10 of a measure that is neither string nor decimal.
+ *
+ * Result: the new table's id. Failures: also QX_ERROR_NOT_REAL, QX_ERROR_SUMMARY_PARAMETER for nDim
+ * and nMsr, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_FILTER_NAME and QX_ERROR_TABLE_NAME for
+ * names that become too long, QX_ERROR_TABLE_COUNT with 10,000 tables. */
+QXE_API int RQXNonCubeSum(int table, int set, int nDim, int* dims, int nMsr, int* msrs, int* flags,
+                          int* digits);
+
+/*
  * Dates, times and decimals as text
  */
 
@@ -2152,6 +2396,38 @@ QXE_API int QXMoveSlaveFlt2Master(int joinTable, int joinFilter);
 
 #ifdef __cplusplus
 }
+
+/*
+ * Columns of summary tables, in C++
+ *
+ * These have C++ linkage. A record in a filter's attribute block tells which column of a summary a
+ * filter is. No call but RQXSetSumFilterAttr writes it; it travels with saved filters. Failures of
+ * all: QX_ERROR_NO_TABLE, QX_ERROR_NOT_REAL, QX_ERROR_NO_FILTER.
+ */
+
+/** Gets the record of a filter. attr: out, 64 bytes, a _TSumFilterAttr. */
+QXE_API int RQXGetSumFilterAttr(int table, int filter, void* attr);
+
+/** Sets the record of a filter, the block that RQXSetFilterAttr sets for rows. attr: in, 64 bytes,
+ * which are not checked. Failures: also QX_ERROR_SHARED_READ_ONLY. */
+QXE_API int RQXSetSumFilterAttr(int table, int filter, void* attr);
+
+/** Counts the columns with the role of a dimension or a measure. nDim, nMsr: out. Result: 0 for a
+ * table without such columns, or a join; 1 for one that has no others; 2 for one that has.
+ * Failures: QX_ERROR_NOT_SUMMARY_TABLE for a record with an unknown role. */
+QXE_API int RQXIsSummaryOutputTable(int table, int* nDim, int* nMsr);
+
+/** Finds the filter with a role and an ordinal. role: QX_ROLE_DIMENSION or QX_ROLE_MEASURE. Result:
+ * its id; 0 for a table without such columns. Failures: also QX_ERROR_NO_DIMENSION,
+ * QX_ERROR_NOT_SUMMARY_TABLE. */
+QXE_API int RQXDimNo2FilterID(int table, int role, int ordinal);
+
+/** Adds up the values of a set's rows, without NULL. filter: of integers, floats, dates or times.
+ * mode: 0 only for columns whose record says a count or a sum of a summary, 1 for any. total: out,
+ * NULL after a failure. Failures: also QX_ERROR_NO_SET, QX_ERROR_NOT_NUMBER, QX_ERROR_PARAMETER for
+ * mode, and for mode 0 QX_ERROR_TOTAL_KIND1 for a dimension, QX_ERROR_TOTAL_KIND2 for another sum
+ * type, QX_ERROR_NOT_SUMMARY_TABLE without a record. */
+QXE_API int RQXCalcTotal(int table, int set, int filter, int mode, double* total);
 #endif
 
 #endif /* QXE_H */

@@ -52,14 +52,14 @@
   task(QX_MPP_MULTI_SORT_N_FILTER_TRANSFER, "Parallel Multi Sort NFilter Transfer", mpp_multi_sort_n_filter_transfer) \
   task(QX_MPP_SORT_N_FILTER_STEP2, "Parallel Multi Sort NFilter CountUp", mpp_sort_n_filter_2step) \
   task(QX_MPP_SORT_N_FILTER_STEP3, "Parallel Multi Sort NFilter Transfer", mpp_sort_n_filter_3step) \
-  unused(QX_MPP_RENUMBER_VLORD, "Parallel VLORD Renumber") \
-  unused(QX_MPP_CUBESUM_MEASURE_STEP1, "Parallel CubeSum Measure Step1") \
-  unused(QX_MPP_CUBESUM_MEASURE_STEP2, "Parallel CubeSum Measure Step2") \
+  task(QX_MPP_RENUMBER_VLORD, "Parallel VLORD Renumber", mpp_renumber_vlord) \
+  task(QX_MPP_CUBESUM_MEASURE_STEP1, "Parallel CubeSum Measure Step1", mpp_cubesum_measure_step1) \
+  task(QX_MPP_CUBESUM_MEASURE_STEP2, "Parallel CubeSum Measure Step2", mpp_cubesum_measure_step2) \
   unused(QX_MPP_CUBESUM_CELLADDR_CALC, "Parallel FastNonCubeSum CellAddr Calc") \
   unused(QX_MPP_CUBESUM_COUNTARR, "Parallel FastNonCubeSum CellAddr Calc") \
-  unused(QX_MPP_FAST_CUBESUM_MEASURE_STEP1, "Parallel CubeSum Measure Step1") \
-  unused(QX_MPP_MULTI_HALFSORT_COUNTUP, "Parallel Multi HalfSort CountUp") \
-  unused(QX_MPP_MULTI_HALFSORT_TRANSFER, "Parallel Multi HalfSort Transfer") \
+  task(QX_MPP_FAST_CUBESUM_MEASURE_STEP1, "Parallel CubeSum Measure Step1", mpp_fastcubesum_measure_step1) \
+  task(QX_MPP_MULTI_HALFSORT_COUNTUP, "Parallel Multi HalfSort CountUp", mpp_multi_halfsort_countup) \
+  task(QX_MPP_MULTI_HALFSORT_TRANSFER, "Parallel Multi HalfSort Transfer", mpp_multi_halfsort_transfer) \
   unused(QX_MPP_FASTNONCUBESUM_CELLADDR_CALC, "Parallel FastNonCubeSum CellAddr Calc") \
   unused(QX_MPP_FASTNONCUBESUM_RENUMBER, "Parallel FastNonCubeSum CellAddr Calc") \
   unused(QX_MPP_FASTNONCUBESUM_MEASURE, "Parallel FastNonCubeSum Measure") \
@@ -74,8 +74,8 @@
   unused(QX_MPP_JOIN_MERGE_LIST, "Parallel Join Merge ") \
   task(QX_MPP_COUNTUP_STEP1, "Parallel CountUp Step1", mpp_countup_step1) \
   unused(QX_MPP_COUNTUP_STEP2, "Parallel CountUp Step2") \
-  unused(QX_MPP_NONCUBE_MEASURE_FINIT, "Parallel Fast Summary Measure Finit") \
-  unused(QX_MPP_NONCUBE_MEASURE, "Parallel Fast Summary Measure2") \
+  task(QX_MPP_NONCUBE_MEASURE_FINIT, "Parallel Fast Summary Measure Finit", mpp_noncube_measure_finit) \
+  task(QX_MPP_NONCUBE_MEASURE, "Parallel Fast Summary Measure2", mpp_noncube_measure) \
   unused(QX_MPP_SINGLE_CELLADDR_SORT_COUNTUP, "Parallel Single CellSort countup") \
   unused(QX_MPP_SINGLE_CELLSORT_SORT_TRANSFER, "Parallel Parallel Single CellSort transfer")
 // clang-format on

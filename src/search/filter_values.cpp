@@ -131,10 +131,13 @@ Block<int> grow(TIntArray& pv, Array& list, const typename Family<Array>::Value*
 
 Block<int> TFilter::numbers_of(Block<char> values, int count, bool mpp) {
   if (!FVLBorrowed && count <= std::max(VL->FArraySize / kFewShare, kFewValues)) {
-    return with_family(*VL, [&]<class Array>(Array& list) {
+    const int size = VL->FArraySize;
+    Block<int> numbers = with_family(*VL, [&]<class Array>(Array& list) {
       using Value = typename Family<Array>::Value;
       return grow(*PVL, list, reinterpret_cast<const Value*>(values.get()), count, mpp);
     });
+    if (VL->FArraySize != size) ++list_version_;
+    return numbers;
   }
   const auto news = make_value_array(VL->GetDataType(), count, std::move(values));
   MergedLists merged = (mpp ? MppMergeLists : MergeLists)(*VL, *news);

@@ -67,6 +67,7 @@ void TFilter::adopt_values(std::unique_ptr<TBaseArray> vl) {
   if (!FVLBorrowed) delete VL;
   FVLBorrowed = false;
   VL = vl.release();
+  ++list_version_;
 }
 
 void TFilter::check_changeable() const {

@@ -69,6 +69,8 @@ class TFilter : NonCopyable {
   /// Folds the tail into the value list. 1 when it merged, 0 when the tail was empty.
   int MergeTVL(bool mpp);
   int pending() const { return FTVLUsed; }
+  /// Rises when the value list changes: value numbers from before have lost their meaning.
+  int list_version() const { return list_version_; }
 
   /// Throws QX_ERROR_HIGH_SPEED_FILTER for a high-speed filter.
   void check_changeable() const;
@@ -110,6 +112,7 @@ class TFilter : NonCopyable {
   int FTVLUsed = 0;   // entries in use, entry 0 not counted
   int FTVLMax = 0;
   int FTVLMinRows = 0;
+  int list_version_ = 0;
   bool high_speed_ = false;
   std::vector<TSortedSetArray*> sorted_sets_;  // not owned
 };

@@ -11,7 +11,10 @@ int TTableCollection::m_nCutLastSpace = 0;
 bool TTableCollection::m_nDisableTrimUntilSharp = false;
 
 TTableCollection::~TTableCollection() {
-  while (!tables_.empty()) tables_.pop_back();  // what refers goes before what it refers to
+  while (!tables_.empty()) {  // what refers goes before what it refers to
+    const std::unique_ptr<TBaseTable> last = std::move(tables_.back());
+    tables_.pop_back();
+  }
 }
 
 int TTableCollection::ID2Loc(int id) const {
@@ -104,6 +107,8 @@ int TTableCollection::DelTable(int id) {
   if (at(place).GetType() == TableKind::kReal && IsReferred(id)) {
     return report("DelTable", QX_ERROR_REFERRED, "Failed to refere table");
   }
+  // Its guests close with it, and one of them may delete a table of its own.
+  const std::unique_ptr<TBaseTable> gone = std::move(tables_[static_cast<size_t>(place)]);
   tables_.erase(tables_.begin() + place);
   return 0;
 }

@@ -4,8 +4,32 @@
 
 #include "storage/family.h"
 #include "storage/strings.h"
+#include "tables/table_guest.h"
 
 namespace qxe {
+
+TBaseTable::~TBaseTable() {
+  while (!guests_.empty()) guests_.back()->table_goes();
+}
+
+void TBaseTable::remove_guest(TableGuest& guest) {
+  guests_.erase(std::remove(guests_.begin(), guests_.end(), &guest), guests_.end());
+}
+
+TableGuest::~TableGuest() {
+  leave_tables();
+}
+
+void TableGuest::leave_tables() {
+  for (TBaseTable* const table : tables_) table->remove_guest(*this);
+  tables_.clear();
+}
+
+void TableGuest::visit(TBaseTable& table) {
+  tables_.reserve(tables_.size() + 1);
+  table.add_guest(*this);
+  tables_.push_back(&table);
+}
 
 void TBaseTable::set_name(const char* name) {
   qxe_strlcpy(table_name_, name, kNameSize);

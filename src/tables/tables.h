@@ -12,6 +12,7 @@ namespace qxe {
 
 class CsvRowWriter;
 class TRealTable;
+class TableGuest;
 struct CsvLineDiv_t;
 
 enum class TableKind : int { kBase = 0, kReal = 1, kJoin = 2 };
@@ -24,7 +25,8 @@ class TBaseTable : NonCopyable {
   static constexpr int kMaxSets = 10000;
   static constexpr int kMaxFilters = 512;
 
-  virtual ~TBaseTable() = default;
+  /// Closes its guests.
+  virtual ~TBaseTable();
 
   /// 0 for a real table, 2 for a join table, as files say it.
   virtual int GetTableKind() const { return 0; }
@@ -131,6 +133,9 @@ class TBaseTable : NonCopyable {
   int max_set_id() const { return MaxSetID; }
   bool shared() const { return shared_; }
 
+  void add_guest(TableGuest& guest) { guests_.push_back(&guest); }
+  void remove_guest(TableGuest& guest);
+
  protected:
   int table_id_ = 0;
   char table_name_[kNameSize] = "";
@@ -138,6 +143,9 @@ class TBaseTable : NonCopyable {
   int MaxSetID = 0;           // last set id issued
   int current_set_id_ = 0;
   bool shared_ = false;  // the storage is an image in shared memory, so it cannot be edited
+
+ private:
+  std::vector<TableGuest*> guests_;  // not owned
 };
 
 }  // namespace qxe

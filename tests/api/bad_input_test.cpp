@@ -187,6 +187,35 @@ INSTANTIATE_TEST_SUITE_P(
                     QXE_CASE(Filter, QXGetFindStatus(table, numbers, nullptr)),
                     QXE_CASE(HitFilter, RQXGetNextHitReal(table, 1, 1, 0, 0, nullptr, numbers)),
                     QXE_CASE(HitPosition, QXGetNextHitReal(table, 1, 1, 0, 0, numbers, nullptr))),
+
+_TRDimensionDef dimension = {1, ""};
+_TDimensionDef definitions[QX_MAX_DIM];
+int* const n = numbers;
+
+INSTANTIATE_TEST_SUITE_P(
+    Summaries, MissingPointerTest,
+    testing::Values(QXE_CASE(Dimensions, RQXSummaryOpen(0, table, -1, 1, nullptr, 0)),
+                    QXE_CASE(PlainDimensions, QXSummaryOpen(0, table, -1, 1, nullptr, 0)),
+                    QXE_CASE(Done, RQXSummaryExec(0, 1, nullptr)),
+                    QXE_CASE(PlainDone, QXSummaryExec(0, 1, nullptr)),
+                    QXE_CASE(Coordinates, RQXSummaryOpen(0, table, -1, 1, &dimension, 0),
+                             RQXSummaryExec(0, 1, n),
+                             RQXSummaryRead(0, 1, nullptr, n, n, n, buffer)),
+                    QXE_CASE(Value, RQXSummaryRead(0, 1, n, n, n, n, nullptr)),
+                    QXE_CASE(PlainRows, QXSummaryRead(0, 1, n, n, n, nullptr, nullptr)),
+                    QXE_CASE(Name, RQXCategoryRead(0, 0, 0, nullptr)),
+                    QXE_CASE(PlainName, QXCategoryRead(0, 0, 0, nullptr)),
+                    QXE_CASE(Status, RQXSummaryStatus(0, n, n, nullptr, n, n)),
+                    QXE_CASE(PlainStatus, QXSummaryStatus(0, n, n, n, nullptr, n, n)),
+                    QXE_CASE(PlainStatusDone, QXSummaryStatus(0, n, n, n, definitions, n, nullptr)),
+                    QXE_CASE(RecordOut, RQXGetSumFilterAttr(table, 1, nullptr)),
+                    QXE_CASE(RecordIn, RQXSetSumFilterAttr(table, 1, nullptr)),
+                    QXE_CASE(Measures, RQXIsSummaryOutputTable(table, n, nullptr)),
+                    QXE_CASE(Total, RQXCalcTotal(table, 1, 1, 1, nullptr)),
+                    QXE_CASE(DetailCounts, RQXOpenDetailInfo(table, 1, 1, n, n, nullptr)),
+                    QXE_CASE(DetailCount, RQXGetDetailCount(1, 0, 0, 0, 1, nullptr)),
+                    QXE_CASE(DetailValue, RQXGetDetailValue(1, 0, 0, 0, 1, n, nullptr)),
+                    QXE_CASE(DetailText, RQXGetDetailValueStr(1, 0, 0, 0, 1, n, nullptr))),
     case_name<PointerCase>);
 
 #undef QXE_CASE

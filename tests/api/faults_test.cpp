@@ -27,6 +27,7 @@ class Base {
  public:
   Base() : columns_(RandomData(7).table(kRows)), table_(columns_, "base") {
     table_.add_set({9, 8, 7, 3, 2, 1});
+    table_.add_set({40});
     RQXChangeCurrentSetID(table_.id(), 1);
     for (const NamedColumn& named : columns_) values_.emplace_back(new RawValues(named.column));
     write_file("format.txt", "double\t2\tROUNDUP\ndecimal\t1\tROUNDHALFUP\n");
@@ -447,6 +448,55 @@ int combine_list(const Base& base) {
   char name[] = "list";
   return RQXCombineTableList(name, tables, sets, filters, nullptr, nullptr, filters);
 }
+
+/// A summary from open to close. With one row in the set it works on a table of its own.
+template <size_t measure, int set>
+int summary_table(const Base& base) {
+  _TRDimensionDef dims[2] = {{base.filter(kInt), ""}, {base.filter(kString), ""}};
+  int done = 0;
+  int status = RQXSummaryOpen(0, base.id(), set, 2, dims, base.filter(measure));
+  if (status >= 0) status = RQXSummaryExec(0, 15, &done);
+  if (status >= 0) status = RQXSummaryIntoRealTable(0, set == 1 ? 1 : 0);
+  RQXSummaryClose(0);
+  return status;
+}
+
+int named_summary_table(const Base& base) {
+  static int map[kRows + 1];  // of all values to the first category
+  static char name[] = "all";
+  static char* names[] = {name, name, name};
+  _TDimensionDef dims[1] = {{base.filter(kInt), 3, map, names, nullptr}};
+  int done = 0;
+  int status = QXSummaryOpen(0, base.id(), 1, 1, dims, 0);
+  if (status >= 0) status = QXSummaryExec(0, 1, &done);
+  if (status >= 0) status = QXSummaryIntoRealTable(0, 0);
+  QXSummaryClose(0);
+  return status;
+}
+
+template <int set>
+int open_detail(const Base& base) {
+  int type = 0, values = 0, distinct = 0;
+  const int handle =
+      RQXOpenDetailInfo(base.id(), set, base.filter(kString), &type, &values, &distinct);
+  RQXCloseDetailInfo(-1);
+  return handle < 0 ? handle : distinct;
+}
+
+std::string number(const Base&, int result) {
+  return std::to_string(result);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Summaries, FaultsTest,
+    testing::Values(Operation{"OfDoubles", summary_table<kDouble, 1>, imported, delete_table},
+                    Operation{"OfDecimals", summary_table<kDecimal, 2>, imported, delete_table},
+                    Operation{"OfStrings", summary_table<kString, 2>, imported, delete_table},
+                    Operation{"Sparse", summary_table<kInt, 3>, imported, delete_table},
+                    Operation{"Named", named_summary_table, imported, delete_table},
+                    Operation{"Detail", open_detail<1>, number, keep},
+                    Operation{"SparseDetail", open_detail<3>, number, keep}),
+    case_name<Operation>);
 
 INSTANTIATE_TEST_SUITE_P(
     DerivedTables, FaultsTest,

@@ -132,6 +132,16 @@ INSTANTIATE_TEST_SUITE_P(
             "ConvertFilter",
             [](const TestTable& table) { return RQXDupRealFilterEx(table.id(), 1, QX_DT_STRING); },
             kTables},
+        ChangeCase{"SummaryTable",
+                   [](const TestTable& table) {
+                     RQXSummaryOpen(0, table.id(), 1, 0, nullptr, 1);
+                     RQXSummaryExec(0, 15, &one);
+                     return RQXSummaryIntoRealTable(0, 1);
+                   },
+                   kTables},
+        ChangeCase{"SummaryRecord",
+                   [](const TestTable& table) { return RQXSetSumFilterAttr(table.id(), 1, block); },
+                   kTables},
         ChangeCase{"AddSet",
                    [](const TestTable& table) { return RQXAddSetReal(table.id(), 1, rows); },
                    kSets},

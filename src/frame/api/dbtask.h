@@ -8,6 +8,7 @@
 namespace qxe {
 
 struct JoinRequest;
+struct NonCubeRequest;
 
 /// Virtual operations stand in the fixed order of the class; an operation joins at its place when
 /// it is built.
@@ -65,6 +66,7 @@ class CDBTask : NonCopyable {
                                    const char* dataDirectory, const char* dataFile) = 0;
   virtual int SearchByFieldNValues(int table, int filter, int set, int count,
                                    const void* values) = 0;
+  virtual int NonCubeSum(int table, const NonCubeRequest& request) = 0;
 
   /// Searches for the values in a text file.
   int SearchByFieldNValuesFromCSV(int table, int filter, int set, const char* directory,
@@ -128,6 +130,7 @@ class CDBParallelTask : public CDBTask {
                            const char* catalog, const char* dataDirectory,
                            const char* dataFile) override;
   int SearchByFieldNValues(int table, int filter, int set, int count, const void* values) override;
+  int NonCubeSum(int table, const NonCubeRequest& request) override;
 
  private:
   CDBParallelTask() = default;

@@ -9,6 +9,7 @@
 namespace qxe {
 
 struct JoinRequest;
+struct DetailPosition;
 
 /// Side of a join for names that may come from either.
 constexpr int kBothSides = -1;
@@ -228,6 +229,42 @@ int innerQXGetSlaveInfo(int table, int* slaveTable, int* slaveSet);
 int innerQXPutJoinSetToParent(int table, int side, bool unmatched, int* tableId, int* setId);
 int innerQXReturnSet2SlaveTable(int table, int* tableId);
 int innerQXMoveSlaveFlt2Master(int table, int filter);
+
+// Summaries
+int innerQXSummaryOpen(int handle, int table, int set, int nDim, const _TDimensionDef* dims,
+                       int measure);
+/// With the bare filter ids of the exported records.
+int innerRQXSummaryOpen(int handle, int table, int set, int nDim, const _TRDimensionDef* dims,
+                        int measure);
+int innerQXSummaryExec(int handle, int sumMask, int* doneMask);
+/// `*value` is the live value.
+int innerQXSummaryRead(int handle, int sumType, const int* coords, int* measureType, int* valueType,
+                       int* rows, void** value);
+int innerQXSummaryRead2(int handle, int sumType, const int* coords, int* measureType,
+                        int* valueType, int* rows, void* value);
+int innerQXCategoryRead(int handle, int dimNo, int catNo, char** name);
+/// `dims` may be null.
+int innerQXSummaryStatus(int handle, int* table, int* set, int* nDim, _TDimensionDef* dims,
+                         int* measure, int* doneMask);
+int innerQXSummaryIntoRealTable(int handle, int nonEmptyOnly);
+int innerQXSummaryIntoRealTable2(int handle, int mask, int nonEmptyOnly);
+int innerQXAppendSummaryToRealTable(int handle, int table, int mask, int nonEmptyOnly);
+int innerQXSummaryClose(int handle);
+
+// Columns of summary tables
+int innerQXGetSumFilterAttr(int table, int filter, void* attr);
+int innerQXSetSumFilterAttr(int table, int filter, const void* attr);
+int innerQXIsSummaryOutputTable(int table, int* nDim, int* nMsr);
+int innerQXDimNo2FilterID(int table, int role, int ordinal);
+int innerQXCalcTotal(int table, int set, int filter, int mode, double* total);
+
+// Detail
+int innerQXOpenDetailInfo(int table, int set, int filter, int* dataType, int* valueCount,
+                          int* distinctCount);
+int innerQXGetDetailCount(int handle, const DetailPosition& place, int* count);
+int innerQXGetDetailValue(int handle, const DetailPosition& place, int* type, void* value);
+int innerQXGetDetailValueStr(int handle, const DetailPosition& place, int* type, char* text);
+int innerQXCloseDetailInfo(int handle);
 
 // Sorts
 int innerQXSortByField(int table, int filter, int set, int dir);

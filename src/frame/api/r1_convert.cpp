@@ -3,6 +3,7 @@
 
 #include "calc/datetime.h"
 #include "frame/api/call_frame.h"
+#include "frame/api/cell_text.h"
 #include "frame/api/r1_buffer.h"
 
 namespace qxe {
@@ -16,25 +17,8 @@ Value value_in(const char* bytes) {
   return value;
 }
 
-const char* decimal_text(const Numeric& value, const NumericInfo& info) {
-  const int status = RQXNumericNum2Str(&value, &info, -1, -1, gBuf, sizeof gBuf);
-  return status == QX_NUMERIC_DONE ? gBuf : "";
-}
-
-/// Writes a cell as RQXGetData1 gives it into gBuf.
-const char* cell_text(int type, const char* cell) {
-  switch (type) {
-    case QX_DT_INTEGER: snprintf(gBuf, sizeof gBuf, "%d", value_in<int>(cell)); break;
-    case QX_DT_DOUBLE: snprintf(gBuf, sizeof gBuf, "%f", value_in<double>(cell)); break;
-    case QX_DT_DATE: Double2DateStr(value_in<double>(cell), gBuf); break;
-    case QX_DT_TIME: Double2TimeStr(value_in<double>(cell), gBuf); break;
-    case QX_DT_DATETIME: Double2DateTimeStr(value_in<double>(cell), gBuf); break;
-    case QX_DT_DECIMAL:
-      return decimal_text(value_in<Numeric>(cell + sizeof(NumericInfo)),
-                          value_in<NumericInfo>(cell));
-    default: snprintf(gBuf, sizeof gBuf, "%s", cell);
-  }
-  return gBuf;
+void write_decimal(const Numeric& value, const NumericInfo& info, char* text) {
+  RQXNumericNum2Str(&value, &info, -1, -1, text, kCellText);
 }
 
 const char* text_or_empty(const char* text) {
@@ -42,6 +26,21 @@ const char* text_or_empty(const char* text) {
 }
 
 }  // namespace
+
+void write_cell_text(int type, const char* cell, char* text) {
+  switch (type) {
+    case QX_DT_INTEGER: snprintf(text, kCellText, "%d", value_in<int>(cell)); break;
+    case QX_DT_DOUBLE: snprintf(text, kCellText, "%f", value_in<double>(cell)); break;
+    case QX_DT_DATE: Double2DateStr(value_in<double>(cell), text); break;
+    case QX_DT_TIME: Double2TimeStr(value_in<double>(cell), text); break;
+    case QX_DT_DATETIME: Double2DateTimeStr(value_in<double>(cell), text); break;
+    case QX_DT_DECIMAL:
+      write_decimal(value_in<Numeric>(cell + sizeof(NumericInfo)), value_in<NumericInfo>(cell),
+                    text);
+      break;
+    default: snprintf(text, kCellText, "%s", cell);
+  }
+}
 
 }  // namespace qxe
 
@@ -51,12 +50,18 @@ const char* RQXGetData1Cnv2StrR1(int table, int filter, int set, int pos) {
   char cell[4096];
   int type = 0;
   if (RQXGetData1(table, filter, set, pos, &type, cell) < 0) return "";
-  return plain_call([&] { return cell_text(type, cell); });
+  return plain_call([&] {
+    write_cell_text(type, cell, gBuf);
+    return gBuf;
+  });
 }
 
 const char* RQXNumericNum2StrR1(const Numeric* value, const NumericInfo* info) {
-  return plain_call(
-      [&] { return value == nullptr || info == nullptr ? "" : decimal_text(*value, *info); });
+  if (value == nullptr || info == nullptr) return "";
+  return plain_call([&] {
+    write_decimal(*value, *info, gBuf);
+    return gBuf;
+  });
 }
 
 const char* RQXDouble2DateStrR1(double serial) {

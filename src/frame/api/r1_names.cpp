@@ -4,6 +4,7 @@
 #include "frame/api/innerapi.h"
 #include "frame/api/r1_buffer.h"
 #include "frame/api/serial_layer.h"
+#include "storage/strings.h"
 
 using namespace qxe;  // NOLINT(google-build-using-namespace): the bodies of a boundary
 
@@ -68,6 +69,15 @@ const char* RQXGetSetNameR1(int table, int set) {
       return 0;
     });
     return name;
+  });
+}
+
+const char* RQXCategoryReadR1(int handle, int dimNo, int catNo) {
+  return plain_call([&]() -> const char* {
+    char* name = nullptr;
+    if (innerQXCategoryRead(handle, dimNo, catNo, &name) < 0) return "";
+    qxe_strlcpy(gBuf, name, sizeof gBuf);
+    return gBuf;
   });
 }
 

@@ -1,0 +1,147 @@
+// What a summary keeps of a group of rows: their count, the sum of a measure and its highest and
+// lowest value number. Value lists are sorted, so extremes are never found by comparing values.
+//
+// A cell of zero bytes is that of no rows.
+#pragma once
+
+#include <stdint.h>
+
+#include <algorithm>
+
+#include "storage/family.h"
+
+namespace qxe {
+
+/// Adds to a decimal sum; a sum that does not fit becomes NaN and stays it.
+inline void add_decimal(Numeric& sum, const Numeric& value) {
+  constexpr auto is_far_from_limit = [](const Numeric& number) {
+    constexpr long kQuarter = 1L << 61;  // two such numbers and their sum are below 38 digits
+    return number.hi > -kQuarter && number.hi < kQuarter;
+  };
+  if (is_far_from_limit(sum) && is_far_from_limit(value)) {
+    const unsigned long low = sum.lo + value.lo;
+    sum.hi += value.hi + (low < value.lo ? 1 : 0);
+    sum.lo = low;
+  } else {
+    RQXNumericAdd(&sum, &value, &sum);
+  }
+}
+
+// The values of a measure by number, and how they add up. Number 0, NULL, adds nothing.
+
+struct NoValues {
+  struct Sum {};
+  using Result = Sum;
+
+  void add(Sum&, int) const {}
+  static void merge(Sum&, const Sum&) {}
+};
+
+template <class Value>
+struct PlainValues {
+  using Sum = double;
+  using Result = double;
+
+  const Value* values;
+
+  void add(Sum& sum, int number) const {
+    const auto value = static_cast<double>(values[number]);
+    sum += number != 0 ? value : 0.0;
+  }
+  static void merge(Sum& sum, const Sum& other) { sum += other; }
+  static Result result(const Sum& sum) { return sum; }
+};
+
+using IntValues = PlainValues<int>;
+using DoubleValues = PlainValues<double>;
+
+struct DecimalValues {
+  using Sum = Numeric;
+  using Result = Numeric;
+
+  const Numeric* values;
+
+  void add(Sum& sum, int number) const {
+    if (number != 0) add_decimal(sum, values[number]);
+  }
+  static void merge(Sum& sum, const Sum& other) { add_decimal(sum, other); }
+  static Result result(const Sum& sum) { return sum; }
+};
+
+/// Decimals that are so small that 64 bits hold the sum of all rows.
+struct SmallDecimalValues {
+  using Sum = int64_t;
+  using Result = Numeric;
+
+  const Numeric* values;
+
+  /// Whether this does for `rows` values of a list.
+  static bool serves(const TNumericArray& list, int rows) {
+    const auto is_small = [&](const Numeric& value) {
+      const int64_t low = static_cast<int64_t>(value.lo);
+      const int64_t most = std::numeric_limits<int64_t>::max() / std::max(rows, 1);
+      return value.hi == low >> 63 && low >= -most && low <= most;
+    };
+    const auto values = view_of(list);
+    return values.size < 2 || (is_small(values[1]) && is_small(values[values.size - 1]));
+  }
+
+  void add(Sum& sum, int number) const {
+    const auto value = static_cast<int64_t>(values[number].lo);
+    sum += number != 0 ? value : 0;
+  }
+  static void merge(Sum& sum, const Sum& other) { sum += other; }
+  static Result result(const Sum& sum) {
+    return {static_cast<unsigned long>(sum), static_cast<long>(sum >> 63)};
+  }
+};
+
+/// Whether NULL can be the minimum of a group, as the lowest of all values.
+enum class NullMinimum : uint32_t { kNever = 0, kAlways = ~uint32_t{0} };
+
+/// The highest and the lowest value number. The lowest is kept as its distance below a number that
+/// makes zero bytes, and with kNever also NULL, lose against everything.
+struct Extremes {
+  uint32_t high;
+  uint32_t low;
+
+  void add(int number, NullMinimum nulls) {
+    high = std::max(high, static_cast<uint32_t>(number));
+    low = std::max(low, static_cast<uint32_t>(nulls) - static_cast<uint32_t>(number));
+  }
+  void merge(const Extremes& other) {
+    high = std::max(high, other.high);
+    low = std::max(low, other.low);
+  }
+  int max() const { return static_cast<int>(high); }
+  int min(NullMinimum nulls) const { return static_cast<int>(static_cast<uint32_t>(nulls) - low); }
+};
+
+struct NoExtremes {
+  void add(int, NullMinimum) {}
+  void merge(const NoExtremes&) {}
+};
+
+template <class ValuesOfMeasure, bool kExtremes>
+struct GroupCell {
+  using Values = ValuesOfMeasure;
+  static constexpr bool kHasExtremes = kExtremes;
+  static constexpr bool kHasSum = !std::is_same_v<Values, NoValues>;
+
+  [[no_unique_address]] typename Values::Sum sum;
+  int count;
+  [[no_unique_address]] std::conditional_t<kExtremes, Extremes, NoExtremes> extremes;
+
+  void add(int number, const Values& values, NullMinimum nulls) {
+    ++count;
+    extremes.add(number, nulls);
+    values.add(sum, number);
+  }
+  void merge(const GroupCell& other) {
+    Values::merge(sum, other.sum);
+    count += other.count;
+    extremes.merge(other.extremes);
+  }
+};
+
+}  // namespace qxe
