@@ -479,6 +479,15 @@ enum { QX_SORT_ASC = 0, QX_SORT_DESC = 1, QX_MAX_SORT_KEYS = 512 };
 /** Sides of a join: the table named as master when it was made, and the one named as slave. */
 enum { QX_JOIN_MASTER = 0, QX_JOIN_SLAVE = 1, QX_MAX_JOIN_KEYS = 32 };
 
+/** Pseudo filter ids of RQXConvertJoinToReal: row numbers in the master and in the slave. */
+enum { QX_FLT_MRECNO = 0xFC00, QX_FLT_SRECNO = 0xF800 };
+
+/** Limits of chains of joins. */
+enum { QX_MAX_CHAIN = 510, QX_MAX_ASSOCIATION = 4 };
+
+/** Readers of blocks: their number, and what QXJBAOpen returns besides status codes. */
+enum { QX_N_JBA = 8, QX_JBA_EMPTY_SET = -9, QX_JBA_BUSY = -10, QX_JBA_BAD_SLOT = -11 };
+
 /** Sum types; masks are unions of them. QX_SUM_AVG stands in output masks only. */
 enum { QX_SUM_COUNT = 1, QX_SUM_MAX = 2, QX_SUM_MIN = 4, QX_SUM_SUM = 8, QX_SUM_AVG = 16 };
 
@@ -499,6 +508,13 @@ enum { QX_EXPORT_COMMA = 0, QX_EXPORT_TAB = 1 };
 
 /** Limits: threads that write one export, column lines of one catalog. */
 enum { QX_EXPORT_MAX_THREADS = 16, QX_CATALOG_MAX_COLUMNS = 512 };
+
+/** Table kinds in database and table files. */
+enum { QX_FILE_REAL = 0, QX_FILE_JOIN = 2 };
+
+/** Data versions of database and table files: the present one, and the one before it, which files
+ * can be saved for. */
+enum { QX_DATA_VERSION = 25, QX_DATA_VERSION_OLD = 24 };
 
 /** A table's key figures, filled by RQXGetTableProperty. */
 typedef struct _TTableInfo {
@@ -551,6 +567,27 @@ typedef struct _TFilterInfo {
   int orgFilterId; /**< filter it was copied from, its own id if it was built here */
 } _TFilterInfo;
 
+/** One column of a block; see QXJBARead. */
+typedef struct _TColumnBuf {
+  unsigned char driving; /**< 1 the driving side, 0 the driven side */
+  unsigned char type;    /**< data type */
+  int filterId;
+  int count;     /**< values: 1 of the driving side, else as many as there are driven rows */
+  void** values; /**< pointers to int, double, Numeric, or text that ends with 0 */
+} _TColumnBuf;
+
+/** Called for a row of a block: with its number and positions as QXJBARead tells them, the driving
+ * row, the number of driven rows and the current one, 0 of a real table. The first value of each
+ * column is the row's; of the driven side those of the block's further rows follow. The callback
+ * may call the engine, but what it changes it must not read on by these pointers. Result: 0 goes
+ * on, another one ends the loop; for QXSearchCallBack another one takes the row. */
+typedef int (*QXRowCallBack)(int blockNo, int firstRow, int lastRow, int masterRow, int slaveCount,
+                             int slaveRow, int columnCount, _TColumnBuf* columns);
+
+/** Called with the position of a row in the set, from 1, and its row number, of a join that of the
+ * driving row; else as QXRowCallBack. */
+typedef int (*QXUniqueCallBack)(int position, int row, int columnCount, _TColumnBuf* columns);
+
 /** Tells the name of a category by *name, a text that stays valid until the next call. table, dimNo
  * and filter are the summary's table, the dimension's number from 0 and its filter. Called within
  * the engine: it must not call the engine itself. Result: 0; QX_ERROR_PARAMETER for a failure. */
@@ -589,6 +626,16 @@ typedef struct _TSumFilterAttr {
   int sourceFilter;
   char reserved20[44];
 } _TSumFilterAttr;
+
+/** What a database or table file says of itself, filled by RQXGetQXDFileInfo and RQXGetQXTFileInfo.
+ */
+typedef struct _QXFileInfo {
+  unsigned char osType; /**< operating system: 48 */
+  unsigned char endian; /**< byte order: 4 little-endian, 8 big-endian */
+  unsigned char elf;    /**< word class: 1 is 32-bit, 2 is 64-bit */
+  char charCode[32];    /**< "Shift_JIS", whatever the file */
+  int version[4];       /**< the file's version words, but version[1] is always 102 */
+} _QXFileInfo;
 
 /** The machine and the engine's settings, filled by RQXGetEnvironment. */
 typedef struct _TREnvironment {
@@ -2393,6 +2440,244 @@ QXE_API int RQXMoveSlaveFlt2Master(int joinTable, int joinFilter);
 
 /** As RQXMoveSlaveFlt2Master. */
 QXE_API int QXMoveSlaveFlt2Master(int joinTable, int joinFilter);
+
+/*
+ * Ways out of a join: real tables, semi-joins, chains
+ *
+ * Failures of all calls of this part: QX_ERROR_NO_TABLE; QX_ERROR_TABLE_COUNT with 10,000 tables
+ * for those that make one. A failure leaves no table, but its id may be used up.
+ */
+
+/** Makes a real table of the pairs of a join's set, in their order. It has no tie to the join.
+ * name: as in RQXAddRealTable, null or "" gives "createtbl", the date and time, and "_1". set:
+ * below 0 the current one. filters: in, filter ids of the join in the order of the new columns,
+ * ends below 1; null: none. QX_FLT_MRECNO and QX_FLT_SRECNO stand for integer columns "MRecNo" and
+ * "SRecNo" with the row numbers in the master and the slave, 0 for a missing row; withMasterRecNo
+ * and withSlaveRecNo put these columns in front. At most 512 columns. The others have the join's
+ * filter names and the whole value lists of their sources; RQXCondenseRealTable drops what no row
+ * uses. flag: 0, without effect. Result: the new table's id. Failures: also QX_ERROR_NOT_JOIN,
+ * QX_ERROR_NO_JOIN_SET, QX_ERROR_NO_JOIN_FILTER, QX_ERROR_NO_FILTER for a filter its table has no
+ * more, QX_ERROR_FILTER_COUNT, QX_ERROR_TABLE_NAME, QX_ERROR_REALIZE for 2147483647 pairs. */
+QXE_API int RQXConvertJoinToReal(char* name, int table, int set, int withMasterRecNo,
+                                 int withSlaveRecNo, int* filters, int flag);
+
+/** As RQXConvertJoinToReal. */
+QXE_API int QXConvertJoinToReal(char* name, int table, int set, int withMasterRecNo,
+                                int withSlaveRecNo, int* filters, int flag);
+
+/** Adds the rows of a set of a real table whose value occurs in a set of another one, or does not,
+ * as a new set, the current one from then on. Rows keep their order. filter, otherFilter: integer
+ * filters; NULL is a value like others. set, otherSet: below 0 the current ones. out: 0 keeps rows
+ * whose value occurs, else those whose value does not. Result: the new set's id. Failures: also
+ * QX_ERROR_NOT_REAL, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_DATA_TYPE for a filter that is
+ * not of integers, QX_ERROR_SET_COUNT with 10,000 sets. */
+QXE_API int RQXExtractJoinInOut(int table, int set, int filter, int otherTable, int otherSet,
+                                int otherFilter, int out);
+
+/** As RQXExtractJoinInOut. */
+QXE_API int QXExtractJoinInOut(int table, int set, int filter, int otherTable, int otherSet,
+                               int otherFilter, int out);
+
+/** Writes out the hierarchy that a chain of inner joins describes as a real table: a row for each
+ * node, parents before their children, the roots in the order of the first join's master set, with
+ * the integer filters "depth" (1; roots have 0) and "RECNO" (2; the row number of the node in its
+ * level's table). A node's children are its partners in the next join, as its first set pairs them.
+ * A join may stand in the chain more than once. name: in, must not be empty. joinTableIds: in, the
+ * slave of each the master of the next; ends below 1 or at the limit of RQXSetMaxJoinChain, behind
+ * which ids are ignored. tableIds: out, the table of each level, one more than there are joins.
+ * setIds: out, int[2][510]; [0] the master set and [1] the slave set of each join. Result: the new
+ * table's id. Failures: also QX_ERROR_CHAIN_NAME, QX_ERROR_NO_TABLE also for an empty list,
+ * QX_ERROR_NOT_JOIN_SOURCE for a real table, QX_ERROR_NOT_INNER_JOIN, QX_ERROR_NOT_CHAIN,
+ * QX_ERROR_NO_JOIN_SET and QX_ERROR_NO_SLAVE_SET for a joined set that is gone, QX_ERROR_ROW_SIZE
+ * for 2147483647 nodes or more. */
+QXE_API int RQXRealizeJoinChain(char* name, int* joinTableIds, int* tableIds, int (*setIds)[510]);
+
+/** As RQXRealizeJoinChain. */
+QXE_API int QXRealizeJoinChain(char* name, int* joinTableIds, int* tableIds, int (*setIds)[510]);
+
+/** RQXRealizeJoinChain with up to four further integer filters, "data_0" and so on. nAssociation:
+ * their number. filters: in, for each level, one more than there are joins, the integer filters of
+ * its table whose values the nodes take; not read for 0. Failures: also QX_ERROR_NO_FILTER,
+ * QX_ERROR_DATA_TYPE for another type, QX_ERROR_SUMMARY_PARAMETER for nAssociation. */
+QXE_API int RQXRealizeJoinChainEx(char* name, int* joinTableIds, int nAssociation,
+                                  int (*filters)[4], int* tableIds, int (*setIds)[510]);
+
+/** As RQXRealizeJoinChainEx. */
+QXE_API int QXRealizeJoinChainEx(char* name, int* joinTableIds, int nAssociation, int (*filters)[4],
+                                 int* tableIds, int (*setIds)[510]);
+
+/** Adds columns to a tree, as its last filters: for each node the values of a source table in the
+ * row that the node stands for. Filters 1 and 2 of the tree are the depth and the row number.
+ * level: below 0 all nodes but the roots take values. Else those of that depth do, and with mode
+ * not 0 so do the nodes below them, as their ancestor; others read NULL. sourceFilters: in, ends
+ * below 1, at the first id that does not exist, or at the limit of RQXSetMaxJoinChain. Result: 0.
+ * Failures: also QX_ERROR_NOT_REAL, QX_ERROR_NO_FILTER also for a list without a filter,
+ * QX_ERROR_DATA_TYPE for a tree whose first two filters are not of integers, QX_ERROR_FILTER_COUNT
+ * above 512. */
+QXE_API int RQXQualifyTree(int treeTable, int level, int sourceTable, int* sourceFilters, int mode);
+
+/** As RQXQualifyTree. */
+QXE_API int QXQualifyTree(int treeTable, int level, int sourceTable, int* sourceFilters, int mode);
+
+/** Sets the most joins of a chain and the most filters of RQXQualifyTree, 16 at start. n: 16 to
+ * 510. Result: 0. Failures: QX_ERROR_PARAMETER; both limits are 510 then. */
+QXE_API int RQXSetMaxJoinChain(int n);
+
+/** As RQXSetMaxJoinChain. */
+QXE_API int QXSetMaxJoinChain(int n);
+
+/*
+ * Reading by blocks
+ *
+ * A block is a driving row of a join with all its partners; of a real table it is a row. A reader
+ * is opened in a slot, 0 to QX_N_JBA - 1, read to its end and closed. What it hands out points into
+ * the engine and is valid until the next read or a change of the table; clients only read it.
+ * Deleting the table, clearing and loading the database close its readers.
+ *
+ * Results of all calls of this part: QX_JBA_BAD_SLOT for a slot out of range.
+ */
+
+/** Result: the number of slots. */
+QXE_API int QXGetN_JBA(void);
+
+/** Opens a reader of all filters. set: -1 the current one. Result: 0. Failures: QX_JBA_BUSY for a
+ * slot in use, QX_JBA_EMPTY_SET, QX_ERROR_NO_TABLE, QX_ERROR_NO_JOIN_SET, QX_ERROR_NO_SET_ID for
+ * another negative set, QX_ERROR_BLOCK_SIZE for a block of more than a million pairs. */
+QXE_API int QXJBAOpen(int slot, int table, int set);
+
+/** QXJBAOpen with a list of filters, 1,024 at most; it ends below 1. Failures: also
+ * QX_ERROR_NO_FILTER. */
+QXE_API int QXJBAOpen2(int slot, int table, int set, int* filters);
+
+/** Reads the next block. All out. blockNo, firstRow, lastRow: the block and its first and last
+ * position in the set, from 1. masterRow: the driving row; in an outer join 0 for the driven rows
+ * without partner. slaveCount, slaveRows: the driven rows, 0 for a missing one; of a real table 1
+ * and null. columns: a record for each filter, with one value of the driving row or slaveCount
+ * values of the driven ones. Result: 1 when more blocks follow, 0 for the last one, -1 behind it
+ * (QX_ERROR_NO_SET in the ring). Failures: QX_ERROR_PARAMETER for a slot without reader,
+ * QX_ERROR_NO_JOIN_SET and QX_ERROR_NO_FILTER when they are gone. */
+QXE_API int QXJBARead(int slot, int* blockNo, int* firstRow, int* lastRow, int* masterRow,
+                      int* slaveCount, int** slaveRows, int* columnCount, _TColumnBuf** columns);
+
+/** Tells the most pairs that a block of a reader has. maxBlockSize: out. Result: 1 for a slot in
+ * use, 0 for a free one. */
+QXE_API int QXJBAStatus(int slot, int* maxBlockSize);
+
+/** Closes a reader. Result: 0, also for a free slot. */
+QXE_API int QXJBAClose(int slot);
+
+/** Calls `callback` for each row of a set, by a reader in `slot`, which must be free and is free
+ * again afterwards. filters: as in QXJBAOpen2; null: all. Result: 0, also when the callback ends
+ * the loop. Failures: as of QXJBAOpen2 and QXJBARead; QX_ERROR_PARAMETER without a callback. */
+QXE_API int QXRowInfoCallBack(int table, int slot, int set, int* filters, QXRowCallBack callback);
+
+/** The same for a real table; the rows that the callback takes become a set, the current one from
+ * then on. Result: its id. Failures: also QX_ERROR_NOT_REAL, QX_ERROR_SET_COUNT. */
+QXE_API int QXSearchCallBack(int table, int slot, int set, int* filters, QXRowCallBack callback);
+
+/** The same for the first row of each combination of values that the filters have. */
+QXE_API int QXUniqueRowCallBack(int table, int slot, int set, int* filters,
+                                QXUniqueCallBack callback);
+
+/*
+ * Database and table files
+ *
+ * A database file (.QXD) holds all tables, a table file (.QXT) one; docs/file-format.md tells their
+ * layout. Files of older data versions, of 32-bit machines and of the other byte order can be read.
+ *
+ * A file name may come with or without its extension, which is in upper case. dir is a directory,
+ * "" the working directory, which stays what it is. Saving replaces a file that exists, merges
+ * pending values and drops values that no row uses; row values, sets and ids read as before. A save
+ * that fails leaves a part of the file behind.
+ *
+ * Failures of all calls: QX_ERROR_PATH for a directory that cannot be entered; QX_ERROR_FILE for a
+ * null directory, a name that is null, empty or of 512 bytes or more, a file that is missing,
+ * cannot be read or written, or ends too early. Loads refuse what does not fit together, so that a
+ * table that was loaded is safe to use: QX_ERROR_FILE_FORMAT, and for unknown kinds
+ * QX_ERROR_TABLE_KIND, QX_ERROR_NOT_REAL_SOURCE, QX_ERROR_DATA_TYPE, QX_ERROR_NEGATIVE_SIZE.
+ */
+
+/** Replaces the database, all handles included, by the one in a file. A failure leaves an empty
+ * database, for null arguments and bad names the old one. The saved flags become 1. */
+QXE_API int RQXLoadDB(const char* dir, const char* name);
+
+/** RQXLoadDB under another name. */
+QXE_API int RQXHSLoadDB(const char* dir, const char* name);
+
+/** RQXLoadDB. */
+QXE_API int QXLoadDB(const char* dir, const char* name);
+
+/** Saves the database where it was last loaded from or saved to, for the same data version. The
+ * saved flags become 1. Failures: also QX_ERROR_FILE_NAME when there was no such place. */
+QXE_API int RQXSaveDB(void);
+
+/** RQXSaveDB. */
+QXE_API int QXSaveDB(void);
+
+/** Saves the database. dir: in and out, 512 bytes, becomes the absolute name of the directory. The
+ * saved flags become 1. Without a working directory nothing happens, and the result is 0. */
+QXE_API int RQXSaveDBAs(char* dir, const char* name);
+
+/** RQXSaveDBAs. */
+QXE_API int QXSaveDBAs(char* dir, const char* name);
+
+/** RQXSaveDBAs for the data version before the present one; later RQXSaveDB and RQXSaveRealTable2
+ * write that version too. version: QX_DATA_VERSION_OLD. Failures: also QX_ERROR_SAVE_CODE for
+ * another version, QX_ERROR_SAVE_VERSION for a decimal filter or a database character code other
+ * than UTF-8. */
+QXE_API int RQXSaveDBAsOldVer(char* dir, const char* name, int version);
+
+/** Where the database was last loaded from or saved to. dir, name: out, 512 bytes each, both empty
+ * when there was no such place; name has its extension. */
+QXE_API int RQXGetPathName(char* dir, char* name);
+
+/** RQXGetPathName. */
+QXE_API int QXGetPathName(char* dir, char* name);
+
+/** What a database file says of itself. info: out. */
+QXE_API int RQXGetQXDFileInfo(const char* dir, const char* file, _QXFileInfo* info);
+
+/** What a table file says of itself. info: out. */
+QXE_API int RQXGetQXTFileInfo(const char* dir, const char* file, _QXFileInfo* info);
+
+/** Adds the table in a file, under the name that it has there, made unique. Names of sets are not
+ * kept in files. Result: the new table's id. A failure changes nothing. Failures: also
+ * QX_ERROR_TABLE_COUNT_LOAD with 10,000 tables, QX_ERROR_GEN_TABLE_NAME. */
+QXE_API int RQXLoadRealTable(const char* dir, const char* file);
+
+/** RQXLoadRealTable under another name. */
+QXE_API int RQXHSLoadRealTable(const char* dir, const char* file);
+
+/** RQXLoadRealTable. */
+QXE_API int QXLoadRealTable(const char* dir, const char* file);
+
+/** Adds count tables that RQXSaveRealTable2 has written. path: the whole name of the file. offset:
+ * bytes in front of the first table. tableIds: out, count ids. endOffset: out, behind the last
+ * table. Result: the last table id issued, 0 without one. Tables in front of one that fails stay.
+ * Failures: as RQXLoadRealTable; also QX_ERROR_NO_TABLE for a count below 0. */
+QXE_API int RQXLoadRealTable2(const char* path, long offset, int count, int* tableIds,
+                              long* endOffset);
+
+/** Saves a real table in a file named after it. Failures: also QX_ERROR_SAVE_NOT_REAL. */
+QXE_API int RQXSaveRealTable(const char* dir, int tableId);
+
+/** RQXSaveRealTable. */
+QXE_API int QXSaveRealTable(const char* dir, int tableId);
+
+/** RQXSaveRealTable in a file of this name. */
+QXE_API int RQXSaveRealTableAs(const char* dir, const char* file, int tableId);
+
+/** Writes real tables into a file that exists, one behind the other, each with the set of all rows
+ * alone. path: the whole name of the file. offset: where to begin. tableIds: ends with -1.
+ * endOffset: out, behind the last table written. A table that does not exist or is not real
+ * (QX_ERROR_NOT_REAL) ends the call; those in front of it are written. */
+QXE_API int RQXSaveRealTable2(const char* path, long offset, const int* tableIds, long* endOffset);
+
+/** RQXSaveRealTable for another data version, as RQXSaveDBAsOldVer. */
+QXE_API int RQXSaveRealTableOldVer(const char* dir, int tableId, int version);
+
+/** RQXSaveRealTableAs for another data version, as RQXSaveDBAsOldVer. */
+QXE_API int RQXSaveRealTableAsOldVer(const char* dir, const char* file, int tableId, int version);
 
 #ifdef __cplusplus
 }

@@ -124,6 +124,7 @@ Column ParallelParse::take_column(size_t column, int rows) {
     const auto share = static_cast<size_t>(worker);
     shares[share]->number_rows(numbers + first_rows[share]);
   });
+  result.condensed = true;
   return result;
 }
 

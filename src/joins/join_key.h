@@ -27,6 +27,9 @@ class JoinKey : NonCopyable {
 
   /// Both sides have the same number of columns, at least one, of the same types.
   JoinKey(const KeySide& master, const KeySide& slave);
+  /// Reads the filters of both sides as SaveFilters has written them.
+  explicit JoinKey(SectionReader& reader);
+  void SaveFilters(SectionWriter& writer);
 
   /// Key numbers are below this.
   int size() const { return size_; }

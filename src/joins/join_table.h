@@ -38,6 +38,9 @@ class TJoinTable : public TBaseTable {
 
   /// Throws what RQXAddJoinTable fails with.
   TJoinTable(const TTableCollection& tables, int id, const JoinRequest& request);
+  /// Reads a join section behind its type word; the parents are those of `tables` with the ids of
+  /// the section. Throws QX_ERROR_FILE_FORMAT for one that does not fit together.
+  TJoinTable(SectionReader& reader, const TTableCollection& tables);
 
   int GetTableKind() const override { return 2; }
   int GetNFilter() const override;
@@ -79,6 +82,7 @@ class TJoinTable : public TBaseTable {
   int SearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppSearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppIntegratedSortByField(int set, const int* filters, const int* dirs) override;
+  void SaveTable(SectionWriter& writer, const TableForm& form) override;
   bool isQXTShared() const override;
   const char* filter_name(int id) override { return GetJoinFilterName(id); }
   int missing_filter(int id) const override;
@@ -109,6 +113,8 @@ class TJoinTable : public TBaseTable {
   void AssignJoinFilterNames();
 
   // Sets
+  /// All pairs of the rows that were joined.
+  const JoinSet& first_set() const { return sets_[0]; }
   /// The set, or null after logging.
   const JoinSet* find_set(int id) const;
   /// Of a set that exists: which rows pair.
@@ -173,6 +179,14 @@ class TJoinTable : public TBaseTable {
   template <class Sort>
   int sort_by_field(const char* layer, int filter, int set, int dir, Sort&& sort);
   int search_values(const char* layer, int filter, int set, int count, const void* values);
+  void save_sources(SectionWriter& writer) const;
+  void save_sets(SectionWriter& writer);
+  void save_filters(SectionWriter& writer) const;
+  void load_sources(SectionReader& reader, const TTableCollection& tables, int version);
+  void load_sets(SectionReader& reader, int version);
+  void load_filters(SectionReader& reader, int version);
+  /// Checks all that was read and names the filters.
+  void LoadComplete();
   int refuse_wildcard(const char* layer) const;
   template <class Combine>
   int combine(const char* layer, int op, int set1, int set2, Combine&& combine_rows);

@@ -2,7 +2,9 @@
 
 #include <string.h>
 
-#include "parallel/sliced_task.h"
+#include <algorithm>
+
+#include "search/compiler_steps.h"
 
 namespace qxe {
 
@@ -10,13 +12,6 @@ namespace {
 
 // Below this the calling thread is done before a worker would be awake.
 constexpr unsigned long kSerialBytes = 0x100000;
-
-struct CopyParams {
-  char* to;
-  const char* from;
-  long begin;  // bytes
-  long end;
-};
 
 struct FillParams {
   char* to;
@@ -27,11 +22,9 @@ struct FillParams {
 
 }  // namespace
 
+/// Shared with the transfers between memory and files.
 int mpp_memcpy(void* block) {
-  return run_task<CopyParams>(block, [](CopyParams& copy) {
-    memcpy(copy.to + copy.begin, copy.from + copy.begin,
-           static_cast<size_t>(copy.end - copy.begin));
-  });
+  return run_pool_step(block);
 }
 
 int mpp_memset(void* block) {
@@ -42,11 +35,13 @@ int mpp_memset(void* block) {
 
 void MppMemcpy(void* to, const void* from, int unit, unsigned long count, int threads) {
   const long elements = static_cast<long>(count);
-  const long per_worker = (elements + threads - 1) / (threads > 0 ? threads : 1);
-  SlicedTask<CopyParams> task(QX_MPP_MEMCPY, elements, per_worker > 0 ? per_worker : 1);
-  task.run([&](Slice slice) {
-    return CopyParams{static_cast<char*>(to), static_cast<const char*>(from), slice.begin * unit,
-                      slice.end * unit};
+  const int workers = ENG->n_threads_for_elements(
+      elements, std::max((elements + threads - 1) / std::max(threads, 1), 1L));
+  run_step(QX_MPP_MEMCPY, workers, [&](int worker) {
+    const Slice slice = even_slice(elements, workers, worker);
+    memcpy(static_cast<char*>(to) + slice.begin * unit,
+           static_cast<const char*>(from) + slice.begin * unit,
+           static_cast<size_t>(slice.size() * unit));
   });
 }
 

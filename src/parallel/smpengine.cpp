@@ -94,7 +94,11 @@ void CSmpEngine::setDefaultDateFormat() {
 }
 
 void CSmpEngine::renew_collection() {
-  collection_ = std::make_unique<TTableCollection>();
+  renew_collection(std::make_unique<TTableCollection>());
+}
+
+void CSmpEngine::renew_collection(std::unique_ptr<TTableCollection> loaded) {
+  collection_ = std::move(loaded);
 }
 
 WorkerPool CSmpEngine::started_pool() {

@@ -54,6 +54,8 @@ class CSmpEngine : NonCopyable {
   TTableCollection* collection() { return collection_.get(); }
   /// Replaces the collection by an empty one.
   void renew_collection();
+  /// Replaces it by one that was loaded.
+  void renew_collection(std::unique_ptr<TTableCollection> loaded);
   ErrorRing& error_ring() { return error_ring_; }
   int date_format() const { return date_format_; }
   const tm& start_time() const { return start_time_; }

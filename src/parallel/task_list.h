@@ -20,7 +20,7 @@
   unused(QX_MPP_SEARCH, "Parallel Search ") \
   task(QX_MPP_COMBINE_REALTABLE, "Parallel Combine RealTable ", mpp_combine_realtables) \
   task(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ", mpp_extract_realtables) \
-  unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
+  task(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ", mpp_realize_jointable) \
   task(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ", mpp_tobitmap) \
   task(QX_MPP_MERGE_LIST, "Parallel Merge ", mpp_merge_list) \
   task(QX_MPP_COMPILE, "Parallel Compile ", mpp_compile) \
@@ -30,8 +30,8 @@
   unused(QX_MPP_ITEM_TRANSFER, "Parallel Item Transfer") \
   unused(QX_MPP_ADD_CATEGORY, "Parallel AddCategory") \
   task(QX_MPP_MOVE_REC, "Parallel MoveRecForScan", mpp_move_rec) \
-  unused(QX_MPP_JOIN_INOUT, "Parallel JoinInOut") \
-  unused(QX_MPP_JOIN_CHAIN, "Parallel Join Chain") \
+  task(QX_MPP_JOIN_INOUT, "Parallel JoinInOut", mpp_join_inout) \
+  task(QX_MPP_JOIN_CHAIN, "Parallel Join Chain", mpp_join_chain) \
   task(QX_MPP_SEARCH_HELPER, "Parallel Search Helper function", mpp_search_helper) \
   task(QX_MPP_SEARCH_NVALUES, "Parallel Search NValuesfunction", mpp_search_nvalues) \
   unused(QX_MPP_SUMMARY_MEASURE, "Parallel Summary Measure") \

@@ -135,6 +135,10 @@ int zvk_fstream::close() {
   return lost || failed ? -1 : 0;
 }
 
+int zvk_fstream::flush() {
+  return is_open() && fflush(file_.get()) == 0 ? 0 : -1;
+}
+
 int zvk_fstream::read(void* data, long n) {
   if (!is_open() || n < 0) return -1;
   const auto wanted = static_cast<size_t>(n);

@@ -79,6 +79,10 @@ class zvk_fstream : NonCopyable {
   /// closed stream gives 0.
   int close();
   bool is_open() const { return file_ != nullptr; }
+  /// The system's number of the open file, for what goes past the buffer.
+  int descriptor() const { return fileno(file_.get()); }
+  /// Hands what is buffered to the system.
+  int flush();
 
   /// Bytes as they are, without alignment.
   int read(void* data, long n);

@@ -13,6 +13,9 @@
 
 namespace qxe {
 
+class SectionReader;
+class SectionWriter;
+
 /// A new array is allocated exactly: `n` itself. Throws QX_ERROR_NEGATIVE_SIZE.
 long CalcMargin(long n);
 /// Room for `n` elements that will go on growing: n + n / 8 + 10000.
@@ -43,6 +46,10 @@ class TBaseArray : NonCopyable {
   virtual void AppendData(const void* value);
   /// Gives back what is allocated beyond the elements in use.
   virtual void AdjustMemArea();
+  /// Writes the array section: what the array is, its elements, a text list's pool.
+  virtual void SaveArray(SectionWriter& writer);
+  /// Makes this new array what the section says. A failure leaves it fit for nothing but deletion.
+  virtual void LoadArray(SectionReader& reader);
   /// Data type code of the class: 2, 3, 6, 8; 0 for the base.
   virtual int GetDataType() const { return 0; }
   /// Bytes of the object and, unless borrowed, its blocks.
@@ -72,6 +79,7 @@ class TBaseArray : NonCopyable {
   /// `parallel`.
   void copy_block(const TBaseArray& source, bool parallel);
   void check_index(const char* operation, int index) const;
+  size_t load_head(SectionReader& reader);
 
   void* data_ = nullptr;
   bool not_owned_ = false;  // the blocks belong to a shared memory image
@@ -119,6 +127,9 @@ class TIntArray : public FixedArray<int> {
   using FixedArray::FixedArray;
   TIntArray* CopyArray() override;
   TIntArray* MppCopyArray() override;
+  /// LoadArray that also tells the largest distance above `first`, taken as unsigned: when it is
+  /// below n, all elements lie within n numbers from `first` on.
+  unsigned LoadNumbers(SectionReader& reader, int first);
   int GetDataType() const override { return QX_DT_INTEGER; }
   long GetMemSize() const override;
 
@@ -171,6 +182,7 @@ class TDoubleArray : public FixedArray<double> {
   using FixedArray::FixedArray;
   TDoubleArray* CopyArray() override;
   TDoubleArray* MppCopyArray() override;
+  void LoadArray(SectionReader& reader) override;
   int GetDataType() const override { return QX_DT_DOUBLE; }
   long GetMemSize() const override;
 
@@ -201,6 +213,7 @@ class TNumericArray : public FixedArray<Numeric> {
   }
   TNumericArray* CopyArray() override;
   TNumericArray* MppCopyArray() override;
+  void LoadArray(SectionReader& reader) override;
   int GetDataType() const override { return QX_DT_DECIMAL; }
   long GetMemSize() const override;
 
@@ -240,6 +253,8 @@ class TStrArray : public TBaseArray {
   }
   void AppendData(const void* value) override;
   void AdjustMemArea() override;
+  void SaveArray(SectionWriter& writer) override;
+  void LoadArray(SectionReader& reader) override;
   int GetDataType() const override { return QX_DT_STRING; }
   long GetMemSize() const override;
   long GetBorrowedSize() const override;

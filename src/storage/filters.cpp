@@ -61,11 +61,13 @@ void TFilter::adopt(Column column) {
   delete PVL;
   PVL = column.pv.release();
   adopt_values(std::move(column.vl));
+  condensed_ = column.condensed;
 }
 
 void TFilter::adopt_values(std::unique_ptr<TBaseArray> vl) {
   if (!FVLBorrowed) delete VL;
   FVLBorrowed = false;
+  condensed_ = false;
   VL = vl.release();
   ++list_version_;
 }
@@ -78,6 +80,7 @@ void TFilter::check_changeable() const {
 
 void TFilter::Taint() {
   check_changeable();
+  condensed_ = false;
   for (TSortedSetArray* sorted : sorted_sets_) sorted->Taint();
 }
 

@@ -10,6 +10,8 @@
 
 namespace qxe {
 
+class SectionReader;
+class SectionWriter;
 class TRealTable;
 class TSetArray;
 class TSortedSetArray;
@@ -18,6 +20,7 @@ class TSortedSetArray;
 struct Column {
   std::unique_ptr<TIntArray> pv;
   std::unique_ptr<TBaseArray> vl;
+  bool condensed = false;  // each value is known to belong to a row
 };
 
 class TFilter : NonCopyable {
@@ -29,7 +32,13 @@ class TFilter : NonCopyable {
   TFilter(int id, const char* name);
   /// Deep copy with the same id, name and origin. Throws QX_ERROR_NO_FILTER for null.
   explicit TFilter(const TFilter* other);
+  /// Reads a filter section that names filter `id`. Throws QX_ERROR_FILE_FORMAT for one that does
+  /// not fit together and QX_ERROR_DATA_TYPE for an unknown value list. That of a join's key need
+  /// not begin with NULL.
+  TFilter(SectionReader& reader, int id, bool join_key = false);
   ~TFilter();
+  /// Writes the filter section. There must be no pending values.
+  void SaveFilter(SectionWriter& writer) const;
 
   /// A copy under another id and name; the attribute block of its row pointers is cleared.
   std::unique_ptr<TFilter> CopyFilter(int id, const char* name) const;
@@ -37,6 +46,10 @@ class TFilter : NonCopyable {
   void adopt(Column column);
   /// Replaces the value list alone.
   void adopt_values(std::unique_ptr<TBaseArray> vl);
+
+  /// Whether each value is known to belong to a row. The next change of the rows makes it unknown.
+  bool condensed() const { return condensed_; }
+  void set_condensed() { condensed_ = true; }
 
   /// Address form: the array and index that hold the value of value number `p` (below 0: pending).
   const TBaseArray& values_of(int p) const { return p < 0 ? *TVL : *VL; }
@@ -114,6 +127,7 @@ class TFilter : NonCopyable {
   int FTVLMinRows = 0;
   int list_version_ = 0;
   bool high_speed_ = false;
+  bool condensed_ = false;
   std::vector<TSortedSetArray*> sorted_sets_;  // not owned
 };
 

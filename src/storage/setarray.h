@@ -52,6 +52,7 @@ class TSortedSetArray : public TIntArray {
   ~TSortedSetArray() override;
 
   long GetMemSize() const override;
+  void SaveArray(SectionWriter& writer) override;
 
   /// Registers with both owners of the link.
   void initialize(TSetArray* set, TFilter* filter);

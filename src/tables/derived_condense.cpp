@@ -18,17 +18,19 @@ namespace {
 /// Pending values have been merged. Changes the filter or, when memory fails, nothing. The rows'
 /// values and their order stay, so sorted sets do too.
 void condense(TFilter& filter) {
+  if (filter.condensed()) return;
   ValueUse use(filter.VL->FArraySize);
   const int* const numbers = std::as_const(*filter.PVL).PIntAr();
   const int count = filter.PVL->FArraySize;
   for (int begin = 0; begin < count && !use.all_used(); begin += kMarkedRows) {
     use.mark(numbers + begin, std::min(count - begin, kMarkedRows));
   }
-  if (use.all_used()) return;
+  if (use.all_used()) return filter.set_condensed();
   UsedValues used = use.used_values(*filter.VL);
   int* const rows = filter.PVL->PIntAr();
   for (int i = 0; i < count; ++i) rows[i] = used.numbers[rows[i]];
   filter.adopt_values(std::move(used.list));
+  filter.set_condensed();
 }
 
 }  // namespace
@@ -49,7 +51,9 @@ int TRealTable::condense_filters(const char* layer) {
   detach_dependents();
   std::vector<char> done(filters_.size(), 0);
   std::vector<long> costs;
-  for (const auto& filter : filters_) costs.push_back(column_cost(TotalRecs(), filter.get()));
+  for (const auto& filter : filters_) {
+    costs.push_back(filter->condensed() ? 0 : column_cost(TotalRecs(), filter.get()));
+  }
   try {
     claim_columns(QX_MPP_CONDENSE_REALTABLE, costs, [&](int column) {
       condense(*filter_at(column));

@@ -26,7 +26,7 @@ Column converted_column(const TFilter& source, int type, const NumericInfo* info
 }  // namespace
 
 int TRealTable::duplicate_filter(const char* layer, int id, int type, const NumericInfo* info) {
-  if (GetNFilter() >= kMaxFilters) {
+  if (!has_room_for_filter()) {
     return report(layer, QX_ERROR_FILTER_COUNT, "FilterCount overflow");
   }
   const int position = FilterID2Pos(id);

@@ -1,4 +1,6 @@
 // Filters of a real table: finding, naming, adding, moving and dropping them.
+#include <limits.h>
+
 #include <algorithm>
 
 #include "parallel/smpengine.h"
@@ -80,8 +82,14 @@ bool is_valid_name(const char* name) {
 
 }  // namespace
 
+bool TRealTable::has_room_for_filter() const {
+  return GetNFilter() < kMaxFilters && MaxFilterIDs < INT_MAX;
+}
+
 int TRealTable::check_new_filter(const char* layer, const char* countText, const char* name) const {
-  if (GetNFilter() >= kMaxFilters) return report(layer, QX_ERROR_FILTER_COUNT, "%s", countText);
+  if (!has_room_for_filter()) {
+    return report(layer, QX_ERROR_FILTER_COUNT, "%s", countText);
+  }
   if (is_valid_name(name)) return 0;
   return report(layer, QX_ERROR_FILTER_NAME, "Invalid Parameter : FilterName(%s)", name);
 }
@@ -133,7 +141,7 @@ int TRealTable::AddFilter2(int pos, const char* name, int type, int rows, int un
 }
 
 int TRealTable::AddEmptyFilter(int pos, const char* name, int type, int orgFilter) {
-  if (GetNFilter() >= kMaxFilters) {
+  if (!has_room_for_filter()) {
     return report("AddEmptyFilter", QX_ERROR_FILTER_COUNT, "FilterCount overflow");
   }
   if (!is_valid_name(name)) {

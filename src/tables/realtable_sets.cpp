@@ -1,4 +1,6 @@
 // Sets of a real table: the list of ids, the current set, adding and deleting.
+#include <limits.h>
+
 #include "tables/realtables.h"
 
 namespace qxe {
@@ -26,7 +28,7 @@ int TRealTable::GetSetSize(int id) const {
 }
 
 int TRealTable::register_set(std::unique_ptr<TSetArray> set) {
-  if (set_count() >= kMaxSets) {
+  if (set_count() >= kMaxSets || MaxSetID == INT_MAX) {
     return report("AddSetWithoutCopy", QX_ERROR_SET_COUNT, "SetCount overflow");
   }
   set_ids_.reserve(set_ids_.size() + 1);

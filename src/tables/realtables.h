@@ -11,6 +11,7 @@
 namespace qxe {
 
 class RowDeletion;
+class TJoinTable;
 
 class TRealTable : public TBaseTable {
  public:
@@ -21,6 +22,9 @@ class TRealTable : public TBaseTable {
   TRealTable(int id, const char* name, int rows);
   /// The same without a root set, which the caller adds.
   TRealTable(int id, const char* name);
+  /// Reads a real table's section behind its type word, under the id and name that it has there.
+  /// What does not fit together throws QX_ERROR_FILE_FORMAT: a table that was read is safe to use.
+  explicit TRealTable(SectionReader& reader);
   ~TRealTable() override;
 
   int GetNFilter() const override { return static_cast<int>(filters_.size()); }
@@ -60,6 +64,7 @@ class TRealTable : public TBaseTable {
   int SearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppSearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppIntegratedSortByField(int set, const int* filters, const int* dirs) override;
+  void SaveTable(SectionWriter& writer, const TableForm& form) override;
   const char* filter_name(int id) override;
   long set_memory(int set) const override;
   bool refers_to(const TRealTable& target) const override;
@@ -68,6 +73,8 @@ class TRealTable : public TBaseTable {
   /// Position of a filter in display order, or QX_ERROR_NO_FILTER.
   virtual int FilterID2Pos(int id) const;
   int FilterName2Pos(const char* name) const;
+  /// Whether there may be one more.
+  bool has_room_for_filter() const;
   int FilterName2ID(const char* name) const;
   TFilter* filter_at(int position) const { return filters_[static_cast<size_t>(position)].get(); }
   /// A free filter name from `seed` into `out` (256 bytes); 0 or QX_ERROR_FILTER_NAME.
@@ -133,6 +140,10 @@ class TRealTable : public TBaseTable {
 
   /// Positions (from 1) in a set that meet a condition.
   int SearchByRowNo(int set, int ope, int n1, int n2);
+  /// Rows of a set by whether the value of an integer filter is among those of a set of `other`;
+  /// `out` keeps those whose value is not. NULL is a value like others.
+  int MppExtractJoinInOut(int set, int filter, TRealTable& other, int otherSet, int otherFilter,
+                          bool out);
   /// The first row of each distinct combination of the filters in a list that ends below 1.
   int MppExtractUniqueReal(int set, const int* filters);
 
@@ -179,6 +190,8 @@ class TRealTable : public TBaseTable {
                        CombinePseudo pseudo);
   int MppCombineRealTable(const CombineSource& first, const CombineSource& second,
                           CombinePseudo pseudo);
+  /// The pairs of a join's set.
+  int ConvertJoinToReal(TJoinTable& join, int set, const RealizedColumns& columns);
   /// A root set of `rows` rows for a table that has none.
   void add_root_set(int rows);
   /// A further filter, under `name` as it is when that is free, whose column is still to come.
@@ -229,6 +242,12 @@ class TRealTable : public TBaseTable {
   template <class Array, class Value>
   int open_find(const char* layer, const char* typeText, int filter, int ope, Value v1, Value v2);
   int search_wildcard_pattern(const char* layer, int filter, int set, const char* pattern);
+  void save_sets(SectionWriter& writer, bool one_set);
+  void save_filters(SectionWriter& writer);
+  void save_sorted_sets(SectionWriter& writer);
+  void load_sets(SectionReader& reader);
+  void load_filters(SectionReader& reader, int data_version);
+  void load_sorted_sets(SectionReader& reader);
 
   std::vector<std::unique_ptr<TSetArray>> sets_;   // at the positions of set_ids_
   std::vector<std::unique_ptr<TFilter>> filters_;  // in display order

@@ -1,5 +1,7 @@
 #include "tables/table_collection.h"
 
+#include <limits.h>
+
 #include <algorithm>
 
 #include "storage/strings.h"
@@ -66,6 +68,11 @@ int TTableCollection::AddRealTable(const char* name, int rows) {
     return report("AddRealTable", QX_ERROR_TABLE_NAME, "Invalid Parameter : TblName(%s)", name);
   }
   return adopt_table(std::make_unique<TRealTable>(issue_table_id(), unique, rows));
+}
+
+int TTableCollection::issue_table_id() {
+  if (FTblIDIssued == INT_MAX) throw CQXException(QX_ERROR_TABLE_COUNT, "TableCount overflow");
+  return ++FTblIDIssued;
 }
 
 int TTableCollection::adopt_table(std::unique_ptr<TBaseTable> table) {

@@ -11,9 +11,12 @@
 namespace qxe {
 
 class CsvRowWriter;
+class SectionReader;
+class SectionWriter;
 class TRealTable;
 class TableGuest;
 struct CsvLineDiv_t;
+struct TableForm;
 
 enum class TableKind : int { kBase = 0, kReal = 1, kJoin = 2 };
 
@@ -103,6 +106,9 @@ class TBaseTable : NonCopyable {
   virtual int MppSearchByFieldNValues(int filter, int set, int count, const void* values) = 0;
   virtual int MppIntegratedSortByField(int set, const int* filters, const int* dirs) = 0;
   virtual bool isQXTShared() const { return false; }
+  /// Writes the table section, its type word first. Tidies the table up before: no value, set or
+  /// row changes.
+  virtual void SaveTable(SectionWriter& writer, const TableForm& form) = 0;
 
   // What the frame and the collection ask of a table, whatever its kind.
   /// The name that the table keeps for a filter, or null.
@@ -129,6 +135,7 @@ class TBaseTable : NonCopyable {
   int id() const { return table_id_; }
   const char* name() const { return table_name_; }
   void set_name(const char* name);
+  void set_id(int id) { table_id_ = id; }
   int set_count() const { return static_cast<int>(set_ids_.size()); }
   int max_set_id() const { return MaxSetID; }
   bool shared() const { return shared_; }
@@ -137,6 +144,12 @@ class TBaseTable : NonCopyable {
   void remove_guest(TableGuest& guest);
 
  protected:
+  /// The head of every table section, behind the type word.
+  void SaveBaseInfo(SectionWriter& writer, const TableForm& form) const;
+  /// Returns the section's data version. Throws QX_ERROR_FILE_FORMAT for one that is not known and
+  /// for ids that do not ascend.
+  int LoadBaseInfo(SectionReader& reader);
+
   int table_id_ = 0;
   char table_name_[kNameSize] = "";
   std::vector<int> set_ids_;  // ascending; position 0 is the root set

@@ -8,7 +8,10 @@
 
 namespace qxe {
 
+struct ChainRequest;
+struct JoinBlock;
 struct JoinRequest;
+struct TreeColumns;
 struct DetailPosition;
 
 /// Side of a join for names that may come from either.
@@ -44,6 +47,25 @@ int innerQXGetTableProperty(int table, _TTableInfo* out);
 int innerQXGetTableIDFromName(const char* name);
 /// `*out` is a static buffer of the referring tables' ids.
 int innerQXTableCanEdit(int table, int** out);
+
+// Database and table files
+int innerQXLoadDB(const char* dir, const char* name);
+int innerQXSaveDB();
+int innerQXSaveDBAs(char* dir, const char* name);
+int innerQXSaveDBAsOldVer(char* dir, const char* name, int version);
+/// Whether a table, 0 for all, can be saved for this data version: 0 or a status.
+int innerQXSavePossibleCheck(int table, int version);
+int innerQXGetPathName(char* dir, char* name);
+int innerQXLoadRealTable(const char* dir, const char* file);
+int innerQXLoadRealTable2(const char* path, long offset, int count, int* ids, long* end);
+int innerQXSaveRealTable(const char* dir, int table);
+int innerQXSaveRealTableAs(const char* dir, const char* file, int table);
+int innerQXSaveRealTable2(const char* path, long offset, const int* ids, long* end);
+int innerQXSaveRealTableOldVer(const char* dir, int table, int version);
+int innerQXSaveRealTableAsOldVer(const char* dir, const char* file, int table, int version);
+/// `extension`: ".QXD" or ".QXT", else -1.
+int innerQXGetQxeFileInfo(const char* dir, const char* file, const char* extension,
+                          _QXFileInfo* out);
 
 // Memory accounting
 int innerQXGetTotalMemorySize(unsigned long* size);
@@ -229,6 +251,27 @@ int innerQXGetSlaveInfo(int table, int* slaveTable, int* slaveSet);
 int innerQXPutJoinSetToParent(int table, int side, bool unmatched, int* tableId, int* setId);
 int innerQXReturnSet2SlaveTable(int table, int* tableId);
 int innerQXMoveSlaveFlt2Master(int table, int filter);
+
+// Ways out of a join
+struct InOutColumn {
+  int table;
+  int set;
+  int filter;
+};
+
+int innerQXExtractJoinInOut(const InOutColumn& column, const InOutColumn& other, bool out);
+int innerQXConvertJoinToReal(const char* name, int table, int set, const RealizedColumns& columns);
+int innerQXRealizeJoinChain(const char* layer, const char* name, const ChainRequest& request);
+int innerQXQualifyTree(int tree, const TreeColumns& columns);
+int innerQXSetMaxJoinChain(int n);
+
+// Readers of blocks
+int innerQXJBAOpen(const char* layer, int slot, int table, int set, const int* filters);
+int innerQXJBARead(int slot, JoinBlock* block, int* columnCount, _TColumnBuf** columns);
+int innerQXJBAStatus(int slot, int* maxBlockSize);
+int innerQXJBAClose(int slot);
+/// Rows of the set that QXSearchCallBack loops over.
+int innerQXCallBackSetSize(int table, int set);
 
 // Summaries
 int innerQXSummaryOpen(int handle, int table, int set, int nDim, const _TDimensionDef* dims,

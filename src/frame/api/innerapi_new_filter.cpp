@@ -20,7 +20,7 @@ struct NewFilter {
 };
 
 int check_new_filter(const char* layer, const TRealTable& table, const NewFilter& filter) {
-  if (table.GetNFilter() >= TBaseTable::kMaxFilters) {
+  if (!table.has_room_for_filter()) {
     return report(layer, QX_ERROR_FILTER_COUNT, "FilterCount overflow");
   }
   if (!is_data_type(filter.type)) {
