@@ -92,6 +92,33 @@ INSTANTIATE_TEST_SUITE_P(Sets, MissingPointerTest,
                          case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
+    Joins, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(MasterKeys, RQXAddJoinTable(buffer, 0, table, -1, nullptr, table, -1, keys)),
+        QXE_CASE(SlaveKeys, QXAddJoinTable(buffer, 0, table, -1, keys, table, -1, nullptr)),
+        QXE_CASE(InfoName, RQXGetJoinInfo(table, nullptr, numbers, numbers, numbers, numbers,
+                                          numbers, numbers)),
+        QXE_CASE(InfoKeys, QXGetJoinInfoEx(table, buffer, numbers, numbers, numbers, numbers,
+                                           numbers, numbers, numbers, nullptr)),
+        QXE_CASE(InfoOuter,
+                 RQXGetJoinInfoR1(table, numbers, numbers, numbers, numbers, nullptr, numbers)),
+        QXE_CASE(Parents, RQXGetJoinSrcTblIDs(table, numbers, nullptr)),
+        QXE_CASE(Source, RQXGetJoinSrcTblInfo(table, 1, nullptr, numbers, numbers)),
+        QXE_CASE(KeyInfo, RQXGetJoinKeyInfo(table, 0, nullptr)),
+        QXE_CASE(KeyBody, RQXGetJoinKeyBody(table, 0, nullptr)),
+        QXE_CASE(Key, QXGetJoinKey(table, 0, nullptr)),
+        QXE_CASE(SlaveRows, RQXGetJoinSlaveSet(table, 1, numbers, 10, nullptr)),
+        QXE_CASE(PlainSlaveRows, QXGetJoinSlaveSet(table, 1, nullptr)),
+        QXE_CASE(Index,
+                 RQXGetJoinProjectionSets(table, 1, numbers, 10, nullptr, numbers, 0, nullptr)),
+        QXE_CASE(PlainIndex,
+                 QXGetJoinProjectionSets(table, 1, numbers, &address, nullptr, &address)),
+        QXE_CASE(SlaveInfo, RQXGetSlaveInfo(table, nullptr, numbers)),
+        QXE_CASE(BackSet, RQXPutJoinSetToParent(table, 0, 0, numbers, nullptr)),
+        QXE_CASE(ReturnedSet, RQXReturnSet2SlaveTable(table, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
     Filters, MissingPointerTest,
     testing::Values(QXE_CASE(IdList, RQXGetFilterIDList(table, nullptr)),
                     QXE_CASE(Name, RQXGetFilterName(table, 1, nullptr)),
