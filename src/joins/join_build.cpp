@@ -20,6 +20,10 @@ int mpp_countup_step1(void* block) {
   return run_pool_step(block);
 }
 
+int mpp_join_cutunuse(void* block) {
+  return run_pool_step(block);
+}
+
 int mpp_join_setup_aggr(void* block) {
   return run_pool_step(block);
 }
@@ -62,13 +66,12 @@ void note_rows(const RowList& rows, const int* pv, Slice slice, Counter* counter
   }
 }
 
-/// By value number: how many rows have the value, or with flags whether one has.
+/// Each worker notes its rows in counters of its own, which are then added up.
 template <class Counter>
-Block<Counter> note_values(const TSetArray& set, const KeyNumbers& key) {
+Block<Counter> note_values(const RowList& rows, const KeyNumbers& key) {
   constexpr TaskId kTask = std::is_same_v<Counter, Flag> ? QX_MPP_FLAG_SET : QX_MPP_COUNTUP_STEP1;
-  const RowList rows(set);
   const long values = key.values;
-  // Each worker has counters of its own, so they should be fewer than its rows.
+  // Counters should be fewer than rows.
   const int workers = std::min(compile_workers(rows.count, true),
                                static_cast<int>(std::max(rows.count / values, 1L)));
   Block<Counter> counters = make_block<Counter>(workers * values);
@@ -84,78 +87,20 @@ Block<Counter> note_values(const TSetArray& set, const KeyNumbers& key) {
   return counters;
 }
 
-/// By key number: whether a row has it.
-template <class Counter>
-Block<Flag> keys_of(const Block<Counter>& counters, const KeyNumbers& key, int size) {
-  Block<Flag> present = make_cleared_block<Flag>(size);
-  for (int v = 0; v < key.values; ++v) present[key.of_value(v)] = counters[v] != 0;
-  return present;
-}
-
-// Rows with and without partner
-
-/// By value number: whether the key is one of the other side's, or with `wanted` 0 whether not.
-Block<Flag> partner_flags(const KeyNumbers& key, const Block<Flag>& other_keys, Flag wanted) {
-  Block<Flag> flags = make_block<Flag>(key.values);
-  for (int v = 0; v < key.values; ++v) flags[v] = other_keys[key.of_value(v)] == wanted;
-  return flags;
-}
-
-/// Whether a row's key is none of the other side's.
-template <class Counter>
-bool any_without_partner(const Block<Counter>& counters, const KeyNumbers& key,
-                         const Block<Flag>& other_keys) {
-  for (int v = 0; v < key.values; ++v) {
-    if (counters[v] != 0 && other_keys[key.of_value(v)] == 0) return true;
-  }
-  return false;
-}
-
-std::unique_ptr<TSetArray> rows_with(const TSetArray& rows, const KeyNumbers& key,
-                                     const Block<Flag>& flags) {
-  auto found = MoveRecsForScan(rows, key.pv, TableTest{flags.get(), key.values});
-  found->SetSetName(rows.GetSetName());
-  return found;
-}
-
-/// Drops the rows that find no partner from a side and its counts; returns them.
-template <class Counter>
-std::unique_ptr<TSetArray> CutUnUsedJoinRec(SideRows& side, const KeyNumbers& key,
-                                            Block<Counter>& counters,
-                                            const Block<Flag>& other_keys) {
-  if (!any_without_partner(counters, key, other_keys)) return std::make_unique<TSetArray>(0, false);
-  auto unmatched = rows_with(*side.rows, key, partner_flags(key, other_keys, 0));
-  side = SideRows(rows_with(*side.rows, key, partner_flags(key, other_keys, 1)));
-  for (int v = 0; v < key.values; ++v) {
-    if (other_keys[key.of_value(v)] == 0) counters[v] = 0;
-  }
-  return unmatched;
-}
-
-/// The rows of a side that find no partner; they stay in it.
-std::unique_ptr<TSetArray> ExtractUnUsedJoinRec(const SideRows& side, const KeyNumbers& key,
-                                                const Block<int>& counts,
-                                                const Block<Flag>& other_keys) {
-  if (!any_without_partner(counts, key, other_keys)) return std::make_unique<TSetArray>(0, false);
-  return rows_with(*side.rows, key, partner_flags(key, other_keys, 0));
-}
-
-// The driven side
-
 /// Whether the value numbers of the rows ascend.
-bool ascends(const TSetArray& set, const int* pv) {
-  constexpr long kStep = 4096;
-  const RowList rows(set);
+bool ascends(const RowList& rows, const int* pv) {
+  constexpr int kStep = 4096;
   const int workers = compile_workers(rows.count, true);
   std::vector<char> good(static_cast<size_t>(workers), 1);
   run_step(QX_MPP_FLAG_SET, workers, [&](int worker) {
     const Slice slice = even_slice(rows.count, workers, worker);
-    const long first = std::max(slice.begin, 1L);
-    int last = slice.size() > 0 ? pv[rows[static_cast<int>(first - 1)]] : 0;
+    const int end = static_cast<int>(slice.end);
+    int i = std::max(static_cast<int>(slice.begin), 1);
+    int last = slice.size() > 0 ? pv[rows[i - 1]] : 0;
     bool ascending = true;
-    for (long begin = first; begin < slice.end && ascending; begin += kStep) {
-      for (long i = begin; i < std::min(begin + kStep, slice.end); ++i) {
-        const int value = pv[rows[static_cast<int>(i)]];
+    while (i < end && ascending) {
+      for (const int stop = std::min(end - i, kStep) + i; i < stop; ++i) {
+        const int value = pv[rows[i]];
         ascending &= value >= last;
         last = value;
       }
@@ -165,27 +110,180 @@ bool ascends(const TSetArray& set, const int* pv) {
   return std::find(good.begin(), good.end(), 0) == good.end();
 }
 
+/// The driven rows by value.
+struct DrivenValues {
+  Block<int> counts;  // by value number
+  bool in_order;      // the rows stand by value already
+};
+
+/// Rows in the order of their values, so that workers whose shares begin where a value does count
+/// into places of their own.
+Block<int> count_runs(const RowList& rows, const KeyNumbers& key) {
+  Block<int> counts = make_block<int>(key.values);
+  const int workers = compile_workers(rows.count, true);
+  const auto begin_of = [&](int worker) {
+    int i = static_cast<int>(even_slice(rows.count, workers, worker).begin);
+    while (i > 0 && i < rows.count && key.pv[rows[i]] == key.pv[rows[i - 1]]) ++i;
+    return i;
+  };
+  const auto first_value = [&](int worker, int begin) {
+    if (worker == 0) return 0;
+    return begin < rows.count ? key.pv[rows[begin]] : key.values;
+  };
+  run_step(QX_MPP_COUNTUP_STEP1, workers, [&](int worker) {
+    const bool last = worker == workers - 1;
+    const int begin = begin_of(worker);
+    const int end = last ? rows.count : begin_of(worker + 1);
+    const int from = first_value(worker, begin);
+    const int to = last ? key.values : first_value(worker + 1, end);
+    std::fill(counts.get() + from, counts.get() + to, 0);
+    note_rows(rows, key.pv, {begin, end}, counts.get());
+  });
+  return counts;
+}
+
+DrivenValues driven_values(const SideRows& driven, const KeyNumbers& key) {
+  const RowList rows(*driven.rows);
+  const bool in_order = ascends(rows, key.pv);
+  return {in_order ? count_runs(rows, key) : note_values<int>(rows, key), in_order};
+}
+
+// Keys of both sides
+
+/// What the values of one side are worth on the other.
+struct KeyMatch {
+  Block<Flag> driving_hits;           // by driving value number: driven rows have its key
+  Block<Flag> driven_hits;            // by driven value number: driving rows have its key
+  bool driving_lost = false;          // a driving row finds no partner
+  bool driven_lost = false;           // nor does a driven one
+  Block<int> partners;                // by driving value number: driven rows with its key
+  std::unique_ptr<TSetArray> starts;  // by key number: where its driven rows begin; and their end
+  int most = 0;                       // partners of one row
+};
+
+/// Value numbers of one side on a walk through the key numbers.
+struct KeyCursor {
+  KeyCursor(const KeyNumbers& key, int first_key)
+      : map(key.map), end(key.values), value(first_key) {
+    if (map != nullptr) value = static_cast<int>(std::lower_bound(map, map + end, first_key) - map);
+  }
+  /// Whether the side has a value with the key that comes next.
+  bool has(int number) const { return map == nullptr || (value < end && map[value] == number); }
+
+  const int* map;
+  int end;
+  int value;
+};
+
+/// Rows of both sides by value number, and the key numbers of the values.
+template <class Counter>
+struct SideValues {
+  const Counter* driving;
+  const KeyNumbers& driving_key;
+  const int* driven;
+  const KeyNumbers& driven_key;
+};
+
+/// Part of a match: key numbers of a slice.
+struct MatchPart {
+  int pairs = 0;  // driven rows with partners
+  int most = 0;
+  bool driving_lost = false;
+  bool driven_lost = false;
+};
+
+template <class Counter>
+MatchPart match_slice(const SideValues<Counter>& sides, Slice keys, KeyMatch& match, int* starts) {
+  MatchPart part;
+  KeyCursor driving(sides.driving_key, static_cast<int>(keys.begin));
+  KeyCursor driven(sides.driven_key, static_cast<int>(keys.begin));
+  for (int number = static_cast<int>(keys.begin); number < keys.end; ++number) {
+    const bool in_driving = driving.has(number);
+    const bool in_driven = driven.has(number);
+    const bool drives = in_driving && sides.driving[driving.value] != 0;
+    const int count = in_driven ? sides.driven[driven.value] : 0;
+    if (in_driving) {
+      match.driving_hits[driving.value] = count != 0;
+      match.partners[driving.value++] = count;
+    }
+    if (in_driven) match.driven_hits[driven.value++] = drives;
+    part.driving_lost |= drives && count == 0;
+    part.driven_lost |= !drives && count != 0;
+    starts[number] = part.pairs;
+    part.pairs += drives ? count : 0;
+    part.most = std::max(part.most, drives ? count : 0);
+  }
+  return part;
+}
+
+template <class Counter>
+KeyMatch match_keys(const SideValues<Counter>& sides, int size) {
+  KeyMatch match;
+  match.driving_hits = make_block<Flag>(sides.driving_key.values);
+  match.driven_hits = make_block<Flag>(sides.driven_key.values);
+  match.partners = make_block<int>(sides.driving_key.values);
+  match.starts = std::make_unique<TSetArray>(size + 1, false);
+  int* const starts = match.starts->PIntAr();
+  const int workers = compile_workers(size, true);
+  std::vector<MatchPart> parts(static_cast<size_t>(workers));
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const Slice keys = even_slice(size, workers, worker);
+    parts[static_cast<size_t>(worker)] = match_slice(sides, keys, match, starts);
+  });
+  int total = 0;
+  for (MatchPart& part : parts) {
+    part.pairs = std::exchange(total, total + part.pairs);
+    match.most = std::max(match.most, part.most);
+    match.driving_lost |= part.driving_lost;
+    match.driven_lost |= part.driven_lost;
+  }
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const int before = parts[static_cast<size_t>(worker)].pairs;
+    const Slice keys = even_slice(size, workers, worker);
+    if (before == 0) return;
+    for (long k = keys.begin; k < keys.end; ++k) starts[k] += before;
+  });
+  starts[size] = total;
+  return match;
+}
+
+// Rows with and without partner
+
+/// The rows whose value is marked with `wanted`.
+std::unique_ptr<TSetArray> rows_with(const TSetArray& rows, const KeyNumbers& key,
+                                     const Block<Flag>& flags, Flag wanted) {
+  Block<Flag> inverted;
+  if (wanted == 0) {
+    inverted = make_block<Flag>(key.values);
+    for (int v = 0; v < key.values; ++v) inverted[v] = flags[v] ^ 1;
+  }
+  const Flag* const hits = wanted == 0 ? inverted.get() : flags.get();
+  auto found = MoveRecsForScan(rows, key.pv, TableTest{hits, key.values});
+  found->SetSetName(rows.GetSetName());
+  return found;
+}
+
+/// The rows of a side that find no partner, if there are such; they stay in it.
+std::unique_ptr<TSetArray> ExtractUnUsedJoinRec(const SideRows& side, const KeyNumbers& key,
+                                                const Block<Flag>& hits, bool lost) {
+  return lost ? rows_with(*side.rows, key, hits, 0) : std::make_unique<TSetArray>(0, false);
+}
+
+/// The same, but they leave the side.
+std::unique_ptr<TSetArray> CutUnUsedJoinRec(SideRows& side, const KeyNumbers& key,
+                                            const Block<Flag>& hits, bool lost) {
+  auto unmatched = ExtractUnUsedJoinRec(side, key, hits, lost);
+  if (lost) side = SideRows(rows_with(*side.rows, key, hits, 1));
+  return unmatched;
+}
+
 /// The rows in the order of their keys.
-std::unique_ptr<TSetArray> sorted_by_key(SideRows& side, const KeyNumbers& key) {
-  if (ascends(*side.rows, key.pv)) return side.take();
+std::unique_ptr<TSetArray> sorted_by_key(SideRows& side, const KeyNumbers& key, bool in_order) {
+  if (in_order) return side.take();
   auto sorted = set_like(*side.rows);
   MppCountingSort(QX_SORT_ASC, side.rows->FArraySize, std::as_const(*side.rows).PIntAr(),
                   sorted->PIntAr(), key.pv, key.values);
   return sorted;
-}
-
-/// Where each key number begins among rows that are counted by value, and the end.
-std::unique_ptr<TSetArray> run_starts(const Block<int>& counts, const KeyNumbers& key, int size) {
-  auto result = std::make_unique<TSetArray>(size + 1, false);
-  int* const starts = result->PIntAr();
-  int next = 0;
-  int total = 0;
-  for (int v = 0; v < key.values; ++v) {
-    for (const int number = key.of_value(v); next <= number; ++next) starts[next] = total;
-    total += counts[v];
-  }
-  std::fill(starts + next, starts + size + 1, total);
-  return result;
 }
 
 // The driving side
@@ -239,18 +337,11 @@ std::unique_ptr<TSetArray> positions(int count) {
   return result;
 }
 
-DrivingStarts inner_starts(const TSetArray& driving, const KeyNumbers& key,
-                           const Block<Flag>& values, const int* run_starts) {
-  Block<int> partners = make_block<int>(key.values);
-  int most = 0;
-  for (int v = 0; v < key.values; ++v) {
-    const int number = key.of_value(v);
-    partners[v] = run_starts[number + 1] - run_starts[number];
-    if (values[v] != 0) most = std::max(most, partners[v]);
-  }
-  if (most <= 1) return {positions(driving.FArraySize), driving.FArraySize};
+DrivingStarts inner_starts(const TSetArray& driving, const KeyNumbers& key, const KeyMatch& match) {
+  if (match.most <= 1) return {positions(driving.FArraySize), driving.FArraySize};
   auto index = std::make_unique<TSetArray>(driving.FArraySize, false);
-  const long rows = MppSetupMainN(RowList(driving), key.pv, partners.get(), 0, index->PIntAr());
+  const long rows =
+      MppSetupMainN(RowList(driving), key.pv, match.partners.get(), 0, index->PIntAr());
   return {std::move(index), checked_row_count(rows)};
 }
 
@@ -261,99 +352,100 @@ JoinSet MakeInnerJoin(JoinSource source, const JoinKey& key) {
   set.direction = source.direction;
   const int master = set.direction;
   const int slave = set.driven();
+  const KeyNumbers& driving_key = key.side(master);
+  const KeyNumbers& driven_key = key.side(slave);
   SideRows& driving = source.sides[master];
   SideRows& driven = source.sides[slave];
-  Block<Flag> driving_values = note_values<Flag>(*driving.rows, key.side(master));
-  Block<int> driven_counts = note_values<int>(*driven.rows, key.side(slave));
-  const Block<Flag> driving_keys = keys_of(driving_values, key.side(master), key.size());
-  const Block<Flag> driven_keys = keys_of(driven_counts, key.side(slave), key.size());
-  set.unmatched[master] = CutUnUsedJoinRec(driving, key.side(master), driving_values, driven_keys);
-  set.unmatched[slave] = CutUnUsedJoinRec(driven, key.side(slave), driven_counts, driving_keys);
-  set.index[slave] = run_starts(driven_counts, key.side(slave), key.size());
-  DrivingStarts starts = inner_starts(*driving.rows, key.side(master), driving_values,
-                                      std::as_const(*set.index[slave]).PIntAr());
+  const Block<Flag> driving_values = note_values<Flag>(RowList(*driving.rows), driving_key);
+  const DrivenValues values = driven_values(driven, driven_key);
+  KeyMatch match = match_keys<Flag>(
+      {driving_values.get(), driving_key, values.counts.get(), driven_key}, key.size());
+  set.unmatched[master] =
+      CutUnUsedJoinRec(driving, driving_key, match.driving_hits, match.driving_lost);
+  set.unmatched[slave] = CutUnUsedJoinRec(driven, driven_key, match.driven_hits, match.driven_lost);
+  DrivingStarts starts = inner_starts(*driving.rows, driving_key, match);
   set.row_count = starts.row_count;
   set.index[master] = std::move(starts.index);
-  set.rows[slave] = sorted_by_key(driven, key.side(slave));
+  set.index[slave] = std::move(match.starts);
+  set.rows[slave] = sorted_by_key(driven, driven_key, values.in_order);
   set.rows[master] = driving.take();
   return set;
 }
 
 namespace {
 
-/// Drops the rows with key number 0.
-void drop_null_keys(SideRows& side, const KeyNumbers& key, Block<int>& counts) {
-  if (counts[0] == 0) return;
-  auto kept = MoveRecsForScan(*side.rows, key.pv, RangeTest{{1, key.values}, {}});
-  kept->SetSetName(side.rows->GetSetName());
-  side = SideRows(std::move(kept));
-  counts[0] = 0;
-}
+/// One side of an outer join.
+struct OuterSide {
+  OuterSide(SideRows& side, const KeyNumbers& numbers)
+      : rows(side), key(numbers), counts(note_values<int>(RowList(*side.rows), numbers)) {}
 
-/// The driven rows of an outer join as they are put in order.
-struct OuterRuns {
-  std::unique_ptr<TSetArray> misses;  // rows without partner
-  Block<int> slots;                   // places of each key number; those without partner have 0
+  /// Drops the rows with key number 0.
+  void drop_null_keys() {
+    if (counts[0] == 0) return;
+    auto kept = MoveRecsForScan(*rows.rows, key.pv, RangeTest{{1, key.values}, {}});
+    kept->SetSetName(rows.rows->GetSetName());
+    rows = SideRows(std::move(kept));
+    counts[0] = 0;
+  }
+
+  SideRows& rows;
+  const KeyNumbers& key;
+  Block<int> counts;  // by value number
+  Block<Flag> hits;   // by value number: the other side has the key
 };
 
-OuterRuns outer_runs(const SideRows& driven, const KeyNumbers& key, const Block<int>& driven_counts,
-                     const Block<Flag>& driving_keys, const KeyNumbers& driving_key,
-                     const Block<int>& driving_counts, int size) {
-  OuterRuns runs{rows_with(*driven.rows, key, partner_flags(key, driving_keys, 0)),
-                 make_cleared_block<int>(size)};
-  // A driving row without partner takes a place of its own.
-  for (int v = 0; v < driving_key.values; ++v) {
-    runs.slots[driving_key.of_value(v)] = driving_counts[v];
+/// Places of each key number among the driven rows: one for each of them, or for each driving row
+/// that has no partner. The first are those of the driven rows without partner.
+Block<int> outer_slots(const OuterSide& driving, const OuterSide& driven, int misses, int size) {
+  Block<int> slots = make_cleared_block<int>(size);
+  for (int v = 0; v < driving.key.values; ++v) {
+    if (driving.hits[v] == 0) slots[driving.key.of_value(v)] = driving.counts[v];
   }
-  for (int v = 0; v < key.values; ++v) {
-    const int number = key.of_value(v);
-    if (driving_keys[number] != 0 && driven_counts[v] > 0) runs.slots[number] = driven_counts[v];
+  for (int v = 0; v < driven.key.values; ++v) {
+    const bool pairs = driven.hits[v] != 0 && driven.counts[v] > 0;
+    if (pairs) slots[driven.key.of_value(v)] = driven.counts[v];
   }
-  runs.slots[0] = runs.misses->FArraySize;
-  return runs;
-}
-
-/// Misses first, then key by key the partners, or row 0 for each driving row without one.
-std::unique_ptr<TSetArray> outer_driven_rows(SideRows& driven, const KeyNumbers& key,
-                                             const Block<int>& counts, const OuterRuns& runs,
-                                             const Block<Flag>& driving_keys, const int* starts,
-                                             int size) {
-  auto result = std::make_unique<TSetArray>(size, true);
-  take_attributes(*driven.rows, *result);
-  int* const out = result->PIntAr();
-  std::copy_n(std::as_const(*runs.misses).PIntAr(), runs.misses->FArraySize, out);
-  driven = SideRows(rows_with(*driven.rows, key, partner_flags(key, driving_keys, 1)));
-  const auto hits = sorted_by_key(driven, key);
-  const int* next = std::as_const(*hits).PIntAr();
-  for (int v = 0; v < key.values; ++v) {
-    const int number = key.of_value(v);
-    if (counts[v] == 0 || driving_keys[number] == 0) continue;
-    std::copy_n(next, counts[v], out + starts[number]);
-    next += counts[v];
-  }
-  return result;
+  slots[0] = misses;
+  return slots;
 }
 
 /// Row 0 for the misses, then the driving rows; and where each begins.
-void set_outer_driving(const SideRows& driving, const KeyNumbers& key, const OuterRuns& runs,
-                       const Block<Flag>& driven_keys, JoinSet& set) {
-  Block<int> partners = make_block<int>(key.values);
-  for (int v = 0; v < key.values; ++v) {
-    const int number = key.of_value(v);
-    partners[v] = driven_keys[number] != 0 ? runs.slots[number] : 1;
+void set_outer_driving(const OuterSide& driving, const Block<int>& slots, JoinSet& set) {
+  Block<int> partners = make_block<int>(driving.key.values);
+  for (int v = 0; v < driving.key.values; ++v) {
+    partners[v] = driving.hits[v] != 0 ? slots[driving.key.of_value(v)] : 1;
   }
-  const int misses = runs.misses->FArraySize;
-  const int placeholder = misses > 0 ? 1 : 0;
-  const int count = driving.rows->FArraySize;
+  const TSetArray& source = *driving.rows.rows;
+  const int placeholder = slots[0] > 0 ? 1 : 0;
+  const int count = source.FArraySize;
   auto rows = std::make_unique<TSetArray>(count + placeholder, false);
   auto index = std::make_unique<TSetArray>(count + placeholder, false);
   if (placeholder != 0) rows->PIntAr()[0] = index->PIntAr()[0] = 0;
-  take_attributes(*driving.rows, *rows);
-  std::copy_n(std::as_const(*driving.rows).PIntAr(), count, rows->PIntAr() + placeholder);
-  set.row_count = checked_row_count(MppSetupMainN(RowList(*driving.rows), key.pv, partners.get(),
-                                                  misses, index->PIntAr() + placeholder));
+  take_attributes(source, *rows);
+  std::copy_n(source.PIntAr(), count, rows->PIntAr() + placeholder);
+  set.row_count = checked_row_count(MppSetupMainN(RowList(source), driving.key.pv, partners.get(),
+                                                  slots[0], index->PIntAr() + placeholder));
   set.rows[set.direction] = std::move(rows);
   set.index[set.direction] = std::move(index);
+}
+
+/// Misses first, then key by key the partners, or row 0 in the places of driving rows without one.
+std::unique_ptr<TSetArray> outer_driven_rows(OuterSide& driven, const TSetArray& misses,
+                                             const int* starts, int size) {
+  auto result = std::make_unique<TSetArray>(size, true);
+  take_attributes(*driven.rows.rows, *result);
+  int* const out = result->PIntAr();
+  std::copy_n(misses.PIntAr(), misses.FArraySize, out);
+  driven.rows = SideRows(rows_with(*driven.rows.rows, driven.key, driven.hits, 1));
+  const bool in_order = ascends(RowList(*driven.rows.rows), driven.key.pv);
+  const auto hits = sorted_by_key(driven.rows, driven.key, in_order);
+  const int* next = std::as_const(*hits).PIntAr();
+  for (int v = 0; v < driven.key.values; ++v) {
+    if (driven.counts[v] == 0 || driven.hits[v] == 0) continue;
+    std::copy_n(next, driven.counts[v], out + starts[driven.key.of_value(v)]);
+    next += driven.counts[v];
+  }
+  return result;
 }
 
 }  // namespace
@@ -363,29 +455,26 @@ JoinSet MakeOuterJoin(JoinSource source, const JoinKey& key) {
   set.direction = source.direction;
   const int master = set.direction;
   const int slave = set.driven();
-  SideRows& driving = source.sides[master];
-  SideRows& driven = source.sides[slave];
-  const KeyNumbers& driving_key = key.side(master);
-  const KeyNumbers& driven_key = key.side(slave);
-  Block<int> driving_counts = note_values<int>(*driving.rows, driving_key);
-  Block<int> driven_counts = note_values<int>(*driven.rows, driven_key);
-  const Block<Flag> driving_keys = keys_of(driving_counts, driving_key, key.size());
-  const Block<Flag> driven_keys = keys_of(driven_counts, driven_key, key.size());
-  set.unmatched[master] = ExtractUnUsedJoinRec(driving, driving_key, driving_counts, driven_keys);
-  set.unmatched[slave] = ExtractUnUsedJoinRec(driven, driven_key, driven_counts, driving_keys);
-  drop_null_keys(driving, driving_key, driving_counts);
-  drop_null_keys(driven, driven_key, driven_counts);
+  OuterSide driving(source.sides[master], key.side(master));
+  OuterSide driven(source.sides[slave], key.side(slave));
+  KeyMatch match = match_keys<int>(
+      {driving.counts.get(), driving.key, driven.counts.get(), driven.key}, key.size());
+  driving.hits = std::move(match.driving_hits);
+  driven.hits = std::move(match.driven_hits);
+  set.unmatched[master] =
+      ExtractUnUsedJoinRec(driving.rows, driving.key, driving.hits, match.driving_lost);
+  set.unmatched[slave] =
+      ExtractUnUsedJoinRec(driven.rows, driven.key, driven.hits, match.driven_lost);
+  driving.drop_null_keys();
+  driven.drop_null_keys();
 
-  const OuterRuns runs = outer_runs(driven, driven_key, driven_counts, driving_keys, driving_key,
-                                    driving_counts, key.size());
-  set_outer_driving(driving, driving_key, runs, driven_keys, set);
-  auto starts = std::make_unique<TSetArray>(key.size() + 1, false);
-  int* const start_of = starts->PIntAr();
-  start_of[0] = 0;
-  std::partial_sum(runs.slots.get(), runs.slots.get() + key.size(), start_of + 1);
-  set.rows[slave] = outer_driven_rows(driven, driven_key, driven_counts, runs, driving_keys,
-                                      start_of, start_of[key.size()]);
-  set.index[slave] = std::move(starts);
+  const auto misses = rows_with(*driven.rows.rows, driven.key, driven.hits, 0);
+  const Block<int> slots = outer_slots(driving, driven, misses->FArraySize, key.size());
+  set_outer_driving(driving, slots, set);
+  int* const starts = match.starts->PIntAr();
+  std::partial_sum(slots.get(), slots.get() + key.size(), starts + 1);
+  set.rows[slave] = outer_driven_rows(driven, *misses, starts, starts[key.size()]);
+  set.index[slave] = std::move(match.starts);
   return set;
 }
 

@@ -39,7 +39,7 @@
   task(QX_MPP_TXT_PARSE, "Parallel Text Parser", mpp_text_parser) \
   task(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique", mpp_extract_unique) \
   task(QX_MPP_FLAG_SET, "Parallel Flag  setting", mpp_flag_set) \
-  unused(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting") \
+  task(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting", mpp_join_cutunuse) \
   task(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable", mpp_condense_realtable) \
   task(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable", mpp_duplicate_realtable) \
   task(QX_MPP_MEMCPY, "Parallel Memcpy", mpp_memcpy) \

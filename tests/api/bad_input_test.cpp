@@ -92,6 +92,33 @@ INSTANTIATE_TEST_SUITE_P(Sets, MissingPointerTest,
                          case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
+    Joins, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(MasterKeys, RQXAddJoinTable(buffer, 0, table, -1, nullptr, table, -1, keys)),
+        QXE_CASE(SlaveKeys, QXAddJoinTable(buffer, 0, table, -1, keys, table, -1, nullptr)),
+        QXE_CASE(InfoName, RQXGetJoinInfo(table, nullptr, numbers, numbers, numbers, numbers,
+                                          numbers, numbers)),
+        QXE_CASE(InfoKeys, QXGetJoinInfoEx(table, buffer, numbers, numbers, numbers, numbers,
+                                           numbers, numbers, numbers, nullptr)),
+        QXE_CASE(InfoOuter,
+                 RQXGetJoinInfoR1(table, numbers, numbers, numbers, numbers, nullptr, numbers)),
+        QXE_CASE(Parents, RQXGetJoinSrcTblIDs(table, numbers, nullptr)),
+        QXE_CASE(Source, RQXGetJoinSrcTblInfo(table, 1, nullptr, numbers, numbers)),
+        QXE_CASE(KeyInfo, RQXGetJoinKeyInfo(table, 0, nullptr)),
+        QXE_CASE(KeyBody, RQXGetJoinKeyBody(table, 0, nullptr)),
+        QXE_CASE(Key, QXGetJoinKey(table, 0, nullptr)),
+        QXE_CASE(SlaveRows, RQXGetJoinSlaveSet(table, 1, numbers, 10, nullptr)),
+        QXE_CASE(PlainSlaveRows, QXGetJoinSlaveSet(table, 1, nullptr)),
+        QXE_CASE(Index,
+                 RQXGetJoinProjectionSets(table, 1, numbers, 10, nullptr, numbers, 0, nullptr)),
+        QXE_CASE(PlainIndex,
+                 QXGetJoinProjectionSets(table, 1, numbers, &address, nullptr, &address)),
+        QXE_CASE(SlaveInfo, RQXGetSlaveInfo(table, nullptr, numbers)),
+        QXE_CASE(BackSet, RQXPutJoinSetToParent(table, 0, 0, numbers, nullptr)),
+        QXE_CASE(ReturnedSet, RQXReturnSet2SlaveTable(table, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
     Filters, MissingPointerTest,
     testing::Values(QXE_CASE(IdList, RQXGetFilterIDList(table, nullptr)),
                     QXE_CASE(Name, RQXGetFilterName(table, 1, nullptr)),
@@ -218,6 +245,25 @@ INSTANTIATE_TEST_SUITE_P(
                     QXE_CASE(DetailText, RQXGetDetailValueStr(1, 0, 0, 0, 1, n, nullptr))),
     case_name<PointerCase>);
 
+int chain_sets[2][QX_MAX_CHAIN];
+_TColumnBuf* blocks = nullptr;
+
+INSTANTIATE_TEST_SUITE_P(
+    JoinExits, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(Chain, RQXRealizeJoinChain(buffer, nullptr, n, chain_sets)),
+        QXE_CASE(ChainTables, RQXRealizeJoinChain(buffer, keys, nullptr, chain_sets)),
+        QXE_CASE(PlainChainSets, QXRealizeJoinChain(buffer, keys, n, nullptr)),
+        QXE_CASE(ChainFilters, RQXRealizeJoinChainEx(buffer, keys, 1, nullptr, n, chain_sets)),
+        QXE_CASE(PlainChainFilters, QXRealizeJoinChainEx(buffer, keys, 1, nullptr, n, chain_sets)),
+        QXE_CASE(TreeFilters, RQXQualifyTree(table, 0, table, nullptr, 0)),
+        QXE_CASE(PlainTreeFilters, QXQualifyTree(table, 0, table, nullptr, 0)),
+        QXE_CASE(BlockFilters, QXJBAOpen2(0, table, 1, nullptr)),
+        QXE_CASE(BlockNumber, QXJBARead(0, nullptr, n, n, n, n, &address, n, &blocks)),
+        QXE_CASE(BlockColumns, QXJBARead(0, n, n, n, n, n, &address, n, nullptr)),
+        QXE_CASE(BlockSize, QXJBAStatus(0, nullptr))),
+    case_name<PointerCase>);
+
 #undef QXE_CASE
 
 using PointerTest = EngineTest;
@@ -296,48 +342,60 @@ int export_file(int table, const char* dir, const char* file) {
 INSTANTIATE_TEST_SUITE_P(
     Names, LongNameTest,
     testing::Values(
-        NameCase{"AddTable", [](int, const char* name) { return RQXAddRealTable(name, 1); },
+        NameCase{"AddTable", [](int, const char* name) {
+  return RQXAddRealTable(name, 1); },
                  QX_ERROR_TABLE_NAME},
         NameCase{"SetTable",
-                 [](int table, const char* name) { return RQXSetTableName(table, name); },
+                 [](int table, const char* name) {
+  return RQXSetTableName(table, name); },
                  QX_ERROR_TABLE_NAME},
-        NameCase{"GenTable", [](int, const char* name) { return RQXGenTableName(name, buffer); },
+        NameCase{"GenTable", [](int, const char* name) {
+  return RQXGenTableName(name, buffer); },
                  QX_ERROR_TABLE_NAME},
         NameCase{"DuplicateTable",
-                 [](int table, const char* name) { return RQXDuplicateRealTable(name, table); },
+                 [](int table, const char* name) {
+  return RQXDuplicateRealTable(name, table); },
                  QX_ERROR_TABLE_NAME},
         NameCase{"ExtractTable",
                  [](int table, const char* name) {
-                   return RQXExtractRealTable(name, table, 1, nullptr);
+  return RQXExtractRealTable(name, table, 1, nullptr);
                  },
                  QX_ERROR_TABLE_NAME},
         NameCase{"CombineTables", combine_tables, QX_ERROR_TABLE_NAME},
         NameCase{"CombineTableList", combine_table_list, QX_ERROR_CHAIN_NAME},
-        NameCase{"FindTable", [](int, const char* name) { return RQXGetTableIDFromName(name); },
+        NameCase{"FindTable", [](int, const char* name) {
+  return RQXGetTableIDFromName(name); },
                  QX_ERROR_NO_TABLE, QX_ERROR_NO_TABLE},
         NameCase{"AddFilter", add_column, QX_ERROR_FILTER_NAME},
         NameCase{"AddDecimals", add_decimal, QX_ERROR_FILTER_NAME},
         NameCase{"SetFilter",
-                 [](int table, const char* name) { return RQXSetFilterName(table, 1, name); },
+                 [](int table, const char* name) {
+  return RQXSetFilterName(table, 1, name); },
                  QX_ERROR_FILTER_NAME},
         NameCase{"FindFilter",
-                 [](int table, const char* name) { return RQXGetFilterIDFromName(table, name); },
+                 [](int table, const char* name) {
+  return RQXGetFilterIDFromName(table, name); },
                  QX_ERROR_NO_FILTER, QX_ERROR_NO_FILTER},
         NameCase{"SetSet",
-                 [](int table, const char* name) { return RQXSetSetName(table, 1, name); }, 0},
+                 [](int table, const char* name) {
+  return RQXSetSetName(table, 1, name); }, 0},
         NameCase{"CharCode",
-                 [](int, const char* name) { return RQXSetDBCharCode(const_cast<char*>(name)); },
+                 [](int, const char* name) {
+  return RQXSetDBCharCode(const_cast<char*>(name)); },
                  QX_ERROR_CHAR_CODE, QX_ERROR_CHAR_CODE},
-        NameCase{"LogFile", [](int, const char* name) { return RQXLogInit(3, name); }, 0},
+        NameCase{"LogFile", [](int, const char* name) {
+  return RQXLogInit(3, name); }, 0},
         NameCase{"MessageFile",
                  [](int, const char* name) {
-                   Log_message(name, "%s", "text");
-                   return 0;
+  Log_message(name, "%s", "text");
+  return 0;
                  },
                  0},
-        NameCase{"Number", [](int, const char* name) { return QXStrToInt(name, numbers); },
+        NameCase{"Number", [](int, const char* name) {
+  return QXStrToInt(name, numbers); },
                  QX_ERROR_PARAMETER, QX_ERROR_PARAMETER},
-        NameCase{"Time", [](int, const char* name) { return RQXStrToTime(name, &real); },
+        NameCase{"Time", [](int, const char* name) {
+  return RQXStrToTime(name, &real); },
                  QX_ERROR_PARAMETER, QX_ERROR_PARAMETER}),
     case_name<NameCase>);
 
@@ -345,39 +403,45 @@ INSTANTIATE_TEST_SUITE_P(
     Files, LongNameTest,
     testing::Values(
         NameCase{"ImportTable",
-                 [](int, const char* name) { return import_file("", "c.cat", "d.csv", name); },
+                 [](int, const char* name) {
+  return import_file("", "c.cat", "d.csv", name); },
                  QX_ERROR_TABLE_NAME},
         NameCase{"ImportDirectory",
-                 [](int, const char* name) { return import_file(name, "c.cat", "d.csv", "x"); },
+                 [](int, const char* name) {
+  return import_file(name, "c.cat", "d.csv", "x"); },
                  QX_ERROR_FILE, QX_ERROR_FILE},
         NameCase{"Catalog",
-                 [](int, const char* name) { return import_file("", name, "d.csv", "x"); },
+                 [](int, const char* name) {
+  return import_file("", name, "d.csv", "x"); },
                  QX_ERROR_FILE, QX_ERROR_FILE},
-        NameCase{"Data", [](int, const char* name) { return import_file("", "c.cat", name, "x"); },
+        NameCase{"Data", [](int, const char* name) {
+  return import_file("", "c.cat", name, "x"); },
                  QX_ERROR_FILE, QX_ERROR_FILE},
         NameCase{"ColumnFile",
                  [](int table, const char* name) {
-                   return RQXAddRealFilter2(table, 0, "x", 2, 3, nullptr, "", name);
+  return RQXAddRealFilter2(table, 0, "x", 2, 3, nullptr, "", name);
                  },
                  QX_ERROR_FILE, QX_ERROR_FILE},
         NameCase{"AppendedFile",
                  [](int table, const char* name) {
-                   return RQXAppendRealFilter2(table, 1, 2, -1, 3, "", name);
+  return RQXAppendRealFilter2(table, 1, 2, -1, 3, "", name);
                  },
                  QX_ERROR_FILE, QX_ERROR_FILE},
         NameCase{"ValuesFile",
                  [](int table, const char* name) {
-                   return RQXSearchByFieldNValuesFromCSV(table, 1, 1, "", name);
+  return RQXSearchByFieldNValuesFromCSV(table, 1, 1, "", name);
                  },
                  QX_ERROR_FILE, QX_ERROR_FILE},
-        NameCase{"Export", [](int table, const char* name) { return export_file(table, "", name); },
+        NameCase{"Export", [](int table, const char* name) {
+  return export_file(table, "", name); },
                  QX_ERROR_FILE},
         NameCase{"ExportDirectory",
-                 [](int table, const char* name) { return export_file(table, name, "x.csv"); },
+                 [](int table, const char* name) {
+  return export_file(table, name, "x.csv"); },
                  QX_ERROR_PATH, QX_ERROR_PATH},
         NameCase{"Format",
                  [](int table, const char* name) {
-                   return RQXExportAsCSVwithF(table, 1, kFilters, -1, -1, "", "x.csv", '/', name);
+  return RQXExportAsCSVwithF(table, 1, kFilters, -1, -1, "", "x.csv", '/', name);
                  },
                  QX_ERROR_FILE, QX_ERROR_FILE}),
     case_name<NameCase>);

@@ -277,7 +277,8 @@ TEST_F(JoinExitTest, ReadersGoOnWithWhatIsThere) {
   const int set = emp_.add_set({4, 3, 2});
   ASSERT_EQ(QXJBAOpen2(0, 1, set, filters), 0);
   EXPECT_EQ(read(0), 1);
-  EXPECT_EQ(RQXAddRealFilter2(1, 0, "first", QX_DT_INTEGER, 0, nullptr, -1), 4);
+  EXPECT_EQ(RQXAddRealFilter2(1, 0, "first", QX_DT_INTEGER, 0, nullptr, nullptr, nullptr),
+            4);
   EXPECT_EQ(read(0), 1);
   EXPECT_EQ(RQXDeleteRealFilter(1, 2), 0);
   drain_ring();
