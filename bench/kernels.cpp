@@ -133,6 +133,17 @@ int first_uses(const std::vector<int>& codes, int values, int threads, int* out)
   });
 }
 
+void pair_rows(const std::vector<int>& codes, const std::vector<int>& row_of, int threads,
+               int* left, int* right) {
+  in_parts(static_cast<long>(codes.size()), threads, [&](long from, long to) {
+    for (long i = from; i < to; ++i) {
+      left[i] = static_cast<int>(i) + 1;
+      right[i] = row_of[static_cast<size_t>(codes[static_cast<size_t>(i)])];
+    }
+    return 0;
+  });
+}
+
 int rows_in(const int* rows, int count, const std::vector<int>& others, bool in, int table_rows,
             int* out) {
   std::vector<char> marks(static_cast<size_t>(table_rows) + 1);

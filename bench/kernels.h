@@ -35,6 +35,11 @@ int first_uses(const std::vector<int>& codes, int values, int threads, int* out)
 int rows_in(const int* rows, int count, const std::vector<int>& others, bool in, int table_rows,
             int* out);
 
+/// For each row the row of another table that has its code, `row_of` by code: pairs in `left` and
+/// `right`, rows from 1.
+void pair_rows(const std::vector<int>& codes, const std::vector<int>& row_of, int threads,
+               int* left, int* right);
+
 /// Sum of the values of `count` pseudo-random rows: a code, then its value.
 double sum_of_cells(const std::vector<int>& codes, const std::vector<double>& values, int count);
 

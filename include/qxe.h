@@ -476,6 +476,18 @@ enum { QX_SET_AND = 0, QX_SET_OR = 1, QX_SET_ANDNOT = 2 };
 /** Sort directions, and the most keys of one multi-key sort. */
 enum { QX_SORT_ASC = 0, QX_SORT_DESC = 1, QX_MAX_SORT_KEYS = 512 };
 
+/** Sides of a join: the table named as master when it was made, and the one named as slave. */
+enum { QX_JOIN_MASTER = 0, QX_JOIN_SLAVE = 1, QX_MAX_JOIN_KEYS = 32 };
+
+/** Pseudo filter ids of RQXConvertJoinToReal: row numbers in the master and in the slave. */
+enum { QX_FLT_MRECNO = 0xFC00, QX_FLT_SRECNO = 0xF800 };
+
+/** Limits of chains of joins. */
+enum { QX_MAX_CHAIN = 510, QX_MAX_ASSOCIATION = 4 };
+
+/** Readers of blocks: their number, and what QXJBAOpen returns besides status codes. */
+enum { QX_N_JBA = 8, QX_JBA_EMPTY_SET = -9, QX_JBA_BUSY = -10, QX_JBA_BAD_SLOT = -11 };
+
 /** Sum types; masks are unions of them. QX_SUM_AVG stands in output masks only. */
 enum { QX_SUM_COUNT = 1, QX_SUM_MAX = 2, QX_SUM_MIN = 4, QX_SUM_SUM = 8, QX_SUM_AVG = 16 };
 
@@ -573,6 +585,27 @@ typedef struct _QXFileInfo {
   char charCode[32];    /**< "Shift_JIS", whatever the file */
   int version[4];       /**< the file's version words, but version[1] is always 102 */
 } _QXFileInfo;
+
+/** One column of a block; see QXJBARead. */
+typedef struct _TColumnBuf {
+  unsigned char driving; /**< 1 the driving side, 0 the driven side */
+  unsigned char type;    /**< data type */
+  int filterId;
+  int count;     /**< values: 1 of the driving side, else as many as there are driven rows */
+  void** values; /**< pointers to int, double, Numeric, or text that ends with 0 */
+} _TColumnBuf;
+
+/** Called for a row of a block: with its number and positions as QXJBARead tells them, the driving
+ * row, the number of driven rows and the current one, 0 of a real table. The first value of each
+ * column is the row's; of the driven side those of the block's further rows follow. The callback
+ * may call the engine, but what it changes it must not read on by these pointers. Result: 0 goes
+ * on, another one ends the loop; for QXSearchCallBack another one takes the row. */
+typedef int (*QXRowCallBack)(int blockNo, int firstRow, int lastRow, int masterRow, int slaveCount,
+                             int slaveRow, int columnCount, _TColumnBuf* columns);
+
+/** Called with the position of a row in the set, from 1, and its row number, of a join that of the
+ * driving row; else as QXRowCallBack. */
+typedef int (*QXUniqueCallBack)(int position, int row, int columnCount, _TColumnBuf* columns);
 
 /** Tells the name of a category by *name, a text that stays valid until the next call. table, dimNo
  * and filter are the summary's table, the dimension's number from 0 and its filter. Called within
@@ -2245,6 +2278,315 @@ QXE_API int RQXSaveAsCatalogwithFEx(int table, int set, const int* filters, int 
                                     int rowTo, char dateSep, const char* dir, const char* file,
                                     const char* catalogDir, const char* catalogFile,
                                     const char* fmtFile);
+
+/*
+ * Join tables
+ *
+ * A join table shows the pairs of rows of two real tables, its parents, whose key columns have
+ * equal values: side 0 is the parent named as master, side 1 the slave. It takes most calls that
+ * take a table: reads, searches, sorts, set operations, export. It stores neither columns nor
+ * pairs, so it takes little memory and time however many pairs there are.
+ *
+ * Filters have ids of their own, from 1: first those of the master in display order, then those of
+ * the slave. Each has the parent's name, with "_#1" and so on behind it where the join has that
+ * name already. A filter that its parent has no more fails with QX_ERROR_NO_FILTER, an unknown id
+ * with QX_ERROR_NO_JOIN_FILTER.
+ *
+ * Rows of a set are numbered by position and come driving row by driving row: one side drives the
+ * set, and each of its rows, in the set's order, is followed through its partners of the other,
+ * driven side. Side 0 drives until a sort by a filter of side 1; then side 1 drives that set.
+ * Filter 0 reads the position from 1. RQXGetSetSize counts pairs, RQXGetSet lists driving rows.
+ *
+ * Inner joins have matching pairs alone; NULL matches NULL. Outer joins are full outer joins: the
+ * rows of the driven side without partner come first, then those of the driving side, each once if
+ * it has no partner. The missing row is 0, and its values read NULL. Rows whose only key is NULL
+ * are left out. With several key columns NULL matches NULL here too.
+ *
+ * A search looks at one side's rows and joins those it finds with the set's rows of the other side;
+ * in an outer join these all stay. Set operations work side by side: AND of two sets joins the rows
+ * that both have on side 0 with those that both have on side 1; AND NOT and the complement choose
+ * on side 0 alone. Every new set of a join becomes its current set. Searches by wildcard do not
+ * take join tables.
+ *
+ * While a join exists its parents can be neither edited nor deleted, nor can filters of its key be
+ * dropped (QX_ERROR_REFERRED). Filters and sets may come and go; the join does not change.
+ *
+ * Failures of all calls of this part: QX_ERROR_NO_TABLE, QX_ERROR_NOT_JOIN for a real table.
+ */
+
+/** Joins two real tables. name: as in RQXAddRealTable, null or "" gives "jointbl", the date and
+ * time, and "_1". outer: 0 inner join, else full outer join. masterSet, slaveSet: the sets to join,
+ * below 0 the current ones; they are copied. masterKeys, slaveKeys: in, 1 to QX_MAX_JOIN_KEYS
+ * filter ids each, as many and of the same types, ends at the first entry below 1. Dates, times and
+ * floats are one type here; decimals match whatever their scales. Result: the new table's id.
+ * Failures: QX_ERROR_TABLE_COUNT with 10,000 tables, QX_ERROR_GEN_TABLE_NAME for a bad name,
+ * QX_ERROR_FILTER_INDEX for key lists that do not fit each other, QX_ERROR_NO_MASTER_TABLE and
+ * QX_ERROR_NO_SLAVE_TABLE also for a table that is not real, QX_ERROR_NO_MASTER_KEY and
+ * QX_ERROR_NO_SLAVE_KEY (QX_ERROR_FILTER_INDEX with several keys), QX_ERROR_NO_JOIN_SET and
+ * QX_ERROR_NO_SLAVE_SET, QX_ERROR_JOIN_SIZE for more than 2147483647 pairs. A failure leaves no
+ * table, but its id may be used up. */
+QXE_API int RQXAddJoinTable(char* name, int outer, int masterTable, int masterSet, int* masterKeys,
+                            int slaveTable, int slaveSet, int* slaveKeys);
+
+/** As RQXAddJoinTable. */
+QXE_API int QXAddJoinTable(char* name, int outer, int masterTable, int masterSet, int* masterKeys,
+                           int slaveTable, int slaveSet, int* slaveKeys);
+
+/** Tells what was joined. All out; name: 256 bytes; outer: 0 or 1; nKey: the number of keys. */
+QXE_API int RQXGetJoinInfo(int joinTable, char* name, int* masterTable, int* slaveTable,
+                           int* masterSet, int* slaveSet, int* outer, int* nKey);
+
+/** As RQXGetJoinInfo. */
+QXE_API int QXGetJoinInfo(int joinTable, char* name, int* masterTable, int* slaveTable,
+                          int* masterSet, int* slaveSet, int* outer, int* nKey);
+
+/** RQXGetJoinInfo without the name. */
+QXE_API int RQXGetJoinInfoR1(int joinTable, int* masterTable, int* slaveTable, int* masterSet,
+                             int* slaveSet, int* outer, int* nKey);
+
+/** RQXGetJoinInfo with the keys. masterKeys, slaveKeys: out, QX_MAX_JOIN_KEYS ints each, 0 behind
+ * the last filter id. */
+QXE_API int RQXGetJoinInfoEx(int joinTable, char* name, int* masterTable, int* slaveTable,
+                             int* masterSet, int* slaveSet, int* outer, int* nKey, int* masterKeys,
+                             int* slaveKeys);
+
+/** As RQXGetJoinInfoEx. */
+QXE_API int QXGetJoinInfoEx(int joinTable, char* name, int* masterTable, int* slaveTable,
+                            int* masterSet, int* slaveSet, int* outer, int* nKey, int* masterKeys,
+                            int* slaveKeys);
+
+/** RQXGetJoinInfoEx without the name. */
+QXE_API int RQXGetJoinInfoExR1(int joinTable, int* masterTable, int* slaveTable, int* masterSet,
+                               int* slaveSet, int* outer, int* nKey, int* masterKeys,
+                               int* slaveKeys);
+
+/** Tells the parents. Both out. */
+QXE_API int RQXGetJoinSrcTblIDs(int joinTable, int* masterTable, int* slaveTable);
+
+/** As RQXGetJoinSrcTblIDs. */
+QXE_API int QXGetJoinSrcTblIDs(int joinTable, int* masterTable, int* slaveTable);
+
+/** Tells where a filter of the join comes from. side, srcTable, srcFilter: out. Failures:
+ * QX_ERROR_NO_JOIN_FILTER. */
+QXE_API int RQXGetJoinSrcTblInfo(int joinTable, int joinFilter, int* side, int* srcTable,
+                                 int* srcFilter);
+
+/** As RQXGetJoinSrcTblInfo. */
+QXE_API int QXGetJoinSrcTblInfo(int joinTable, int joinFilter, int* side, int* srcTable,
+                                int* srcFilter);
+
+/** RQXGetFilterInfo for the key of one side, which is no filter of the join: its value list is that
+ * of both sides together, of several columns the numbers of their combinations from 1. The first
+ * call takes the memory of a copy of both key columns. side: QX_JOIN_MASTER or QX_JOIN_SLAVE.
+ * Failures: QX_ERROR_JOIN_SIDE. */
+QXE_API int RQXGetJoinKeyInfo(int joinTable, int side, _TRFilterInfo* out);
+
+/** RQXGetFilterBody for the key of one side; see RQXGetJoinKeyInfo. Rows match when they have the
+ * same value number. */
+QXE_API int RQXGetJoinKeyBody(int joinTable, int side, _TRFilterBody* body);
+
+/** QXGetFilter for the key of one side; see RQXGetJoinKeyInfo. */
+QXE_API int QXGetJoinKey(int joinTable, int side, _TFilterInfo* out);
+
+/** Result: the side that drives a set. Failures: QX_ERROR_NO_SET_ID. */
+QXE_API int RQXGetJoinDir(int joinTable, int set);
+
+/** As RQXGetJoinDir. */
+QXE_API int QXGetJoinDir(int joinTable, int set);
+
+/** Copies the driven rows of a set, which are in the order of their keys; arguments and result as
+ * in RQXGetSet, which copies the driving ones. */
+QXE_API int RQXGetJoinSlaveSet(int joinTable, int set, int* count, int max, int* out);
+
+/** Points at the driven rows of a set. out: out, valid until the set goes. Result: their number.
+ * Failures: QX_ERROR_NO_SET. */
+QXE_API int QXGetJoinSlaveSet(int joinTable, int set, int** out);
+
+/** Copies the two index arrays of a set. Driving: for each driving row the position, from 0, of its
+ * first pair. Driven: for each key number the place, from 0, of its first row among the driven
+ * rows, and behind the last key the number of driven rows. Pair p of driving row i, whose key
+ * number is k, has driven row number driven[k] + p - driving[i]. Counts: out, the sizes of both;
+ * max: elements that each buffer holds. Failures: QX_ERROR_NO_SET, QX_ERROR_PARAMETER for a
+ * negative max. */
+QXE_API int RQXGetJoinProjectionSets(int joinTable, int set, int* drivingCount, int drivingMax,
+                                     int* drivingOut, int* drivenCount, int drivenMax,
+                                     int* drivenOut);
+
+/** The same arrays without copying them, valid until the set goes. All out. */
+QXE_API int QXGetJoinProjectionSets(int joinTable, int set, int* drivingCount, int** driving,
+                                    int* drivenCount, int** driven);
+
+/** Tells the slave table and the set of it that was joined. Both out. */
+QXE_API int RQXGetSlaveInfo(int joinTable, int* slaveTable, int* slaveSet);
+
+/** As RQXGetSlaveInfo. */
+QXE_API int QXGetSlaveInfo(int joinTable, int* slaveTable, int* slaveSet);
+
+/** Adds rows of one side of an inner join, as in its first set, to the parent as a set of its own,
+ * the current one from then on. side: QX_JOIN_MASTER or QX_JOIN_SLAVE. unmatched: 0 the rows that
+ * have a partner, else those that have none. tableId, setId: out, the parent and its new set, -1
+ * after a failure. Result: 0; -1 for an outer join. Failures: QX_ERROR_JOIN_SIDE,
+ * QX_ERROR_SET_COUNT with 9,999 sets in the parent. */
+QXE_API int RQXPutJoinSetToParent(int joinTable, int side, int unmatched, int* tableId, int* setId);
+
+/** As RQXPutJoinSetToParent. */
+QXE_API int QXPutJoinSetToParent(int joinTable, int side, int unmatched, int* tableId, int* setId);
+
+/** Adds to the slave table a set with one row for each distinct key of an inner join's first set:
+ * the first partner of each, in the order of the master's rows. The set becomes the current one.
+ * tableId: out, the slave table. Result: the set's id. Failures: QX_ERROR_NOT_INNER_JOIN,
+ * QX_ERROR_SET_COUNT with 10,000 sets in the slave table. */
+QXE_API int RQXReturnSet2SlaveTable(int joinTable, int* tableId);
+
+/** As RQXReturnSet2SlaveTable. */
+QXE_API int QXReturnSet2SlaveTable(int joinTable, int* tableId);
+
+/** Copies a column of the slave into the master table, as its last filter: each row that the join's
+ * first set has takes the value of its first partner, all others NULL. joinFilter: a filter of the
+ * join, of side 1. Result: the new filter's id. Failures: QX_ERROR_NO_JOIN_FILTER,
+ * QX_ERROR_JOIN_SIDE for a filter of side 0, QX_ERROR_FILTER_COUNT with 512 filters. */
+QXE_API int RQXMoveSlaveFlt2Master(int joinTable, int joinFilter);
+
+/** As RQXMoveSlaveFlt2Master. */
+QXE_API int QXMoveSlaveFlt2Master(int joinTable, int joinFilter);
+
+/*
+ * Ways out of a join: real tables, semi-joins, chains
+ *
+ * Failures of all calls of this part: QX_ERROR_NO_TABLE; QX_ERROR_TABLE_COUNT with 10,000 tables
+ * for those that make one. A failure leaves no table, but its id may be used up.
+ */
+
+/** Makes a real table of the pairs of a join's set, in their order. It has no tie to the join.
+ * name: as in RQXAddRealTable, null or "" gives "createtbl", the date and time, and "_1". set:
+ * below 0 the current one. filters: in, filter ids of the join in the order of the new columns,
+ * ends below 1; null: none. QX_FLT_MRECNO and QX_FLT_SRECNO stand for integer columns "MRecNo" and
+ * "SRecNo" with the row numbers in the master and the slave, 0 for a missing row; withMasterRecNo
+ * and withSlaveRecNo put these columns in front. At most 512 columns. The others have the join's
+ * filter names and the whole value lists of their sources; RQXCondenseRealTable drops what no row
+ * uses. flag: 0, without effect. Result: the new table's id. Failures: also QX_ERROR_NOT_JOIN,
+ * QX_ERROR_NO_JOIN_SET, QX_ERROR_NO_JOIN_FILTER, QX_ERROR_NO_FILTER for a filter its table has no
+ * more, QX_ERROR_FILTER_COUNT, QX_ERROR_TABLE_NAME, QX_ERROR_REALIZE for 2147483647 pairs. */
+QXE_API int RQXConvertJoinToReal(char* name, int table, int set, int withMasterRecNo,
+                                 int withSlaveRecNo, int* filters, int flag);
+
+/** As RQXConvertJoinToReal. */
+QXE_API int QXConvertJoinToReal(char* name, int table, int set, int withMasterRecNo,
+                                int withSlaveRecNo, int* filters, int flag);
+
+/** Adds the rows of a set of a real table whose value occurs in a set of another one, or does not,
+ * as a new set, the current one from then on. Rows keep their order. filter, otherFilter: integer
+ * filters; NULL is a value like others. set, otherSet: below 0 the current ones. out: 0 keeps rows
+ * whose value occurs, else those whose value does not. Result: the new set's id. Failures: also
+ * QX_ERROR_NOT_REAL, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_DATA_TYPE for a filter that is
+ * not of integers, QX_ERROR_SET_COUNT with 10,000 sets. */
+QXE_API int RQXExtractJoinInOut(int table, int set, int filter, int otherTable, int otherSet,
+                                int otherFilter, int out);
+
+/** As RQXExtractJoinInOut. */
+QXE_API int QXExtractJoinInOut(int table, int set, int filter, int otherTable, int otherSet,
+                               int otherFilter, int out);
+
+/** Writes out the hierarchy that a chain of inner joins describes as a real table: a row for each
+ * node, parents before their children, the roots in the order of the first join's master set, with
+ * the integer filters "depth" (1; roots have 0) and "RECNO" (2; the row number of the node in its
+ * level's table). A node's children are its partners in the next join, as its first set pairs them.
+ * A join may stand in the chain more than once. name: in, must not be empty. joinTableIds: in, the
+ * slave of each the master of the next; ends below 1 or at the limit of RQXSetMaxJoinChain, behind
+ * which ids are ignored. tableIds: out, the table of each level, one more than there are joins.
+ * setIds: out, int[2][510]; [0] the master set and [1] the slave set of each join. Result: the new
+ * table's id. Failures: also QX_ERROR_CHAIN_NAME, QX_ERROR_NO_TABLE also for an empty list,
+ * QX_ERROR_NOT_JOIN_SOURCE for a real table, QX_ERROR_NOT_INNER_JOIN, QX_ERROR_NOT_CHAIN,
+ * QX_ERROR_NO_JOIN_SET and QX_ERROR_NO_SLAVE_SET for a joined set that is gone, QX_ERROR_ROW_SIZE
+ * for 2147483647 nodes or more. */
+QXE_API int RQXRealizeJoinChain(char* name, int* joinTableIds, int* tableIds, int (*setIds)[510]);
+
+/** As RQXRealizeJoinChain. */
+QXE_API int QXRealizeJoinChain(char* name, int* joinTableIds, int* tableIds, int (*setIds)[510]);
+
+/** RQXRealizeJoinChain with up to four further integer filters, "data_0" and so on. nAssociation:
+ * their number. filters: in, for each level, one more than there are joins, the integer filters of
+ * its table whose values the nodes take; not read for 0. Failures: also QX_ERROR_NO_FILTER,
+ * QX_ERROR_DATA_TYPE for another type, QX_ERROR_SUMMARY_PARAMETER for nAssociation. */
+QXE_API int RQXRealizeJoinChainEx(char* name, int* joinTableIds, int nAssociation,
+                                  int (*filters)[4], int* tableIds, int (*setIds)[510]);
+
+/** As RQXRealizeJoinChainEx. */
+QXE_API int QXRealizeJoinChainEx(char* name, int* joinTableIds, int nAssociation, int (*filters)[4],
+                                 int* tableIds, int (*setIds)[510]);
+
+/** Adds columns to a tree, as its last filters: for each node the values of a source table in the
+ * row that the node stands for. Filters 1 and 2 of the tree are the depth and the row number.
+ * level: below 0 all nodes but the roots take values. Else those of that depth do, and with mode
+ * not 0 so do the nodes below them, as their ancestor; others read NULL. sourceFilters: in, ends
+ * below 1, at the first id that does not exist, or at the limit of RQXSetMaxJoinChain. Result: 0.
+ * Failures: also QX_ERROR_NOT_REAL, QX_ERROR_NO_FILTER also for a list without a filter,
+ * QX_ERROR_DATA_TYPE for a tree whose first two filters are not of integers, QX_ERROR_FILTER_COUNT
+ * above 512. */
+QXE_API int RQXQualifyTree(int treeTable, int level, int sourceTable, int* sourceFilters, int mode);
+
+/** As RQXQualifyTree. */
+QXE_API int QXQualifyTree(int treeTable, int level, int sourceTable, int* sourceFilters, int mode);
+
+/** Sets the most joins of a chain and the most filters of RQXQualifyTree, 16 at start. n: 16 to
+ * 510. Result: 0. Failures: QX_ERROR_PARAMETER; both limits are 510 then. */
+QXE_API int RQXSetMaxJoinChain(int n);
+
+/** As RQXSetMaxJoinChain. */
+QXE_API int QXSetMaxJoinChain(int n);
+
+/*
+ * Reading by blocks
+ *
+ * A block is a driving row of a join with all its partners; of a real table it is a row. A reader
+ * is opened in a slot, 0 to QX_N_JBA - 1, read to its end and closed. What it hands out points into
+ * the engine and is valid until the next read or a change of the table; clients only read it.
+ * Deleting the table, clearing and loading the database close its readers.
+ *
+ * Results of all calls of this part: QX_JBA_BAD_SLOT for a slot out of range.
+ */
+
+/** Result: the number of slots. */
+QXE_API int QXGetN_JBA(void);
+
+/** Opens a reader of all filters. set: -1 the current one. Result: 0. Failures: QX_JBA_BUSY for a
+ * slot in use, QX_JBA_EMPTY_SET, QX_ERROR_NO_TABLE, QX_ERROR_NO_JOIN_SET, QX_ERROR_NO_SET_ID for
+ * another negative set, QX_ERROR_BLOCK_SIZE for a block of more than a million pairs. */
+QXE_API int QXJBAOpen(int slot, int table, int set);
+
+/** QXJBAOpen with a list of filters, 1,024 at most; it ends below 1. Failures: also
+ * QX_ERROR_NO_FILTER. */
+QXE_API int QXJBAOpen2(int slot, int table, int set, int* filters);
+
+/** Reads the next block. All out. blockNo, firstRow, lastRow: the block and its first and last
+ * position in the set, from 1. masterRow: the driving row; in an outer join 0 for the driven rows
+ * without partner. slaveCount, slaveRows: the driven rows, 0 for a missing one; of a real table 1
+ * and null. columns: a record for each filter, with one value of the driving row or slaveCount
+ * values of the driven ones. Result: 1 when more blocks follow, 0 for the last one, -1 behind it
+ * (QX_ERROR_NO_SET in the ring). Failures: QX_ERROR_PARAMETER for a slot without reader,
+ * QX_ERROR_NO_JOIN_SET and QX_ERROR_NO_FILTER when they are gone. */
+QXE_API int QXJBARead(int slot, int* blockNo, int* firstRow, int* lastRow, int* masterRow,
+                      int* slaveCount, int** slaveRows, int* columnCount, _TColumnBuf** columns);
+
+/** Tells the most pairs that a block of a reader has. maxBlockSize: out. Result: 1 for a slot in
+ * use, 0 for a free one. */
+QXE_API int QXJBAStatus(int slot, int* maxBlockSize);
+
+/** Closes a reader. Result: 0, also for a free slot. */
+QXE_API int QXJBAClose(int slot);
+
+/** Calls `callback` for each row of a set, by a reader in `slot`, which must be free and is free
+ * again afterwards. filters: as in QXJBAOpen2; null: all. Result: 0, also when the callback ends
+ * the loop. Failures: as of QXJBAOpen2 and QXJBARead; QX_ERROR_PARAMETER without a callback. */
+QXE_API int QXRowInfoCallBack(int table, int slot, int set, int* filters, QXRowCallBack callback);
+
+/** The same for a real table; the rows that the callback takes become a set, the current one from
+ * then on. Result: its id. Failures: also QX_ERROR_NOT_REAL, QX_ERROR_SET_COUNT. */
+QXE_API int QXSearchCallBack(int table, int slot, int set, int* filters, QXRowCallBack callback);
+
+/** The same for the first row of each combination of values that the filters have. */
+QXE_API int QXUniqueRowCallBack(int table, int slot, int set, int* filters,
+                                QXUniqueCallBack callback);
 
 /*
  * Database and table files

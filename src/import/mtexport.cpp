@@ -126,6 +126,18 @@ int find_columns(TBaseTable& table, const CsvExportRequest& request, CsvLayout* 
 
 }  // namespace
 
+namespace {
+
+/// A join can have a column that its parent has no more.
+int check_columns(TBaseTable& table, const std::vector<int>& ids) {
+  for (const int id : ids) {
+    if (table.GetFilter(id) == nullptr) return table.missing_filter(id);
+  }
+  return 0;
+}
+
+}  // namespace
+
 int list_export_filters(TBaseTable& table, const int* filters, std::vector<int>* ids) {
   if (filters == nullptr) {
     return report("Export", QX_ERROR_PARAMETER, "Invalid Parameter : IDList");
@@ -134,7 +146,7 @@ int list_export_filters(TBaseTable& table, const int* filters, std::vector<int>*
   table.GetFilterIDList(all.data());
   if (*filters == -1) {
     *ids = std::move(all);
-    return 0;
+    return check_columns(table, *ids);
   }
   for (int i = 0; filters[i] != -1; ++i) {
     if (std::find(all.begin(), all.end(), filters[i]) == all.end()) {
@@ -143,7 +155,7 @@ int list_export_filters(TBaseTable& table, const int* filters, std::vector<int>*
     }
     ids->push_back(filters[i]);
   }
-  return 0;
+  return check_columns(table, *ids);
 }
 
 namespace {

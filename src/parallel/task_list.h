@@ -20,7 +20,7 @@
   unused(QX_MPP_SEARCH, "Parallel Search ") \
   task(QX_MPP_COMBINE_REALTABLE, "Parallel Combine RealTable ", mpp_combine_realtables) \
   task(QX_MPP_EXTRACT_REALTABLE, "Parallel Extract RealTable ", mpp_extract_realtables) \
-  unused(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ") \
+  task(QX_MPP_REALIZE_JOINTABLE, "Parallel Realize JoinTable ", mpp_realize_jointable) \
   task(QX_MPP_TOBITMAP, "Parallel Bitmap Setting ", mpp_tobitmap) \
   task(QX_MPP_MERGE_LIST, "Parallel Merge ", mpp_merge_list) \
   task(QX_MPP_COMPILE, "Parallel Compile ", mpp_compile) \
@@ -30,16 +30,16 @@
   unused(QX_MPP_ITEM_TRANSFER, "Parallel Item Transfer") \
   unused(QX_MPP_ADD_CATEGORY, "Parallel AddCategory") \
   task(QX_MPP_MOVE_REC, "Parallel MoveRecForScan", mpp_move_rec) \
-  unused(QX_MPP_JOIN_INOUT, "Parallel JoinInOut") \
-  unused(QX_MPP_JOIN_CHAIN, "Parallel Join Chain") \
+  task(QX_MPP_JOIN_INOUT, "Parallel JoinInOut", mpp_join_inout) \
+  task(QX_MPP_JOIN_CHAIN, "Parallel Join Chain", mpp_join_chain) \
   task(QX_MPP_SEARCH_HELPER, "Parallel Search Helper function", mpp_search_helper) \
   task(QX_MPP_SEARCH_NVALUES, "Parallel Search NValuesfunction", mpp_search_nvalues) \
   unused(QX_MPP_SUMMARY_MEASURE, "Parallel Summary Measure") \
   unused(QX_MPP_SUMMARY_UNIQUE, "Parallel Summary Unique") \
   task(QX_MPP_TXT_PARSE, "Parallel Text Parser", mpp_text_parser) \
   task(QX_MPP_EXTRACT_UNIQUE, "Parallel Extract Unique", mpp_extract_unique) \
-  unused(QX_MPP_FLAG_SET, "Parallel Flag  setting") \
-  unused(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting") \
+  task(QX_MPP_FLAG_SET, "Parallel Flag  setting", mpp_flag_set) \
+  task(QX_MPP_JOIN_CUTUNUSE, "Parallel Flag  setting", mpp_join_cutunuse) \
   task(QX_MPP_CONDENSE_REALTABLE, "Parallel Condense RealTable", mpp_condense_realtable) \
   task(QX_MPP_DUPLICATE_REALTABLE, "Parallel Duplicate RealTable", mpp_duplicate_realtable) \
   task(QX_MPP_MEMCPY, "Parallel Memcpy", mpp_memcpy) \
@@ -69,10 +69,10 @@
   unused(QX_MPP_MULTI_CELLADDR_SORT_COUNTUP, "Parallel Multi Sort CountUp") \
   unused(QX_MPP_MULTI_CELLSORT_SORT_TRANSFER, "Parallel Multi Sort Transfer") \
   unused(QX_MPP_CELLADDR_SORT_STEP2, "Parallel Multi Sort by 2 Step") \
-  unused(QX_MPP_JOIN_SETUP_AGGR, "Parallel join setup Aggr") \
-  unused(QX_MPP_JOIN_UNIQUE, "Parallel Join Unique") \
+  task(QX_MPP_JOIN_SETUP_AGGR, "Parallel join setup Aggr", mpp_join_setup_aggr) \
+  task(QX_MPP_JOIN_UNIQUE, "Parallel Join Unique", mpp_join_unique) \
   unused(QX_MPP_JOIN_MERGE_LIST, "Parallel Join Merge ") \
-  unused(QX_MPP_COUNTUP_STEP1, "Parallel CountUp Step1") \
+  task(QX_MPP_COUNTUP_STEP1, "Parallel CountUp Step1", mpp_countup_step1) \
   unused(QX_MPP_COUNTUP_STEP2, "Parallel CountUp Step2") \
   task(QX_MPP_NONCUBE_MEASURE_FINIT, "Parallel Fast Summary Measure Finit", mpp_noncube_measure_finit) \
   task(QX_MPP_NONCUBE_MEASURE, "Parallel Fast Summary Measure2", mpp_noncube_measure) \

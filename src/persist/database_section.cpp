@@ -1,6 +1,7 @@
 // The database section: versions, ids, the names of all tables, then a section for each table.
 #include <algorithm>
 
+#include "joins/join_table.h"
 #include "persist/data_version.h"
 #include "persist/section_carrier.h"
 #include "persist/section_check.h"
@@ -37,9 +38,13 @@ std::vector<TableName> read_names(SectionReader& reader, int count) {
   return names;
 }
 
-std::unique_ptr<TRealTable> read_table(SectionReader& reader, int unknown_kind) {
-  if (read_field<int>(reader) != QX_FILE_REAL) throw CQXException(unknown_kind);
-  return std::make_unique<TRealTable>(reader);
+/// `tables` are those in front of it.
+std::unique_ptr<TBaseTable> read_table(SectionReader& reader, const TTableCollection& tables) {
+  switch (read_field<int>(reader)) {
+    case QX_FILE_REAL: return std::make_unique<TRealTable>(reader);
+    case QX_FILE_JOIN: return std::make_unique<TJoinTable>(reader, tables);
+    default: throw CQXException(QX_ERROR_TABLE_KIND);
+  }
 }
 
 }  // namespace
@@ -50,7 +55,7 @@ TTableCollection::TTableCollection(SectionReader& reader) {
   const int tables = read_field<int>(reader);
   check_format(tables >= 0 && tables <= kMaxTables && FTblIDIssued >= 0);
   for (const TableName& name : read_names(reader, tables)) {
-    auto table = read_table(reader, QX_ERROR_TABLE_KIND);
+    auto table = read_table(reader, *this);
     check_format(table->id() <= FTblIDIssued &&
                  (count() == 0 || table->id() > tables_.back()->id()));
     table->set_name(name.text);
@@ -65,7 +70,8 @@ void TTableCollection::check_loadable() const {
 
 std::unique_ptr<TRealTable> TTableCollection::read_section(SectionReader& reader) const {
   check_loadable();
-  return read_table(reader, QX_ERROR_NOT_REAL_SOURCE);
+  if (read_field<int>(reader) != QX_FILE_REAL) throw CQXException(QX_ERROR_NOT_REAL_SOURCE);
+  return std::make_unique<TRealTable>(reader);
 }
 
 int TTableCollection::load_section(SectionReader& reader) {

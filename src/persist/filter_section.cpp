@@ -28,7 +28,7 @@ std::unique_ptr<TBaseArray> new_value_list(int type) {
 
 }  // namespace
 
-TFilter::TFilter(SectionReader& reader, int id) : FFilterID(id) {
+TFilter::TFilter(SectionReader& reader, int id, bool join_key) : FFilterID(id) {
   InitTVL();
   check_format(read_field<int>(reader) == id);
   read_name(reader, FFilterName);
@@ -38,7 +38,7 @@ TFilter::TFilter(SectionReader& reader, int id) : FFilterID(id) {
   const unsigned highest = numbers->LoadNumbers(reader, 0);
   auto values = new_value_list(read_field<int>(reader));
   values->LoadArray(reader);
-  check_value_list(*values);
+  check_value_list(*values, !join_key);
   check_format(numbers->FArraySize > 0 && numbers->GetInt(0) == 0);
   check_format(highest < static_cast<unsigned>(values->FArraySize));
   PVL = numbers.release();

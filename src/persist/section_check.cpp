@@ -53,11 +53,11 @@ long count_misfits(const ValueView<Array>& values, Slice slice) {
 
 }  // namespace
 
-void check_value_list(const TBaseArray& list) {
+void check_value_list(const TBaseArray& list, bool null_first) {
   check_format(list.FArraySize > 0);
-  with_family(list, []<class Array>(const Array& own) {
+  with_family(list, [=]<class Array>(const Array& own) {
     const auto values = view_of(own);
-    check_format(Family<Array>::is_null(values[0]));
+    check_format(!null_first || Family<Array>::is_null(values[0]));
     check_format(
         sum_of_slices(values.size, [&](Slice slice) { return count_misfits(values, slice); }) == 0);
   });

@@ -21,8 +21,8 @@ inline void check_format(bool kept) {
 void read_name(SectionReader& reader, char* name);
 void write_name(SectionWriter& writer, const char* name);
 
-/// A value list: NULL first, the others ascending, no two equal.
-void check_value_list(const TBaseArray& list);
+/// A value list: ascending, no two equal, NULL first if it has to be.
+void check_value_list(const TBaseArray& list, bool null_first);
 /// The set of all rows: 1, 2, 3, ...
 void check_root_set(const TSetArray& rows);
 /// Whether a pool holds exactly the texts of its elements, in their order.

@@ -66,6 +66,30 @@ MergedLists MppMergeLists(const TBaseArray& vl1, const TBaseArray& vl2) {
   return merge_lists(vl1, vl2, true);
 }
 
+namespace {
+
+/// Tells lists of equal values at the speed of memory; texts are compared one by one.
+bool same_bytes(const TBaseArray& vl1, const TBaseArray& vl2) {
+  return vl1.GetDataType() != QX_DT_STRING && vl1.FArraySize == vl2.FArraySize &&
+         memcmp(vl1.data(), vl2.data(),
+                static_cast<size_t>(vl1.FArraySize) * static_cast<size_t>(vl1.FUnitSize)) == 0;
+}
+
+}  // namespace
+
+MatchedLists MppMatchLists(const TBaseArray& vl1, const TBaseArray& vl2) {
+  check_lists(vl1, vl2);
+  if (&vl1 == &vl2 || same_bytes(vl1, vl2)) return {nullptr, nullptr, vl1.FArraySize};
+  return with_family(vl1, [&]<class Array>(const Array& first) {
+    const int entries = std::max(vl1.FArraySize, vl2.FArraySize);
+    ListMerge<Array> merge(first, static_cast<const Array&>(vl2), compile_workers(entries, true));
+    merge.finish_maps();
+    // A list as long as the merged one has all its values.
+    return MatchedLists{merge.size() == vl1.FArraySize ? nullptr : merge.take_map1(),
+                        merge.size() == vl2.FArraySize ? nullptr : merge.take_map2(), merge.size()};
+  });
+}
+
 void DoRenumber(TIntArray& numbers, const int* map, int size) {
   if (changes(map, size)) renumber(numbers.PIntAr(), map, {0, numbers.FArraySize});
 }

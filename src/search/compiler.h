@@ -49,6 +49,15 @@ struct MergedLists {
 /// QX_ERROR_MERGE_TYPE for lists of different types.
 MergedLists MergeLists(const TBaseArray& vl1, const TBaseArray& vl2);
 MergedLists MppMergeLists(const TBaseArray& vl1, const TBaseArray& vl2);
+/// What numbers the entries of two value lists have in their merge, which itself is not made.
+struct MatchedLists {
+  Block<int> map1;  // null: the first list's numbers stay
+  Block<int> map2;
+  int size;  // of the merged list
+};
+
+/// Both maps ascend strictly. Throws QX_ERROR_MERGE_TYPE for lists of different types.
+MatchedLists MppMatchLists(const TBaseArray& vl1, const TBaseArray& vl2);
 /// Gives each row the number that `map`, which has `size` entries, has for its value.
 void DoRenumber(TIntArray& numbers, const int* map, int size);
 void DoMppRenumber(TIntArray& numbers, const int* map, int size);

@@ -41,6 +41,10 @@ struct CMergeItem {
     }
   }
 
+  void shift(Slice range, int before) {
+    for (int i = static_cast<int>(range.begin); i < range.end; ++i) map[i] += before;
+  }
+
   ValueView<Array> list;
   Block<int> map;             // for each entry its number in the merged list
   std::vector<Slice> ranges;  // of each worker
@@ -101,6 +105,17 @@ class ListMerge {
       first_.updateDest(first_.ranges[slice], before, merged.get());
     });
     return merged;
+  }
+
+  /// Makes the maps final without moving a value.
+  void finish_maps() {
+    run_step(QX_MPP_MERGE_LIST, static_cast<int>(before_.size()) - 1, [&](int worker) {
+      const auto slice = static_cast<size_t>(worker);
+      const int before = static_cast<int>(before_[slice]);
+      if (before == 0) return;
+      second_.shift(second_.ranges[slice], before);
+      first_.shift(first_.ranges[slice], before);
+    });
   }
 
   Block<int> take_map1() { return std::move(first_.map); }

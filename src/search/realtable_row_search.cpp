@@ -3,29 +3,12 @@
 
 #include <algorithm>
 
+#include "search/set_searches.h"
 #include "tables/realtables.h"
 
 namespace qxe {
 
 namespace {
-
-/// Calls `use` with the comparison that operator `ope` makes with n1 and n2. Throws
-/// QX_ERROR_OPERATION for a code above 7.
-template <class Use>
-auto with_row_test(int ope, int n1, int n2, Use&& use) {
-  switch (ope) {
-    case QX_OPE_EQ: return use([=](int row) { return row == n1; });
-    case QX_OPE_BETWEEN: return use([=](int row) { return n1 <= row && row <= n2; });
-    case QX_OPE_LEQ: return use([=](int row) { return row <= n1; });
-    case QX_OPE_GEQ: return use([=](int row) { return row >= n1; });
-    case QX_OPE_NEQ: return use([=](int row) { return row != n1; });
-    case QX_OPE_WITHIN: return use([=](int row) { return n1 < row && row < n2; });
-    case QX_OPE_LES: return use([=](int row) { return row < n1; });
-    case QX_OPE_GT: return use([=](int row) { return row > n1; });
-    default:
-      throw CQXException(report("SearchByRecNo", QX_ERROR_OPERATION, "Invalid Parameter : OpeNo"));
-  }
-}
 
 /// Positions from 1, both ends included; empty when last is below first.
 struct PositionRange {
@@ -71,20 +54,7 @@ int TRealTable::SearchByRecNo(int, int set, int ope, int n1, int n2) {
   if (source == nullptr) {
     return report("SearchByRecNo", QX_ERROR_NO_SET_ID, "No Such Set: %d", set);
   }
-  auto result = set_like(*source);
-  const int* const rows = source->PIntAr();
-  const int* const end = rows + source->FArraySize;
-  int* const out = result->PIntAr();
-  const long kept = with_row_test(ope, n1, n2, [&](auto test) {
-    if (ope == QX_OPE_EQ) {  // a row number is looked up once
-      const int* const hit = std::find_if(rows, end, test);
-      return hit == end ? 0L : std::copy(hit, hit + 1, out) - out;
-    }
-    return static_cast<long>(std::copy_if(rows, end, out, test) - out);
-  });
-  result->SetArraySize(static_cast<int>(kept));
-  result->AdjustMemArea();
-  return AddSetWithoutCopy(std::move(result));
+  return AddSetWithoutCopy(search_row_numbers(*source, ope, n1, n2));
 }
 
 int TRealTable::SearchByRowNo(int set, int ope, int n1, int n2) {

@@ -1,8 +1,7 @@
 // Searches of a real table by value, and counts per value.
 #include <algorithm>
 
-#include "search/scan.h"
-#include "search/search_condition.h"
+#include "search/set_searches.h"
 #include "search/sort.h"
 #include "search/text_search.h"
 #include "search/wildcard.h"
@@ -55,23 +54,11 @@ int TRealTable::MppSearchByFieldNValues(int filter, int set, int count, const vo
   return search_values("MppSearchByFieldNValues", filter, set, count, values);
 }
 
-namespace {
-
-/// The rows that a hit table names, as a set under the source's name.
-std::unique_ptr<TSetArray> named_hits(const TSetArray& source, const TFilter& column,
-                                      const unsigned char* hits) {
-  auto result =
-      MoveRecsForScan(source, column.PVL->PIntAr(), TableTest{hits, column.VL->FArraySize});
-  result->SetSetName(source.GetSetName());
-  return result;
-}
-
-}  // namespace
-
 int TRealTable::Search(int filter, int set, const unsigned char* flags) {
-  return make_set(
-      "Search", filter, set, &TRealTable::AddSetWithoutCopy,
-      [&](const TSetArray& source, TFilter* column) { return named_hits(source, *column, flags); });
+  return make_set("Search", filter, set, &TRealTable::AddSetWithoutCopy,
+                  [&](const TSetArray& source, TFilter* column) {
+                    return search_hits(source, *column, flags);
+                  });
 }
 
 // Wildcards
@@ -135,65 +122,10 @@ int TRealTable::CountN(int set, int filter, int* out) {
   return 0;
 }
 
-// Strings whose stored values carry one leading byte that is not to be matched.
-
-namespace {
-
-/// A text list past the leading byte of every entry but entry 0.
-struct SkippedTexts {
-  using FamilyOf = Family<TStrArray>;
-
-  explicit SkippedTexts(const TStrArray& array) : list(array), size(array.FArraySize) {}
-  const char* operator[](int i) const { return list[i] + (i > 0 ? 1 : 0); }
-
-  ValueView<TStrArray> list;
-  int size;
-};
-
-/// Marks the entries from 1 on that meet the condition; entry 0 never hits.
-void mark_skipped_texts(const SkippedTexts& list, int ope, const char* v1, const char* v2,
-                        unsigned char* hits) {
-  const auto mark_range = [&](int first, int end) {
-    for (int i = std::max(first, 1); i < end; ++i) hits[i] = 1;
-  };
-  const auto mark_each = [&](auto&& matches) {
-    for (int i = 1; i < list.size; ++i) hits[i] = matches(list[i]);
-  };
-  const BoundPosition first = bound_position(v1, list);
-  switch (ope) {
-    case QX_OPE_EQ: return mark_range(first.lower(), first.found ? first.upper() : 0);
-    case QX_OPE_BETWEEN: return mark_range(first.lower(), bound_position(v2, list).upper());
-    case QX_OPE_LEQ: return mark_range(1, first.upper());
-    case QX_OPE_GEQ: return mark_range(first.lower(), list.size);
-    case QX_OPE_NEQ: mark_range(1, first.lower()); return mark_range(first.upper(), list.size);
-    case QX_OPE_WITHIN: return mark_range(first.upper(), bound_position(v2, list).lower());
-    case QX_OPE_LES: return mark_range(1, first.lower());
-    case QX_OPE_GT: return mark_range(first.upper(), list.size);
-    case QX_OPE_BEGINS: {
-      const size_t length = strlen(v1);
-      return mark_each([&](const char* text) { return strncmp(text, v1, length) == 0; });
-    }
-    case QX_OPE_CONTAINS:
-      return mark_each([&](const char* text) { return qxembsstr(text, v1) != nullptr; });
-    case QX_OPE_ENDS: return mark_each([&](const char* text) { return has_tail(text, v1); });
-    default:
-      throw CQXException(report("SearchByField2", QX_ERROR_OPERATION, "Invalid Parameter : OpeNo"));
-  }
-}
-
-}  // namespace
-
 int TRealTable::SearchByField2(int filter, int set, int ope, const char* v1, const char* v2) {
   return make_set("SearchByField2", filter, set, &TRealTable::AddSetWithoutCopy,
                   [&](const TSetArray& source, TFilter* column) {
-                    if (column->VL->GetDataType() != QX_DT_STRING) {
-                      throw CQXException(report("SearchByField2", QX_ERROR_NOT_STRING,
-                                                "Illegal data type ( Not STRING )"));
-                    }
-                    const SkippedTexts list(static_cast<const TStrArray&>(*column->VL));
-                    Block<unsigned char> hits = make_cleared_block<unsigned char>(list.size);
-                    mark_skipped_texts(list, ope, v1, v2, hits.get());
-                    return named_hits(source, *column, hits.get());
+                    return search_skipped_texts(source, *column, ope, v1, v2);
                   });
 }
 

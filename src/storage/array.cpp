@@ -114,6 +114,7 @@ long TBaseArray::GetBorrowedSize() const {
 TIntArray* TIntArray::CopyArray() {
   auto copy = std::make_unique<TIntArray>();
   copy->copy_block(*this, false);
+  copy->take_order_of(*this);
   copy->SetSetName(set_name_);
   return copy.release();
 }
@@ -121,6 +122,7 @@ TIntArray* TIntArray::CopyArray() {
 TIntArray* TIntArray::MppCopyArray() {
   auto copy = std::make_unique<TIntArray>();
   copy->copy_block(*this, true);
+  copy->take_order_of(*this);
   copy->SetSetName(set_name_);
   return copy.release();
 }

@@ -163,6 +163,11 @@ class TIntArray : public FixedArray<int> {
   /// Drops the elements that are not above 0, keeping order.
   void Exclude0Rec();
 
+ protected:
+  /// For a fresh copy of `source`: what is known about the elements holds for it too.
+  void take_order_of(const TIntArray& source) { counted_up_ = source.counted_up_; }
+
+ public:
   const char* GetSetName() const { return set_name_; }
   void SetSetName(const char* name);
 

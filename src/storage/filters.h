@@ -33,8 +33,9 @@ class TFilter : NonCopyable {
   /// Deep copy with the same id, name and origin. Throws QX_ERROR_NO_FILTER for null.
   explicit TFilter(const TFilter* other);
   /// Reads a filter section that names filter `id`. Throws QX_ERROR_FILE_FORMAT for one that does
-  /// not fit together and QX_ERROR_DATA_TYPE for an unknown value list.
-  TFilter(SectionReader& reader, int id);
+  /// not fit together and QX_ERROR_DATA_TYPE for an unknown value list. That of a join's key need
+  /// not begin with NULL.
+  TFilter(SectionReader& reader, int id, bool join_key = false);
   ~TFilter();
   /// Writes the filter section. There must be no pending values.
   void SaveFilter(SectionWriter& writer) const;

@@ -14,6 +14,7 @@ TSetArray::~TSetArray() {
 TSetArray* TSetArray::CopyArray() {
   auto copy = std::make_unique<TSetArray>();
   copy->copy_block(*this, false);
+  copy->take_order_of(*this);
   copy->SetSetName(GetSetName());
   return copy.release();
 }
@@ -21,6 +22,7 @@ TSetArray* TSetArray::CopyArray() {
 TSetArray* TSetArray::MppCopyArray() {
   auto copy = std::make_unique<TSetArray>();
   copy->copy_block(*this, true);
+  copy->take_order_of(*this);
   copy->SetSetName(GetSetName());
   return copy.release();
 }

@@ -41,12 +41,14 @@ int TRealTable::CondenseFilter(int id) {
     return report("CondenseFilter", QX_ERROR_NO_FILTER, "No Such Filter: %d", id);
   }
   filter_at(position)->MergeTVL(true);
+  detach_dependents();
   condense(*filter_at(position));
   return 0;
 }
 
 int TRealTable::condense_filters(const char* layer) {
   CheckMergeFilterTVL(true);
+  detach_dependents();
   std::vector<char> done(filters_.size(), 0);
   std::vector<long> costs;
   for (const auto& filter : filters_) {

@@ -32,6 +32,13 @@ struct CombinePseudo {
   bool row_number;
 };
 
+/// Columns of a realised join.
+struct RealizedColumns {
+  const int* filters = nullptr;  // ends below 1, may hold the pseudo filters; null: none
+  bool master_rows = false;      // the row numbers of side 0 at the head
+  bool slave_rows = false;       // those of side 1 at the head, behind the other
+};
+
 /// A list of tables for combining: ids that end below 1, a set for each, and up to four lists of
 /// integer filters, one for each table, or null.
 struct CombineListIds {

@@ -1,4 +1,8 @@
+#include <algorithm>
+
+#include "parallel/smpengine.h"
 #include "tables/realtables.h"
+#include "tables/table_collection.h"
 
 namespace qxe {
 
@@ -31,6 +35,23 @@ long TRealTable::GetMemSize() const {
     for (const TSortedSetArray* sorted : filter->sorted_sets()) size -= sorted->GetMemSize();
   }
   return size + find_cursor_.GetMemSize();
+}
+
+long TRealTable::set_memory(int set) const {
+  return sets_[static_cast<size_t>(SetID2Pos(set))]->GetMemSize();
+}
+
+bool TRealTable::refers_to(const TRealTable& target) const {
+  const auto borrows = [&](const auto& own) {
+    return std::any_of(target.filters_.begin(), target.filters_.end(),
+                       [&](const auto& filter) { return filter->VL == own->VL; });
+  };
+  return std::any_of(filters_.begin(), filters_.end(), borrows);
+}
+
+void TRealTable::detach_dependents() {
+  TTableCollection& tables = *ENG->collection();
+  for (int i = 0; i < tables.count(); ++i) tables.at(i).detach_from(*this);
 }
 
 long TRealTable::GetBorrowedSize() const {

@@ -3,11 +3,13 @@
 
 #include <algorithm>
 
+#include "parallel/smpengine.h"
 #include "search/compiler.h"
 #include "storage/family.h"
 #include "storage/strings.h"
 #include "tables/free_name.h"
 #include "tables/realtables.h"
+#include "tables/table_collection.h"
 
 namespace qxe {
 
@@ -172,10 +174,21 @@ int TRealTable::MoveFilter(int from, int to) {
   return 0;
 }
 
+const char* TRealTable::filter_name(int id) {
+  const int position = FilterID2Pos(id);
+  return position < 0 ? nullptr : filter_at(position)->FFilterName;
+}
+
 int TRealTable::DropFilter(int id) {
   const int position = FilterID2Pos(id);
   if (position < 0) {
     return report("DropFilter", QX_ERROR_NO_FILTER, "No Such Filter: %d", id);
+  }
+  const TTableCollection& tables = *ENG->collection();
+  for (int i = 0; i < tables.count(); ++i) {
+    if (tables.at(i).has_key(*this, id)) {
+      return report("DropFilter", QX_ERROR_REFERRED, "Failed to refere table");
+    }
   }
   if (find_cursor_.filter() == id) CloseFind();
   filters_.erase(filters_.begin() + position);

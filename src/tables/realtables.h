@@ -11,6 +11,7 @@
 namespace qxe {
 
 class RowDeletion;
+class TJoinTable;
 
 class TRealTable : public TBaseTable {
  public:
@@ -55,6 +56,7 @@ class TRealTable : public TBaseTable {
   int ReadData(int set, int filter, int pos, int* type, void* out, int size) override;
   int ReadData(int set, int filter, int pos, int* type, long* out) override;
   int GetVNo(int set, int filter, int pos, int* out) override;
+  int GetVNoList(int set, int filter, int* out) override;
   void OutCsvPartFile(CsvRowWriter& writer, int set, const CsvLineDiv_t& part) override;
   int CountN(int set, int filter, int* out) override;
   int GetFilterIDFromName(const char* name, int side) override;
@@ -63,6 +65,9 @@ class TRealTable : public TBaseTable {
   int MppSearchByFieldNValues(int filter, int set, int count, const void* values) override;
   int MppIntegratedSortByField(int set, const int* filters, const int* dirs) override;
   void SaveTable(SectionWriter& writer, const TableForm& form) override;
+  const char* filter_name(int id) override;
+  long set_memory(int set) const override;
+  bool refers_to(const TRealTable& target) const override;
 
   // Filters
   /// Position of a filter in display order, or QX_ERROR_NO_FILTER.
@@ -135,6 +140,10 @@ class TRealTable : public TBaseTable {
 
   /// Positions (from 1) in a set that meet a condition.
   int SearchByRowNo(int set, int ope, int n1, int n2);
+  /// Rows of a set by whether the value of an integer filter is among those of a set of `other`;
+  /// `out` keeps those whose value is not. NULL is a value like others.
+  int MppExtractJoinInOut(int set, int filter, TRealTable& other, int otherSet, int otherFilter,
+                          bool out);
   /// The first row of each distinct combination of the filters in a list that ends below 1.
   int MppExtractUniqueReal(int set, const int* filters);
 
@@ -181,6 +190,8 @@ class TRealTable : public TBaseTable {
                        CombinePseudo pseudo);
   int MppCombineRealTable(const CombineSource& first, const CombineSource& second,
                           CombinePseudo pseudo);
+  /// The pairs of a join's set.
+  int ConvertJoinToReal(TJoinTable& join, int set, const RealizedColumns& columns);
   /// A root set of `rows` rows for a table that has none.
   void add_root_set(int rows);
   /// A further filter, under `name` as it is when that is free, whose column is still to come.
@@ -212,6 +223,8 @@ class TRealTable : public TBaseTable {
   int duplicate_filter(const char* layer, int id, int type, const NumericInfo* info);
   int condense_filters(const char* layer);
   void reserve_rows(int rows);
+  /// The tables that use this one's value numbers get their own before these change.
+  void detach_dependents();
   int delete_rows(RowDeletion& deletion);
   std::optional<EditTarget> locate(ValueEdit& edit, int* status) const;
   int edit_values(ValueEdit edit);
@@ -222,7 +235,7 @@ class TRealTable : public TBaseTable {
   /// The set if it has position `pos`, or null.
   const TSetArray* set_with(int set, int pos) const;
   template <class PutRow, class Put>
-  int read_cell(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
+  int read_at(int set, int filter, int pos, int* type, PutRow&& put_row, Put&& put);
   template <class Store, class Make>
   int make_set(const char* layer, int filter, int set, Store store, Make&& make);
   int search_values(const char* layer, int filter, int set, int count, const void* values);

@@ -75,23 +75,10 @@ int TTableCollection::issue_table_id() {
   return ++FTblIDIssued;
 }
 
-int TTableCollection::adopt_table(std::unique_ptr<TRealTable> table) {
+int TTableCollection::adopt_table(std::unique_ptr<TBaseTable> table) {
   tables_.push_back(std::move(table));
   return tables_.back()->id();
 }
-
-namespace {
-
-bool borrows_from(const TRealTable& table, const TRealTable& target) {
-  for (int i = 0; i < table.GetNFilter(); ++i) {
-    for (int j = 0; j < target.GetNFilter(); ++j) {
-      if (table.filter_at(i)->VL == target.filter_at(j)->VL) return true;
-    }
-  }
-  return false;
-}
-
-}  // namespace
 
 int TTableCollection::ReferedIDList(int id, int* out) const {
   const int place = ID2Loc(id);
@@ -105,14 +92,9 @@ int TTableCollection::ReferedIDList(int id, int* out) const {
   int referring = 0;
   // What depends on a table is made after it.
   for (int i = place + 1; i < count(); ++i) {
-    if (refers(at(i), target)) out[referring++] = at(i).id();
+    if (at(i).refers_to(target)) out[referring++] = at(i).id();
   }
   return referring;
-}
-
-bool TTableCollection::refers(const TBaseTable& table, const TRealTable& target) const {
-  return table.GetType() == TableKind::kReal &&
-         borrows_from(static_cast<const TRealTable&>(table), target);
 }
 
 bool TTableCollection::IsReferred(int id) const {
@@ -120,7 +102,7 @@ bool TTableCollection::IsReferred(int id) const {
   if (place < 0 || at(place).GetType() != TableKind::kReal) return false;
   const auto& target = static_cast<const TRealTable&>(at(place));
   return std::any_of(tables_.begin() + place + 1, tables_.end(),
-                     [&](const auto& table) { return refers(*table, target); });
+                     [&](const auto& table) { return table->refers_to(target); });
 }
 
 bool TTableCollection::IsEditable(int id) const {

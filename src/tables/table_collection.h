@@ -13,6 +13,10 @@ namespace qxe {
 class SectionReader;
 class SectionWriter;
 class TRealTable;
+struct ChainRequest;
+struct JoinRequest;
+class TJoinTable;
+struct TreeColumns;
 
 class TTableCollection : NonCopyable {
  public:
@@ -47,7 +51,7 @@ class TTableCollection : NonCopyable {
   int SetTableName(int id, const char* name);
   int AddRealTable(const char* name, int rows);
   /// Takes over a finished table under its own id and name; returns the id.
-  int adopt_table(std::unique_ptr<TRealTable> table);
+  int adopt_table(std::unique_ptr<TBaseTable> table);
   /// Writes the database section. Without joins, which refer to ids, tables are numbered from 1 on
   /// in the section. `versions`: four words.
   void save_sections(SectionWriter& writer, const int* versions) const;
@@ -63,6 +67,10 @@ class TTableCollection : NonCopyable {
   /// The id that the next table will get. Throws QX_ERROR_TABLE_COUNT behind the highest one.
   int issue_table_id();
   int DelTable(int id);
+  /// Joins two real tables; returns the join's id. The Mpp form differs in the name of its ring
+  /// entries only.
+  int AddJoinTable(const JoinRequest& request);
+  int MppAddJoinTable(const JoinRequest& request);
 
   // Derived tables: each makes a new table of others, which must be real, and returns its id. The
   // name is generated for null or "" and made unique. The Mpp forms differ in the name of their
@@ -77,6 +85,15 @@ class TTableCollection : NonCopyable {
                           CombinePseudo pseudo);
   /// The name must not be empty here.
   int CombineTableList(const char* name, const CombineListIds& ids);
+  /// The pairs of a join's set as a real table.
+  int AddRealized(const char* name, int table, int set, const RealizedColumns& columns);
+  /// Writes out the hierarchy that a chain of joins describes, a row for each node.
+  int RealizeJoinChain(const char* name, const ChainRequest& request);
+  /// Adds columns to such a table: what the nodes' rows have in a source table.
+  int Qualify(int tree, const TreeColumns& columns);
+  /// Sets the longest chain, which is also the longest list of Qualify. 16 to 510; another number
+  /// fails and leaves 510.
+  int SetMaxJoinChain(int n);
   /// Ids of the tables that would break if this one changed; returns their count.
   int ReferedIDList(int id, int* out) const;
   bool IsReferred(int id) const;
@@ -113,12 +130,13 @@ class TTableCollection : NonCopyable {
 
  private:
   TRealTable& real_table(const char* layer, int id) const;
+  TJoinTable& join_table(const char* layer, int id) const;
   template <class Fill>
-  int derive_table(const char* name, Fill&& fill);
+  int derive_table(const char* name, Fill&& fill, GeneratedName kind = GeneratedName::kRealTable);
+  int add_join(const char* layer, const JoinRequest& request);
   TRealTable& savable_table(const char* layer, int id) const;
   void save_table_file(const char* layer, const char* path, const std::string& file, int id,
                        const unsigned char* header) const;
-  bool refers(const TBaseTable& table, const TRealTable& target) const;
 
   int FTblIDIssued = 0;  // last table id issued
   bool old_version_ = false;

@@ -64,7 +64,7 @@ int longest_text(const TBaseArray* texts, int first, int last) {
 int TBaseTable::GetFilterWidth(int id) {
   const TFilter* const filter = GetFilter(id);
   if (filter == nullptr) {
-    return report("GetFilterWidth", QX_ERROR_NO_FILTER, "No Such Filter: %d", id);
+    return report("GetFilterWidth", missing_filter(id), "No Such Filter: %d", id);
   }
   switch (filter->VL->GetDataType()) {
     case QX_DT_INTEGER: return sizeof(int);

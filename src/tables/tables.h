@@ -13,6 +13,7 @@ namespace qxe {
 class CsvRowWriter;
 class SectionReader;
 class SectionWriter;
+class TRealTable;
 class TableGuest;
 struct CsvLineDiv_t;
 struct TableForm;
@@ -85,6 +86,8 @@ class TBaseTable : NonCopyable {
   virtual int ReadData(int set, int filter, int pos, int* type, long* out) = 0;
   /// Its value number.
   virtual int GetVNo(int set, int filter, int pos, int* out) = 0;
+  /// The value numbers of the whole set; returns its size.
+  virtual int GetVNoList(int set, int filter, int* out) = 0;
 
   /// Writes rows `from` to `to` (positions from 1 in the set) of the filters of a list ended by -1
   /// to a text file, on the calling thread alone; see MppCsvExport.
@@ -106,6 +109,21 @@ class TBaseTable : NonCopyable {
   /// Writes the table section, its type word first. Tidies the table up before: no value, set or
   /// row changes.
   virtual void SaveTable(SectionWriter& writer, const TableForm& form) = 0;
+
+  // What the frame and the collection ask of a table, whatever its kind.
+  /// The name that the table keeps for a filter, or null.
+  virtual const char* filter_name(int id) = 0;
+  /// Status of a filter that GetFilter does not find.
+  virtual int missing_filter(int) const { return QX_ERROR_NO_FILTER; }
+  /// Bytes of a set that exists.
+  virtual long set_memory(int set) const = 0;
+  /// Whether this table would break if `target` changed.
+  virtual bool refers_to(const TRealTable&) const { return false; }
+  /// Whether it pairs rows by that filter of `target`.
+  virtual bool has_key(const TRealTable&, int) const { return false; }
+  /// `target` is about to change its value numbers, though not its values: whatever depends on them
+  /// must be kept here.
+  virtual void detach_from(const TRealTable&) {}
 
   /// Width of a filter's values: 4, 8, 16, or its longest string.
   int GetFilterWidth(int id);

@@ -140,6 +140,33 @@ INSTANTIATE_TEST_SUITE_P(Sets, MissingPointerTest,
                          case_name<PointerCase>);
 
 INSTANTIATE_TEST_SUITE_P(
+    Joins, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(MasterKeys, RQXAddJoinTable(buffer, 0, table, -1, nullptr, table, -1, keys)),
+        QXE_CASE(SlaveKeys, QXAddJoinTable(buffer, 0, table, -1, keys, table, -1, nullptr)),
+        QXE_CASE(InfoName, RQXGetJoinInfo(table, nullptr, numbers, numbers, numbers, numbers,
+                                          numbers, numbers)),
+        QXE_CASE(InfoKeys, QXGetJoinInfoEx(table, buffer, numbers, numbers, numbers, numbers,
+                                           numbers, numbers, numbers, nullptr)),
+        QXE_CASE(InfoOuter,
+                 RQXGetJoinInfoR1(table, numbers, numbers, numbers, numbers, nullptr, numbers)),
+        QXE_CASE(Parents, RQXGetJoinSrcTblIDs(table, numbers, nullptr)),
+        QXE_CASE(Source, RQXGetJoinSrcTblInfo(table, 1, nullptr, numbers, numbers)),
+        QXE_CASE(KeyInfo, RQXGetJoinKeyInfo(table, 0, nullptr)),
+        QXE_CASE(KeyBody, RQXGetJoinKeyBody(table, 0, nullptr)),
+        QXE_CASE(Key, QXGetJoinKey(table, 0, nullptr)),
+        QXE_CASE(SlaveRows, RQXGetJoinSlaveSet(table, 1, numbers, 10, nullptr)),
+        QXE_CASE(PlainSlaveRows, QXGetJoinSlaveSet(table, 1, nullptr)),
+        QXE_CASE(Index,
+                 RQXGetJoinProjectionSets(table, 1, numbers, 10, nullptr, numbers, 0, nullptr)),
+        QXE_CASE(PlainIndex,
+                 QXGetJoinProjectionSets(table, 1, numbers, &address, nullptr, &address)),
+        QXE_CASE(SlaveInfo, RQXGetSlaveInfo(table, nullptr, numbers)),
+        QXE_CASE(BackSet, RQXPutJoinSetToParent(table, 0, 0, numbers, nullptr)),
+        QXE_CASE(ReturnedSet, RQXReturnSet2SlaveTable(table, nullptr))),
+    case_name<PointerCase>);
+
+INSTANTIATE_TEST_SUITE_P(
     Filters, MissingPointerTest,
     testing::Values(QXE_CASE(IdList, RQXGetFilterIDList(table, nullptr)),
                     QXE_CASE(Name, RQXGetFilterName(table, 1, nullptr)),
@@ -314,6 +341,25 @@ INSTANTIATE_TEST_SUITE_P(
                     QXE_CASE(DetailCount, RQXGetDetailCount(1, 0, 0, 0, 1, nullptr)),
                     QXE_CASE(DetailValue, RQXGetDetailValue(1, 0, 0, 0, 1, n, nullptr)),
                     QXE_CASE(DetailText, RQXGetDetailValueStr(1, 0, 0, 0, 1, n, nullptr))),
+    case_name<PointerCase>);
+
+int chain_sets[2][QX_MAX_CHAIN];
+_TColumnBuf* blocks = nullptr;
+
+INSTANTIATE_TEST_SUITE_P(
+    JoinExits, MissingPointerTest,
+    testing::Values(
+        QXE_CASE(Chain, RQXRealizeJoinChain(buffer, nullptr, n, chain_sets)),
+        QXE_CASE(ChainTables, RQXRealizeJoinChain(buffer, keys, nullptr, chain_sets)),
+        QXE_CASE(PlainChainSets, QXRealizeJoinChain(buffer, keys, n, nullptr)),
+        QXE_CASE(ChainFilters, RQXRealizeJoinChainEx(buffer, keys, 1, nullptr, n, chain_sets)),
+        QXE_CASE(PlainChainFilters, QXRealizeJoinChainEx(buffer, keys, 1, nullptr, n, chain_sets)),
+        QXE_CASE(TreeFilters, RQXQualifyTree(table, 0, table, nullptr, 0)),
+        QXE_CASE(PlainTreeFilters, QXQualifyTree(table, 0, table, nullptr, 0)),
+        QXE_CASE(BlockFilters, QXJBAOpen2(0, table, 1, nullptr)),
+        QXE_CASE(BlockNumber, QXJBARead(0, nullptr, n, n, n, n, &address, n, &blocks)),
+        QXE_CASE(BlockColumns, QXJBARead(0, n, n, n, n, n, &address, n, nullptr)),
+        QXE_CASE(BlockSize, QXJBAStatus(0, nullptr))),
     case_name<PointerCase>);
 
 #undef QXE_CASE

@@ -1135,5 +1135,139 @@ INSTANTIATE_TEST_SUITE_P(
                  [](int table) { return RQXOverwriteRealExIntR1(table, 1, 1, 1, 4711); }, false}),
     case_name<MarkCase>);
 
+// ... on joins, of the table with itself
+
+constexpr char kJoinName[] = "joined";
+
+int add_join(const Base& base, int outer, std::initializer_list<size_t> columns) {
+  char name[] = "joined";
+  int keys[QX_MAX_JOIN_KEYS] = {};
+  std::transform(columns.begin(), columns.end(), keys,
+                 [&](size_t column) { return base.filter(column); });
+  return RQXAddJoinTable(name, outer, base.id(), 2, keys, base.id(), 1, keys);
+}
+
+std::string pairs_of(int join, int set) {
+  const TestTable reader = TestTable::existing(join);
+  std::string text;
+  for (const char* column : {"int", "int_#1"}) {
+    for (const std::string& value : reader.texts(column, set)) text += value + " ";
+  }
+  return text;
+}
+
+Operation adding_join(const char* name, int outer, std::initializer_list<size_t> columns) {
+  return {name,
+          [outer, keys = std::vector<size_t>(columns)](const Base& base) {
+            return keys.size() == 1
+                       ? add_join(base, outer, {keys[0]})
+                       : add_join(base, outer, {keys[0], keys[1], keys[2], keys[3], keys[4]});
+          },
+          [](const Base&, int join) { return pairs_of(join, 1); },
+          [](const Base&, int join) { RQXDeleteTable(join); }};
+}
+
+/// A join for the operations below; the first call, which meets no fault, makes it.
+int the_join(const Base& base) {
+  const int join = RQXGetTableIDFromName(kJoinName);
+  return join > 0 ? join : require(add_join(base, 1, {kString}), "RQXAddJoinTable");
+}
+
+Operation adding_join_set(const char* name, std::function<int(const Base&, int join)> call) {
+  return {name, [call](const Base& base) { return call(base, the_join(base)); },
+          [](const Base& base, int set) { return pairs_of(the_join(base), set); },
+          [](const Base& base, int set) {
+            if (set >= 0) require(RQXDeleteSet(the_join(base), set), "RQXDeleteSet");
+          }};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Joins, FaultsTest,
+    testing::Values(
+        adding_join("Inner", 0, {kInt}), adding_join("Outer", 1, {kString}),
+        adding_join("SeveralKeys", 0, {kInt, kString, kDouble, kDecimal, kDate}),
+        adding_join_set("SearchJoin",
+                        [](const Base& base, int join) {
+                          return RQXSearchByField(join, 1, 1, QX_OPE_GEQ,
+                                                  base.values(kInt).value(3), nullptr);
+                        }),
+        adding_join_set("SortJoin",
+                        [](const Base&, int join) { return RQXSortByField(join, 8, 1, 1); }),
+        adding_join_set("JoinSets",
+                        [](const Base&, int join) { return RQXSetOpeReal(join, 1, 1, 1); }),
+        adding_join_set("JoinComplement",
+                        [](const Base&, int join) { return RQXSetNotReal(join, 1); }),
+        Operation{"MovedColumn",
+                  [](const Base& base) { return RQXMoveSlaveFlt2Master(the_join(base), 12); },
+                  values_of_filter, delete_filter}),
+    case_name<Operation>);
+
+// ... on the ways out of joins
+
+constexpr char kInnerName[] = "inner";
+
+/// An inner join of the table with itself.
+int the_inner_join(const Base& base) {
+  const int known = RQXGetTableIDFromName(kInnerName);
+  if (known > 0) return known;
+  const int join = require(add_join(base, 0, {kInt}), "RQXAddJoinTable");
+  require(RQXSetTableName(join, kInnerName), "RQXSetTableName");
+  return join;
+}
+
+int realize_join(const Base& base) {
+  char name[] = "real";
+  int filters[] = {1, 5, 14, 0};
+  return RQXConvertJoinToReal(name, the_join(base), 1, 1, 1, filters, 0);
+}
+
+int write_tree(const Base& base) {
+  static int tables[QX_MAX_CHAIN + 1];
+  static int sets[2][QX_MAX_CHAIN];
+  char name[] = "tree";
+  int joins[] = {the_inner_join(base), 0};
+  int filters[2][QX_MAX_ASSOCIATION] = {{1}, {1}};
+  return RQXRealizeJoinChainEx(name, joins, 1, filters, tables, sets);
+}
+
+/// A tree whose columns come and go.
+int the_tree(const Base& base) {
+  const int known = RQXGetTableIDFromName("tree");
+  return known > 0 ? known : require(write_tree(base), "RQXRealizeJoinChainEx");
+}
+
+int qualify_tree(const Base& base) {
+  int filters[] = {base.filter(kString), base.filter(kDecimal), 0};
+  return RQXQualifyTree(the_tree(base), 1, base.id(), filters, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    JoinExits, FaultsTest,
+    testing::Values(
+        adding_set("SemiJoin",
+                   [](const Base& base) {
+                     return RQXExtractJoinInOut(base.id(), 1, 1, base.id(), 2, 1, 1);
+                   }),
+        Operation{"Realize", realize_join, imported, delete_table},
+        Operation{"Tree", write_tree, imported, delete_table},
+        Operation{"Qualify", qualify_tree,
+                  [](const Base& base, int) { return table_text(the_tree(base)); },
+                  [](const Base& base, int status) {
+                    for (int id = 5; status >= 0 && id > 3; --id) {
+                      RQXDeleteRealFilter(
+                          the_tree(base),
+                          RQXGetFilterIDFromName(the_tree(base), id == 5 ? "decimal" : "string"));
+                    }
+                  }},
+        Operation{"OpenBlocks", [](const Base& base) { return QXJBAOpen(0, the_join(base), 1); },
+                  nothing, [](const Base&, int) { QXJBAClose(0); }},
+        Operation{"Callbacks",
+                  [](const Base& base) {
+                    return QXUniqueRowCallBack(the_join(base), 0, 1, nullptr,
+                                               [](int, int, int, _TColumnBuf*) { return 0; });
+                  },
+                  nothing, keep}),
+    case_name<Operation>);
+
 }  // namespace
 }  // namespace qxe::test

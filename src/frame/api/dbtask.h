@@ -7,6 +7,7 @@
 
 namespace qxe {
 
+struct JoinRequest;
 struct NonCubeRequest;
 
 /// Virtual operations stand in the fixed order of the class; an operation joins at its place when
@@ -15,6 +16,7 @@ class CDBTask : NonCopyable {
  public:
   virtual ~CDBTask() = default;
 
+  virtual int AddJoinTable(const JoinRequest& request) = 0;
   virtual int ExtractRealTable(const char* name, int table, int set, const int* filters) = 0;
   virtual int ExtractRealTableEx(const char* name, int table, int set,
                                  const ExtractedColumns& columns) = 0;
@@ -79,6 +81,7 @@ class CDBParallelTask : public CDBTask {
  public:
   static CDBParallelTask& Instance();
 
+  int AddJoinTable(const JoinRequest& request) override;
   int ExtractRealTable(const char* name, int table, int set, const int* filters) override;
   int ExtractRealTableEx(const char* name, int table, int set,
                          const ExtractedColumns& columns) override;

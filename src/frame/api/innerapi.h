@@ -8,6 +8,10 @@
 
 namespace qxe {
 
+struct ChainRequest;
+struct JoinBlock;
+struct JoinRequest;
+struct TreeColumns;
 struct DetailPosition;
 
 /// Side of a join for names that may come from either.
@@ -215,6 +219,59 @@ int innerQXCondenseRealTable(int table);
 int innerQXDupRealFilter(int table, int filter);
 int innerQXDupRealFilterEx(int table, int filter, int type);
 int innerQXDupRealFilterExNumeric(int table, int filter, int type, const NumericInfo& info);
+
+// Join tables
+struct JoinInfo {  // outputs; null ones are not wanted
+  int* masterTable;
+  int* slaveTable;
+  int* masterSet = nullptr;
+  int* slaveSet = nullptr;
+  int* outer = nullptr;
+  int* nKey = nullptr;
+  char* name = nullptr;
+  int* masterKeys = nullptr;  // 32 of each, 0 behind the last
+  int* slaveKeys = nullptr;
+};
+
+int innerQXAddJoinTable(const JoinRequest& request);
+int innerQXGetJoinInfo(const char* layer, int table, const JoinInfo& out);
+int innerQXGetJoinSrcTblInfo(int table, int filter, int* side, int* srcTable, int* srcFilter);
+int innerQXGetJoinKeyInfo(int table, int side, _TRFilterInfo* out);
+int innerQXGetJoinKeyBody(int table, int side, const _TRFilterBody* body);
+int innerQXGetJoinKey(int table, int side, _TFilterInfo* out);
+int innerQXGetJoinDir(int table, int set);
+/// `*out` are the live elements.
+int innerQXGetJoinSlaveSet(int table, int set, int** out);
+int innerQXCopyJoinSlaveSet(int table, int set, int* count, int max, int* out);
+int innerQXGetJoinProjectionSets(int table, int set, int* drivingCount, int** driving,
+                                 int* drivenCount, int** driven);
+int innerQXCopyJoinProjectionSets(int table, int set, int* drivingCount, int drivingMax,
+                                  int* drivingOut, int* drivenCount, int drivenMax, int* drivenOut);
+int innerQXGetSlaveInfo(int table, int* slaveTable, int* slaveSet);
+int innerQXPutJoinSetToParent(int table, int side, bool unmatched, int* tableId, int* setId);
+int innerQXReturnSet2SlaveTable(int table, int* tableId);
+int innerQXMoveSlaveFlt2Master(int table, int filter);
+
+// Ways out of a join
+struct InOutColumn {
+  int table;
+  int set;
+  int filter;
+};
+
+int innerQXExtractJoinInOut(const InOutColumn& column, const InOutColumn& other, bool out);
+int innerQXConvertJoinToReal(const char* name, int table, int set, const RealizedColumns& columns);
+int innerQXRealizeJoinChain(const char* layer, const char* name, const ChainRequest& request);
+int innerQXQualifyTree(int tree, const TreeColumns& columns);
+int innerQXSetMaxJoinChain(int n);
+
+// Readers of blocks
+int innerQXJBAOpen(const char* layer, int slot, int table, int set, const int* filters);
+int innerQXJBARead(int slot, JoinBlock* block, int* columnCount, _TColumnBuf** columns);
+int innerQXJBAStatus(int slot, int* maxBlockSize);
+int innerQXJBAClose(int slot);
+/// Rows of the set that QXSearchCallBack loops over.
+int innerQXCallBackSetSize(int table, int set);
 
 // Summaries
 int innerQXSummaryOpen(int handle, int table, int set, int nDim, const _TDimensionDef* dims,

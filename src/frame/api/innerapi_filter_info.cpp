@@ -1,9 +1,10 @@
-// Serial layer: what a filter is made of, as records, copies or pointers into the engine. Pending
-// values are merged first, so that a client always sees a whole value list.
+// Serial layer: what a filter is made of, as records, copies or pointers into the engine. A column
+// shows in a join under the join's own id and name.
 #include <algorithm>
 #include <limits>
 #include <vector>
 
+#include "frame/api/filter_record.h"
 #include "frame/api/innerapi.h"
 #include "frame/api/serial_layer.h"
 #include "parallel/mpp_memory.h"
@@ -25,46 +26,47 @@ int pool_bytes(const TFilter& column) {
   return static_cast<int>(std::min<long>(texts->pool_used(), std::numeric_limits<int>::max()));
 }
 
-/// A column shows in a join under the join's own id and name.
-void describe(TBaseTable& table, int filter, TFilter& column, _TRFilterInfo* out) {
+}  // namespace
+
+void describe(TFilter& column, int id, const char* name, _TRFilterInfo* out) {
   column.MergeTVL(true);
-  *out = {.id = filter,
+  *out = {.id = id,
           .type = column.data_type(),
           .unitSize = column.VL->FUnitSize,
           .valueCount = column.VL->FArraySize,
           .poolSize = pool_bytes(column),
           .name = {}};
-  char table_name[TBaseTable::kNameSize];
-  table.FilterID2Name(filter, table_name, out->name);
+  qxe_strlcpy(out->name, name, sizeof out->name);
 }
 
-}  // namespace
+void point_into(TFilter& column, const char* name, _TFilterInfo* out) {
+  column.MergeTVL(true);
+  const TStrArray* const texts = text_list(column);
+  *out = {.rowCount = column.PVL->FArraySize,
+          .pv = column.PVL->PIntAr(),
+          .type = column.data_type(),
+          .unitSize = column.VL->FUnitSize,
+          .valueCount = column.VL->FArraySize,
+          .values = const_cast<void*>(column.VL->data()),
+          .pool = texts == nullptr ? nullptr : const_cast<char*>(texts->pool()),
+          .name = {},
+          .orgTableId = column.FOrgTblID,
+          .orgFilterId = column.FOrgFltID};
+  qxe_strlcpy(out->name, name, sizeof out->name);
+}
 
 int innerQXGetFilter(int table, int filter, _TFilterInfo* out) {
-  return with_filter(
-      {.layer = "QXGetFilter"}, table, filter, [&](TBaseTable& target, TFilter& column) {
-        _TRFilterInfo info;
-        describe(target, filter, column, &info);
-        const TStrArray* const texts = text_list(column);
-        *out = {.rowCount = column.PVL->FArraySize,
-                .pv = column.PVL->PIntAr(),
-                .type = info.type,
-                .unitSize = info.unitSize,
-                .valueCount = info.valueCount,
-                .values = const_cast<void*>(column.VL->data()),
-                .pool = texts == nullptr ? nullptr : const_cast<char*>(texts->pool()),
-                .name = {},
-                .orgTableId = column.FOrgTblID,
-                .orgFilterId = column.FOrgFltID};
-        memcpy(out->name, info.name, sizeof out->name);
-        return 0;
-      });
+  return with_filter({.layer = "QXGetFilter"}, table, filter,
+                     [&](TBaseTable& target, TFilter& column) {
+                       point_into(column, target.filter_name(filter), out);
+                       return 0;
+                     });
 }
 
 int innerQXGetFilterInfo(int table, int filter, _TRFilterInfo* out) {
   return with_filter({.layer = "QXGetFilterInfo"}, table, filter,
                      [&](TBaseTable& target, TFilter& column) {
-                       describe(target, filter, column, out);
+                       describe(column, filter, target.filter_name(filter), out);
                        return 0;
                      });
 }
@@ -90,18 +92,21 @@ void copy_values(const TBaseArray& values, const _TRFilterBody& body) {
 
 }  // namespace
 
+void copy_body(TFilter& column, const _TRFilterBody& body) {
+  column.MergeTVL(true);
+  copy_part(body.pv, column.PVL->data(), column.PVL->FArraySize, body.pvCapacity, sizeof(int));
+  copy_values(*column.VL, body);
+  if (const TStrArray* const texts = text_list(column)) {
+    copy_part(body.pool, texts->pool(), pool_bytes(column), body.poolCapacity, 1);
+  }
+}
+
 int innerQXGetFilterBody(int table, int filter, const _TRFilterBody* body) {
-  return with_filter(
-      {.layer = "QXGetFilterBody"}, table, filter, [&](TBaseTable&, TFilter& column) {
-        column.MergeTVL(true);
-        copy_part(body->pv, column.PVL->data(), column.PVL->FArraySize, body->pvCapacity,
-                  sizeof(int));
-        copy_values(*column.VL, *body);
-        if (const TStrArray* const texts = text_list(column)) {
-          copy_part(body->pool, texts->pool(), pool_bytes(column), body->poolCapacity, 1);
-        }
-        return 0;
-      });
+  return with_filter({.layer = "QXGetFilterBody"}, table, filter,
+                     [&](TBaseTable&, TFilter& column) {
+                       copy_body(column, *body);
+                       return 0;
+                     });
 }
 
 int innerQXGetAllFilterInfo(int table, int max, int* count, _TRFilterInfo* infos,
@@ -115,7 +120,9 @@ int innerQXGetAllFilterInfo(int table, int max, int* count, _TRFilterInfo* infos
     *count = target.GetFilterIDList(ids.data());
     ids.resize(static_cast<size_t>(std::min(*count, max)));
     for (const int id : ids) {
-      describe(target, id, *target.GetFilter(id), infos);
+      TFilter* const column = target.GetFilter(id);
+      if (column == nullptr) return target.missing_filter(id);
+      describe(*column, id, target.filter_name(id), infos);
       if (names != nullptr) qxe_strlcpy(*names++, infos->name, sizeof *names);
       ++infos;
     }

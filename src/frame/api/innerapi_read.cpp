@@ -100,27 +100,9 @@ int innerQXGetRowNo1M(int table, int set, int first, int count, int* out) {
   return count;
 }
 
-// Value numbers
-
-namespace {
-
-/// The row pointers of a set's rows.
-int gather_value_numbers(const TFilter& column, const TSetArray& rows, int* out) {
-  const int* const numbers = column.PVL->PIntAr();
-  const int* const row = rows.PIntAr();
-  for (int i = 0; i < rows.FArraySize; ++i) out[i] = numbers[row[i]];
-  return rows.FArraySize;
-}
-
-}  // namespace
-
 int innerQXGetVNoList(int table, int filter, int set, int* out) {
-  return with_filter({.layer = "QXGetVNoList"}, table, filter,
-                     [&](TBaseTable& target, TFilter& column) {
-                       const TSetArray* const rows = target.GetSet(set);
-                       if (rows == nullptr) return QX_ERROR_NO_SET;
-                       return gather_value_numbers(column, *rows, out);
-                     });
+  return with_table({.layer = "QXGetVNoList"}, table,
+                    [&](TBaseTable& target) { return target.GetVNoList(set, filter, out); });
 }
 
 // Blocks

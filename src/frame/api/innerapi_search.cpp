@@ -35,7 +35,7 @@ int innerQXSearchByField2(int table, int filter, int set, int ope, const char* v
                           const char* value2) {
   return search_values("QXSearchByField2", table, ope, value1, value2, [&](TBaseTable& target) {
     const TFilter* const column = target.GetFilter(filter);
-    if (column == nullptr) return QX_ERROR_NO_FILTER;
+    if (column == nullptr) return target.missing_filter(filter);
     return column->data_type() == QX_DT_STRING
                ? target.SearchByField2(filter, set, ope, value1, value2)
                : target.SearchByField(filter, set, ope, value1, value2);

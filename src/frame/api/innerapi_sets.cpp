@@ -45,15 +45,18 @@ int check_buffer(const char* layer, int max) {
 
 }  // namespace
 
+int copy_rows(const TSetArray& rows, int* count, int max, int* out) {
+  *count = rows.FArraySize;
+  std::copy_n(rows.PIntAr(), std::min(max, *count), out);
+  return *count;
+}
+
 int innerQXCopySet(int table, int set, int* count, int max, int* out) {
   *count = 0;
   const int status = check_buffer("QXGetSet", max);
   if (status < 0) return status;
-  return with_set({.layer = "QXGetSet"}, table, set, [&](TSetArray& rows) {
-    *count = rows.FArraySize;
-    std::copy_n(rows.PIntAr(), std::min(max, *count), out);
-    return *count;
-  });
+  return with_set({.layer = "QXGetSet"}, table, set,
+                  [&](const TSetArray& rows) { return copy_rows(rows, count, max, out); });
 }
 
 int innerQXGetSetIDList(int table, int max, int* out) {

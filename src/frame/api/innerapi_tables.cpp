@@ -118,8 +118,10 @@ int innerQXGetFilterMemorySize(int table, int filter, unsigned long* size) {
 }
 
 int innerQXGetSetMemorySize(int table, int set, unsigned long* size) {
-  return with_set({.layer = "QXGetSetMemorySize"}, table, set,
-                  [&](TSetArray& rows) { return store_size(rows.GetMemSize(), size); });
+  return with_table({.layer = "QXGetSetMemorySize"}, table, [&](TBaseTable& target) {
+    return target.GetSet(set) == nullptr ? QX_ERROR_NO_SET
+                                         : store_size(target.set_memory(set), size);
+  });
 }
 
 }  // namespace qxe

@@ -52,8 +52,8 @@ const char* RQXGetTableNameR1(int table) {
 const char* RQXGetFilterNameR1(int table, int filter) {
   return plain_call([&]() -> const char* {
     const char* name = "";
-    with_filter({.layer = "QXGetFilterName"}, table, filter, [&](TBaseTable&, TFilter& column) {
-      name = column.FFilterName;
+    with_filter({.layer = "QXGetFilterName"}, table, filter, [&](TBaseTable& target, TFilter&) {
+      name = target.filter_name(filter);
       return 0;
     });
     return name;

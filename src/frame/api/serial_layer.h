@@ -54,6 +54,9 @@ inline int concluded(const LayerCall& call, int status) {
   return status;
 }
 
+/// Copies up to `max` rows; returns how many there are, which also goes to `*count`.
+int copy_rows(const TSetArray& rows, int* count, int max, int* out);
+
 /// `body(collection)` for an operation that has no table yet or many.
 template <class Body>
 int with_collection(const LayerCall& call, Body&& body) {
@@ -83,7 +86,7 @@ template <class Body>
 int with_filter(const LayerCall& call, int table, int filter, Body&& body) {
   return with_table(call, table, [&](TBaseTable& target) {
     TFilter* const column = target.GetFilter(filter);
-    return column == nullptr ? QX_ERROR_NO_FILTER : body(target, *column);
+    return column == nullptr ? target.missing_filter(filter) : body(target, *column);
   });
 }
 
