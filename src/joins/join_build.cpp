@@ -161,18 +161,28 @@ struct KeyMatch {
   int most = 0;                       // partners of one row
 };
 
-/// Value numbers of one side on a walk through the key numbers.
+/// The value numbers of one side on a walk through the key numbers. Which keys a side has is not
+/// foreseeable, so that the walk has no jumps: where it has none, `at` is a place that no value
+/// has.
 struct KeyCursor {
-  KeyCursor(const KeyNumbers& key, int first_key)
-      : map(key.map), end(key.values), value(first_key) {
+  KeyCursor(const KeyNumbers& key, int first_key, int no_value)
+      : map(key.map), end(key.values), spare(no_value), value(first_key) {
     if (map != nullptr) value = static_cast<int>(std::lower_bound(map, map + end, first_key) - map);
   }
-  /// Whether the side has a value with the key that comes next.
-  bool has(int number) const { return map == nullptr || (value < end && map[value] == number); }
+
+  /// Goes on to the next key; whether the side has a value with it.
+  int step(int number) {
+    const int here = map == nullptr || (value < end && map[value] == number);
+    at = spare ^ ((spare ^ value) & -here);
+    value += here;
+    return here;
+  }
 
   const int* map;
   int end;
+  int spare;
   int value;
+  int at = 0;
 };
 
 /// Rows of both sides by value number, and the key numbers of the values.
@@ -184,7 +194,7 @@ struct SideValues {
   const KeyNumbers& driven_key;
 };
 
-/// Part of a match: key numbers of a slice.
+/// Part of a match: the keys of a slice.
 struct MatchPart {
   int pairs = 0;  // driven rows with partners
   int most = 0;
@@ -192,43 +202,53 @@ struct MatchPart {
   bool driven_lost = false;
 };
 
+/// The arrays of `match` have a spare place for each worker behind those of the values.
 template <class Counter>
-MatchPart match_slice(const SideValues<Counter>& sides, Slice keys, KeyMatch& match, int* starts) {
-  MatchPart part;
-  KeyCursor driving(sides.driving_key, static_cast<int>(keys.begin));
-  KeyCursor driven(sides.driven_key, static_cast<int>(keys.begin));
-  for (int number = static_cast<int>(keys.begin); number < keys.end; ++number) {
-    const bool in_driving = driving.has(number);
-    const bool in_driven = driven.has(number);
-    const bool drives = in_driving && sides.driving[driving.value] != 0;
-    const int count = in_driven ? sides.driven[driven.value] : 0;
-    if (in_driving) {
-      match.driving_hits[driving.value] = count != 0;
-      match.partners[driving.value++] = count;
-    }
-    if (in_driven) match.driven_hits[driven.value++] = drives;
-    part.driving_lost |= drives && count == 0;
-    part.driven_lost |= !drives && count != 0;
-    starts[number] = part.pairs;
-    part.pairs += drives ? count : 0;
-    part.most = std::max(part.most, drives ? count : 0);
+MatchPart match_slice(const SideValues<Counter>& sides, Slice keys, int worker,
+                      const KeyMatch& match, int* starts) {
+  const Counter* const driving_rows = sides.driving;
+  const int* const driven_rows = sides.driven;
+  Flag* const driving_hits = match.driving_hits.get();
+  Flag* const driven_hits = match.driven_hits.get();
+  int* const partners = match.partners.get();
+  const int first = static_cast<int>(keys.begin);
+  KeyCursor driving(sides.driving_key, first, sides.driving_key.values + worker);
+  KeyCursor driven(sides.driven_key, first, sides.driven_key.values + worker);
+  int pairs = 0;
+  int most = 0;
+  int driving_lost = 0;
+  int driven_lost = 0;
+  for (int number = first; number < keys.end; ++number) {
+    const int in_driving = driving.step(number);
+    const int in_driven = driven.step(number);
+    const int drives = in_driving & static_cast<int>(driving_rows[driving.at & -in_driving] != 0);
+    const int count = driven_rows[driven.at & -in_driven] & -in_driven;
+    const int driven_any = count != 0;
+    driving_hits[driving.at] = static_cast<Flag>(driven_any);
+    driven_hits[driven.at] = static_cast<Flag>(drives);
+    partners[driving.at] = count;
+    driving_lost |= drives & (driven_any ^ 1);
+    driven_lost |= driven_any & (drives ^ 1);
+    starts[number] = pairs;
+    pairs += count & -drives;
+    most = std::max(most, count & -drives);
   }
-  return part;
+  return {pairs, most, driving_lost != 0, driven_lost != 0};
 }
 
 template <class Counter>
 KeyMatch match_keys(const SideValues<Counter>& sides, int size) {
+  const int workers = compile_workers(size, true);
   KeyMatch match;
-  match.driving_hits = make_block<Flag>(sides.driving_key.values);
-  match.driven_hits = make_block<Flag>(sides.driven_key.values);
-  match.partners = make_block<int>(sides.driving_key.values);
+  match.driving_hits = make_block<Flag>(sides.driving_key.values + workers);
+  match.driven_hits = make_block<Flag>(sides.driven_key.values + workers);
+  match.partners = make_block<int>(sides.driving_key.values + workers);
   match.starts = std::make_unique<TSetArray>(size + 1, false);
   int* const starts = match.starts->PIntAr();
-  const int workers = compile_workers(size, true);
   std::vector<MatchPart> parts(static_cast<size_t>(workers));
   run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
     const Slice keys = even_slice(size, workers, worker);
-    parts[static_cast<size_t>(worker)] = match_slice(sides, keys, match, starts);
+    parts[static_cast<size_t>(worker)] = match_slice(sides, keys, worker, match, starts);
   });
   int total = 0;
   for (MatchPart& part : parts) {
