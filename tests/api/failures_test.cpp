@@ -1,5 +1,5 @@
-// Every call tells a client's mistake by its status and by an entry in the
-// ring, and changes nothing.
+// Every call tells a client's mistake by its status and by an entry in the ring, and changes
+// nothing.
 #include <limits.h>
 
 #include <functional>
@@ -77,8 +77,7 @@ class FailuresTest : public EngineTest {
     ASSERT_EQ(database_text(), before_);
   }
 
-  // Filter 1 are integers, 2 strings; set 1 are all three rows, set 2 two of
-  // them.
+  // Filter 1 are integers, 2 strings; set 1 are all three rows, set 2 two of them.
   const TestTable table_{{{"i", ints({1, 2, 3})}, {"s", strings({"a", "b", "c"})}}};
   const int t_ = table_.id();
   std::string before_;
