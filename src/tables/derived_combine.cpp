@@ -148,8 +148,8 @@ const TSetArray& combined_set(const char* layer, const CombineSource& source) {
 
 int TRealTable::combine(const char* layer, const CombineSource& first, const CombineSource& second,
                         CombinePseudo pseudo) {
-  const RowPart parts[] = {{first.table.id(), RowList(combined_set(layer, first))},
-                           {second.table.id(), RowList(combined_set(layer, second))}};
+  const SourceRows parts[] = {{first.table.id(), RowList(combined_set(layer, first))},
+                              {second.table.id(), RowList(combined_set(layer, second))}};
   const int rows = total_rows(parts);
   const std::vector<PlannedColumn> plan = plan_columns(layer, first, second, pseudo);
   first.table.settle_values();

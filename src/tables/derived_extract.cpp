@@ -119,7 +119,7 @@ int TRealTable::extract_rows(const char* layer, int set, TRealTable& source,
     costs.push_back(column_cost(rows->FArraySize, filters.back()));
     add_blank_filter(pseudo == nullptr ? filters.back()->FFilterName : pseudo);
   }
-  const RowPart part{source.id(), RowList(*rows)};
+  const SourceRows part{source.id(), RowList(*rows)};
   claim_columns(QX_MPP_EXTRACT_REALTABLE, costs, [&](int column) {
     const auto index = static_cast<size_t>(column);
     TFilter& filter = *filter_at(column);

@@ -19,7 +19,7 @@ constexpr char kLayer[] = "CombineTableList";
 /// One table of the list.
 struct ListedTable {
   TRealTable& table;
-  RowPart part;
+  SourceRows part;
 };
 
 TRealTable& listed_real_table(const TTableCollection& tables, int id) {
@@ -116,7 +116,7 @@ int TTableCollection::CombineTableList(const char* name, const CombineListIds& i
     return report(kLayer, QX_ERROR_CHAIN_NAME, "Invalid Parameter : PCTblName(%s)",
                   name == nullptr ? "" : name);
   }
-  std::vector<RowPart> parts;
+  std::vector<SourceRows> parts;
   parts.reserve(tables.size());
   for (const ListedTable& listed : tables) parts.push_back(listed.part);
   const int rows = total_rows(parts);

@@ -9,11 +9,11 @@
 namespace qxe {
 
 /// The table's id for the rows of each part, one part after the other.
-Column table_id_column(std::span<const RowPart> parts);
+Column table_id_column(std::span<const SourceRows> parts);
 /// The row numbers that the rows have in their tables.
-Column row_number_column(std::span<const RowPart> parts);
+Column row_number_column(std::span<const SourceRows> parts);
 
 /// Rows of all parts together. Throws QX_ERROR_ROW_SIZE above the limit of a table.
-int total_rows(std::span<const RowPart> parts);
+int total_rows(std::span<const SourceRows> parts);
 
 }  // namespace qxe

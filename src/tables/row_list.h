@@ -30,7 +30,7 @@ inline void gather_rows(const int* numbers, const RowList& list, int begin, int 
 }
 
 /// Rows of one table on their way into a derived one.
-struct RowPart {
+struct SourceRows {
   int table_id;
   RowList rows;
 };

@@ -9,7 +9,14 @@
 namespace qxe::test {
 namespace {
 
-class EngineCallsTest : public EngineTest {};
+class EngineCallsTest : public EngineTest {
+ protected:
+  static std::string char_code() {
+    _TREnvironment environment;
+    EXPECT_EQ(RQXGetEnvironment(&environment), 0);
+    return environment.dbCharCode;
+  }
+};
 
 TEST_F(EngineCallsTest, TellsItsVersionInEveryForm) {
   int numbers[4] = {};
@@ -51,19 +58,15 @@ TEST_F(EngineCallsTest, DescribesItsEnvironment) {
 }
 
 TEST_F(EngineCallsTest, SetsTheCharacterCodeByLocaleAndByText) {
-  _TREnvironment environment;
   EXPECT_EQ(RQXSetKanjiCode(QX_LOCALE_SJIS), 0);
-  RQXGetEnvironment(&environment);
-  EXPECT_STREQ(environment.dbCharCode, "Shift_JIS");
+  EXPECT_EQ(char_code(), "Shift_JIS");
   expect_failure(RQXSetKanjiCode(7), QX_ERROR_CHAR_CODE, "Invalid Parameter");
   char unknown[] = "NotDefined";
   expect_failure(RQXSetDBCharCode(unknown), QX_ERROR_CHAR_CODE, "Invalid Parameter");
-  RQXGetEnvironment(&environment);
-  EXPECT_STREQ(environment.dbCharCode, "Shift_JIS");
+  EXPECT_EQ(char_code(), "Shift_JIS");
   char hyphenated[] = "UTF-8";
   EXPECT_EQ(RQXSetDBCharCode(hyphenated), 0);
-  RQXGetEnvironment(&environment);
-  EXPECT_STREQ(environment.dbCharCode, "UTF8");
+  EXPECT_EQ(char_code(), "UTF8");
 }
 
 TEST_F(EngineCallsTest, CutsTrailingBlanksOnlyWhenAskedTo) {
@@ -107,37 +110,25 @@ TEST_F(EngineCallsTest, KeepsTheFormOfServicesItDoesNotHave) {
   EXPECT_EQ(RQXShutdown(), 0);
 }
 
-TEST_F(EngineCallsTest, FreesNothingForNull) {
-  void* memory = nullptr;
-  EXPECT_EQ(QXFreeMem(&memory), 0);
-  EXPECT_EQ(memory, nullptr);
-}
-
 TEST_F(EngineCallsTest, ClearingForgetsTablesAndIdsButNoSetting) {
-  TestTable({{"a", ints({1})}});
+  RQXAddRealTable("t", 1);
   RQXSetKanjiCode(QX_LOCALE_EUC);
   EXPECT_EQ(RQXClearDB(), 0);
   EXPECT_EQ(RQXGetNTable(), 0);
   EXPECT_EQ(RQXAddRealTable("again", 1), 1);
-  _TREnvironment environment;
-  RQXGetEnvironment(&environment);
-  EXPECT_STREQ(environment.dbCharCode, "EUC_JP");
+  EXPECT_EQ(char_code(), "EUC_JP");
 }
 
 TEST_F(EngineCallsTest, RestartsWithoutTablesAndWithRunningWorkers) {
-  TestTable({{"a", ints({1})}});
+  RQXAddRealTable("t", 1);
   RQXSetKanjiCode(QX_LOCALE_EUC);
   RQXSetSavedFlag(0, 1, 0);
   EXPECT_EQ(RQXReInitializeMS(), 0);
   EXPECT_EQ(RQXGetNTable(), 0);
-  _TREnvironment environment;
-  RQXGetEnvironment(&environment);
-  EXPECT_STREQ(environment.dbCharCode, "UTF8");
-  int sets = 7;
-  int tables = 7;
-  int settings = 7;
-  EXPECT_EQ(RQXGetSavedFlag(&sets, &tables, &settings), 0);
-  EXPECT_EQ((std::vector<int>{sets, tables, settings}), (std::vector<int>{0, 1, 0}));
+  EXPECT_EQ(char_code(), "UTF8");
+  int flags[3] = {7, 7, 7};
+  EXPECT_EQ(RQXGetSavedFlag(&flags[0], &flags[1], &flags[2]), 0);
+  EXPECT_EQ(std::vector<int>(flags, flags + 3), (std::vector<int>{0, 1, 0}));
 
   const TestTable table({{"a", ints({3, 1, 2})}});
   EXPECT_EQ(table.id(), 1);

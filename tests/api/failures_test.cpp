@@ -1,580 +1,411 @@
-// Every call tells a client's mistake by its status and by an entry in the ring.
+// Every call tells a client's mistake by its status and by an entry in the ring, and changes
+// nothing.
+#include <limits.h>
+
 #include <functional>
 
-#include "support/case_name.h"
+#include "support/database_text.h"
 #include "support/engine_test.h"
+#include "support/files.h"
 #include "support/test_table.h"
 
 namespace qxe::test {
 namespace {
 
-char buffer[8192];  // stands for every output
-int numbers[10001];
-int filter_list[] = {1, 0};
-int all_filters[] = {-1};
-int directions[] = {0, 0};
+// Outputs and inputs of the calls.
+char buffer[8192];
+char word[] = "a";
 char one[] = "\1\0\0";  // the integer 1
-NumericInfo info = {2, QX_ROUND_HALFUP};
+int numbers[10001];
+int out;
+unsigned long size;
+double real[128];
+Numeric decimal_out[128];
+unsigned char flags[8];
+_TTableInfo table_info;
+_TRFilterInfo filter_info;
+_TRFilterBody filter_body;
+_TFilterInfo live_filter;
+NumericInfo form = {2, QX_ROUND_HALFUP};
+NumericInfo bad_form = {2, -1};
+NumericInfo form_out;
+int keys[] = {1, 0};
+int unknown_key[] = {99, 0};
+int two_keys[] = {1, 2, 0};
+int none[] = {0};
+int directions[] = {0, 3};
+int all_filters[] = {-1};
+int unknown_filters[] = {1, 99, -1};
+int row_zero[] = {1, 0};
+int row_behind[] = {4};
 constexpr int kUnknown = 99;
 
+/// A call on filter 1, integers, of table t, and on set s.
 struct Call {
-  const char* name;
-  std::function<int(int table, int filter, int set)> call;
-  int code;
-  const char* text = "";
-  int logged = 0;  // code of the entry when it is another one
+  const char* text;
+  std::function<int(int t, int f, int s)> call;
+  int code = 0;
+  const char* message = "";
 };
 
-/// Calls on the integer filter 1 and the string filter 2 of a table of three rows.
-class FailuresTest : public EngineTest, public testing::WithParamInterface<Call> {
- protected:
-  FailuresTest() : table_({{"i", ints({1, 2, 3})}, {"s", strings({"a", "b", "c"})}}) {}
-
-  static void expect(int status) {
-    const Call& wanted = GetParam();
-    expect_failure_logged_as(status, wanted.code, wanted.logged == 0 ? wanted.code : wanted.logged,
-                             wanted.text);
+#define QXE_DO(...)                                                                   \
+  []([[maybe_unused]] int t, [[maybe_unused]] int f, [[maybe_unused]] int s) -> int { \
+    return __VA_ARGS__;                                                               \
+  }
+#define QXE_CALL(...)                 \
+  Call {                              \
+#__VA_ARGS__, QXE_DO(__VA_ARGS__) \
+  }
+#define QXE_CASE(code, message, ...)                            \
+  Call {                                                        \
+#__VA_ARGS__, QXE_DO(__VA_ARGS__), QX_ERROR_##code, message \
   }
 
-  const TestTable table_;
-};
+class FailuresTest : public EngineTest {
+ protected:
+  FailuresTest() {
+    table_.add_set({3, 1});
+    RQXChangeCurrentSetID(t_, 1);
+    RQXSetSavedFlag(1, 1, 1);
+    before_ = database_text();
+    drain_ring();
+  }
 
-unsigned long* size_out() {
-  return reinterpret_cast<unsigned long*>(buffer);
-}
-int* type_out() {
-  return numbers;
-}
+  void expect(const Call& wanted, int status, int code, const std::string& message) const {
+    SCOPED_TRACE(wanted.text);
+    expect_failure(status, code, message);
+    ASSERT_EQ(database_text(), before_);
+  }
+
+  // Filter 1 are integers, 2 strings; set 1 are all three rows, set 2 two of them.
+  const TestTable table_{{{"i", ints({1, 2, 3})}, {"s", strings({"a", "b", "c"})}}};
+  const int t_ = table_.id();
+  std::string before_;
+};
 
 // The calls of the interface by what they look up.
 
-const std::vector<Call> kTableCalls = {
-    {"DeleteTable", [](int table, int, int) { return RQXDeleteTable(table); }, 0},
-    {"GetTableName", [](int table, int, int) { return RQXGetTableName(table, buffer); }, 0},
-    {"SetTableName", [](int table, int, int) { return RQXSetTableName(table, "x"); }, 0},
-    {"GetTableProperty",
-     [](int table, int, int) {
-       return RQXGetTableProperty(table, reinterpret_cast<_TTableInfo*>(buffer));
-     },
-     0},
-    {"TableCanEdit", [](int table, int, int) { return RQXTableCanEdit(table, numbers); }, 0},
-    {"GetTableMemorySize",
-     [](int table, int, int) { return RQXGetTableMemorySize(table, size_out()); }, 0},
-    {"GetNSet", [](int table, int, int) { return RQXGetNSet(table); }, 0},
-    {"GetTotalRows", [](int table, int, int) { return RQXGetTotalRows(table); }, 0},
-    {"PurgeSubsets", [](int table, int, int) { return RQXPurgeSubsets(table); }, 0},
-    {"GetSetList", [](int table, int, int) { return RQXGetSetList(table, 1, numbers); }, 0},
-    {"AddSetReal", [](int table, int, int) { return RQXAddSetReal(table, 0, nullptr); }, 0},
-    {"GetCurrentSetID", [](int table, int, int) { return RQXGetCurrentSetID(table); }, 0},
-    {"ResetSetID", [](int table, int, int) { return RQXResetSetID(table, 9); }, 0},
-    {"GetNFilter", [](int table, int, int) { return RQXGetNFilter(table); }, 0},
-    {"GetFilterIDList", [](int table, int, int) { return RQXGetFilterIDList(table, numbers); }, 0},
-    {"GetAllFilterInfo",
-     [](int table, int, int) { return RQXGetAllFilterInfo(table, 0, numbers, nullptr, nullptr); },
-     0},
-    {"DuplicateRealTable", [](int table, int, int) { return RQXDuplicateRealTable("x", table); },
-     0},
-    {"CombineRealTable",
-     [](int table, int, int) {
-       return RQXCombineRealTable(nullptr, table, 1, filter_list, table, 1, filter_list);
-     },
-     0},
-    {"CondenseRealTable", [](int table, int, int) { return RQXCondenseRealTable(table); }, 0},
-    {"CondensePlain", [](int table, int, int) { return QXCondenseRealTable(table); }, 0},
-    {"MoveRealFilter", [](int table, int, int) { return RQXMoveRealFilter(table, 0, 0); }, 0},
-    {"AddRealFilter2",
-     [](int table, int, int) {
-       return RQXAddRealFilter2(table, 0, "x", QX_DT_INTEGER, 0, nullptr, nullptr, nullptr);
-     },
-     0},
-    {"AddRealFilter2Numeric",
-     [](int table, int, int) {
-       return RQXAddRealFilter2Numeric(table, 0, "x", QX_DT_DECIMAL, 0, nullptr, nullptr, nullptr,
-                                       2, 4);
-     },
-     0},
-    {"AppendCatalogFile",
-     [](int table, int, int) { return RQXAppendCatalogFile(table, 1, 1, "", "x.cat"); }, 0},
-    {"AppendCatalogFileEx2",
-     [](int table, int, int) {
-       return RQXAppendCatalogFileEx2(table, 1, 1, "", "x.cat", "", "x.dat");
-     },
-     0},
-    {"GetFilterIDFromName", [](int table, int, int) { return RQXGetFilterIDFromName(table, "i"); },
-     0},
-};
+const Call kTableCalls[] = {
+    QXE_CALL(RQXDeleteTable(t)),
+    QXE_CALL(RQXGetTableName(t, buffer)),
+    QXE_CALL(RQXSetTableName(t, "x")),
+    QXE_CALL(RQXGetTableProperty(t, &table_info)),
+    QXE_CALL(RQXTableCanEdit(t, numbers)),
+    QXE_CALL(RQXGetTableMemorySize(t, &size)),
+    QXE_CALL(RQXGetNSet(t)),
+    QXE_CALL(RQXGetTotalRows(t)),
+    QXE_CALL(RQXPurgeSubsets(t)),
+    QXE_CALL(RQXGetSetList(t, 1, numbers)),
+    QXE_CALL(RQXAddSetReal(t, 0, nullptr)),
+    QXE_CALL(RQXGetCurrentSetID(t)),
+    QXE_CALL(RQXResetSetID(t, 9)),
+    QXE_CALL(RQXGetNFilter(t)),
+    QXE_CALL(RQXGetFilterIDList(t, numbers)),
+    QXE_CALL(RQXGetFilterIDFromName(t, "i")),
+    QXE_CALL(RQXGetAllFilterInfo(t, 0, numbers, nullptr, nullptr)),
+    QXE_CALL(RQXDuplicateRealTable("x", t)),
+    QXE_CALL(RQXExtractRealTable("x", t, 1, nullptr)),
+    QXE_CALL(RQXCombineRealTable(nullptr, t, 1, keys, t, 1, keys)),
+    QXE_CALL(RQXCondenseRealTable(t)),
+    QXE_CALL(QXCondenseRealTable(t)),
+    QXE_CALL(RQXMoveRealFilter(t, 0, 0)),
+    QXE_CALL(RQXInsertRealRows(t, 1, 1)),
+    QXE_CALL(QXDeleteRealRows(t, 1, 1)),
+    QXE_CALL(RQXAddRealFilter2(t, 0, "x", QX_DT_INTEGER, 0, nullptr, nullptr, nullptr)),
+    QXE_CALL(
+        RQXAddRealFilter2Numeric(t, 0, "x", QX_DT_DECIMAL, 0, nullptr, nullptr, nullptr, 2, 4)),
+    QXE_CALL(RQXAppendCatalogFile(t, 1, 1, "", "x.cat")),
+    QXE_CALL(RQXAppendCatalogFileEx2(t, 1, 1, "", "x.cat", "", "x.dat"))};
 
-const std::vector<Call> kFilterCalls = {
-    {"DupRealFilter", [](int table, int filter, int) { return RQXDupRealFilter(table, filter); },
-     QX_ERROR_NO_MASTER_KEY},
-    {"DupRealFilterEx",
-     [](int table, int filter, int) { return RQXDupRealFilterEx(table, filter, QX_DT_DATE); },
-     QX_ERROR_NO_MASTER_KEY},
-    {"DupRealFilterExNumeric",
-     [](int table, int filter, int) {
-       return RQXDupRealFilterExNumeric(table, filter, QX_DT_DECIMAL, 2, 4);
-     },
-     QX_ERROR_NO_MASTER_KEY},
-    {"AppendRealFilter2",
-     [](int table, int filter, int) {
-       return RQXAppendRealFilter2(table, filter, QX_DT_INTEGER, 1, 1, "", "x");
-     },
-     QX_ERROR_NO_FILTER},
-    {"GetFilterMemorySize",
-     [](int table, int filter, int) { return RQXGetFilterMemorySize(table, filter, size_out()); },
-     QX_ERROR_NO_FILTER},
-    {"GetFilterWidth", [](int table, int filter, int) { return RQXGetFilterWidth(table, filter); },
-     QX_ERROR_NO_FILTER},
-    {"GetFilterType", [](int table, int filter, int) { return RQXGetFilterType(table, filter); },
-     QX_ERROR_NO_FILTER},
-    {"GetFilterInfo",
-     [](int table, int filter, int) {
-       return RQXGetFilterInfo(table, filter, reinterpret_cast<_TRFilterInfo*>(buffer));
-     },
-     QX_ERROR_NO_FILTER},
-    {"GetFilterBody",
-     [](int table, int filter, int) {
-       _TRFilterBody body = {};
-       return RQXGetFilterBody(table, filter, &body);
-     },
-     QX_ERROR_NO_FILTER},
-    {"GetFilter",
-     [](int table, int filter, int) {
-       return QXGetFilter(table, filter, reinterpret_cast<_TFilterInfo*>(buffer));
-     },
-     QX_ERROR_NO_FILTER},
-    {"GetFilterAttr",
-     [](int table, int filter, int) { return RQXGetFilterAttr(table, filter, buffer, false); },
-     QX_ERROR_NO_FILTER},
-    {"SetFilterAttr",
-     [](int table, int filter, int) { return RQXSetFilterAttr(table, filter, buffer, false); },
-     QX_ERROR_NO_FILTER},
-    {"DeleteRealFilter",
-     [](int table, int filter, int) { return RQXDeleteRealFilter(table, filter); },
-     QX_ERROR_NO_FILTER},
-    {"SetFilterName",
-     [](int table, int filter, int) { return RQXSetFilterName(table, filter, "x"); },
-     QX_ERROR_NO_FILTER},
-    {"GetNumericInfo",
-     [](int table, int filter, int) {
-       NumericInfo out;
-       return RQXGetNumericInfo(table, filter, &out, nullptr, false);
-     },
-     QX_ERROR_NO_FILTER},
-    {"SetNumericInfo",
-     [](int table, int filter, int) { return RQXSetNumericInfo(table, filter, &info, false); },
-     QX_ERROR_NO_FILTER},
-    {"GetVNoList",
-     [](int table, int filter, int set) { return RQXGetVNoList(table, filter, set, numbers); },
-     QX_ERROR_NO_FILTER},
-    {"GetValCount",
-     [](int table, int filter, int set) { return QXGetValCount(table, filter, set, numbers); },
-     QX_ERROR_NO_FILTER},
-    {"GetData",
-     [](int table, int filter, int set) {
-       return RQXGetData(table, filter, set, 0, type_out(), buffer);
-     },
-     QX_ERROR_NO_FILTER},
-    {"GetData1M",
-     [](int table, int filter, int set) {
-       return RQXGetData1M(table, filter, set, 1, type_out(), numbers + 1, buffer, buffer + 1024);
-     },
-     QX_ERROR_NO_FILTER},
-    {"SearchByField",
-     [](int table, int filter, int set) {
-       return RQXSearchByField(table, filter, set, QX_OPE_EQ, one, one);
-     },
-     QX_ERROR_NO_FILTER},
-    {"SearchByField2",
-     [](int table, int filter, int set) {
-       return RQXSearchByField2(table, filter, set, QX_OPE_EQ, one, one);
-     },
-     QX_ERROR_NO_FILTER},
-    {"SearchByFieldNValues",
-     [](int table, int filter, int set) {
-       return RQXSearchByFieldNValues(table, filter, set, 1, one);
-     },
-     QX_ERROR_NO_FILTER},
-    {"SearchByFieldWildCard",
-     [](int table, int filter, int set) {
-       return RQXSearchByFieldWildCard(table, filter, set, "*");
-     },
-     QX_ERROR_NO_FILTER},
-    {"Search",
-     [](int table, int filter, int set) {
-       return QXSearch(table, filter, set, reinterpret_cast<unsigned char*>(buffer));
-     },
-     QX_ERROR_NO_FILTER},
-    {"SortByField",
-     [](int table, int filter, int set) { return RQXSortByField(table, filter, set, 0); },
-     QX_ERROR_NO_FILTER},
-    {"IntegratedSortByField",
-     [](int table, int filter, int set) {
-       int filters[] = {filter, 0};
-       return RQXIntegratedSortByField(table, set, filters, directions);
-     },
-     QX_ERROR_NO_FILTER},
-    {"ExportAsCSV",
-     [](int table, int filter, int set) {
-       int filters[] = {filter, -1};
-       return RQXExportAsCSV(table, set, filters, -1, -1, "", "out.csv", '/');
-     },
-     QX_ERROR_NO_JOIN_FILTER},
-};
+const Call kFilterCalls[] = {
+    QXE_CASE(NO_MASTER_KEY, "No Such Filter: 99", RQXDupRealFilter(t, f)),
+    QXE_CASE(NO_MASTER_KEY, "No Such Filter: 99", RQXDupRealFilterEx(t, f, QX_DT_DATE)),
+    QXE_CASE(NO_MASTER_KEY, "No Such Filter: 99",
+             RQXDupRealFilterExNumeric(t, f, QX_DT_DECIMAL, 2, 4)),
+    QXE_CASE(NO_FILTER, "", RQXAppendRealFilter2(t, f, QX_DT_INTEGER, 1, 1, "", "x")),
+    QXE_CASE(NO_FILTER, "", RQXGetFilterMemorySize(t, f, &size)),
+    QXE_CASE(NO_FILTER, "", RQXGetFilterWidth(t, f)),
+    QXE_CASE(NO_FILTER, "", RQXGetFilterType(t, f)),
+    QXE_CASE(NO_FILTER, "", RQXGetFilterInfo(t, f, &filter_info)),
+    QXE_CASE(NO_FILTER, "", RQXGetFilterBody(t, f, &filter_body)),
+    QXE_CASE(NO_FILTER, "", QXGetFilter(t, f, &live_filter)),
+    QXE_CASE(NO_FILTER, "", RQXGetFilterAttr(t, f, buffer, false)),
+    QXE_CASE(NO_FILTER, "", RQXSetFilterAttr(t, f, buffer, false)),
+    QXE_CASE(NO_FILTER, "", RQXDeleteRealFilter(t, f)),
+    QXE_CASE(NO_FILTER, "", RQXSetFilterName(t, f, "x")),
+    QXE_CASE(NO_FILTER, "", RQXGetNumericInfo(t, f, &form_out, nullptr, false)),
+    QXE_CASE(NO_FILTER, "", RQXSetNumericInfo(t, f, &form, false)),
+    QXE_CASE(NO_FILTER, "", RQXGetVNoList(t, f, s, numbers)),
+    QXE_CASE(NO_FILTER, "", QXGetValCount(t, f, s, numbers)),
+    QXE_CASE(NO_FILTER, "", RQXGetData(t, f, s, 0, &out, buffer)),
+    QXE_CASE(NO_FILTER, "", RQXGetData1M(t, f, s, 1, &out, numbers, buffer, buffer + 1024)),
+    QXE_CASE(NO_FILTER, "No Such Filter: 99", RQXSearchByField(t, f, s, QX_OPE_EQ, one, one)),
+    QXE_CASE(NO_FILTER, "", RQXSearchByField2(t, f, s, QX_OPE_EQ, one, one)),
+    QXE_CASE(NO_FILTER, "", RQXSearchByFieldNValues(t, f, s, 1, one)),
+    QXE_CASE(NO_FILTER, "", RQXSearchByFieldNValuesFromCSV(t, f, s, "", "v")),
+    QXE_CASE(NO_FILTER, "", RQXSearchByFieldWildCard(t, f, s, "*")),
+    QXE_CASE(NO_FILTER, "", QXSearch(t, f, s, flags)),
+    QXE_CASE(NO_FILTER, "No Such Filter: 99", RQXSortByField(t, f, s, 0)),
+    QXE_CASE(NO_FILTER, "",
+             RQXIntegratedSortByField(t, s, f == kUnknown ? unknown_key : keys, none)),
+    QXE_CASE(NO_FILTER, "", RQXExtractUniqueReal(t, s, f == kUnknown ? unknown_key : keys)),
+    QXE_CASE(NO_FILTER, "No Such Filter: 99", RQXOverwriteRealEx(t, f, 1, 1, 1, numbers)),
+    QXE_CASE(NO_FILTER, "", RQXFillRealEx(t, f, 1, 1, 1, numbers))};
 
-const std::vector<Call> kSetCalls = {
-    {"GetSetMemorySize",
-     [](int table, int, int set) { return RQXGetSetMemorySize(table, set, size_out()); },
-     QX_ERROR_NO_SET},
-    {"GetSetSize", [](int table, int, int set) { return RQXGetSetSize(table, set); },
-     QX_ERROR_NO_SET},
-    {"GetSet",
-     [](int table, int, int set) { return RQXGetSet(table, set, numbers, 1, numbers + 1); },
-     QX_ERROR_NO_SET},
-    {"DeleteSet", [](int table, int, int set) { return RQXDeleteSet(table, set); },
-     QX_ERROR_NO_SET},
-    {"ChangeCurrentSetID",
-     [](int table, int, int set) { return RQXChangeCurrentSetID(table, set); }, QX_ERROR_NO_SET_ID},
-    {"GetSubsetAttr", [](int table, int, int set) { return RQXGetSubsetAttr(table, set, buffer); },
-     QX_ERROR_NO_SET},
-    {"SetSubsetAttr", [](int table, int, int set) { return RQXSetSubsetAttr(table, set, buffer); },
-     QX_ERROR_NO_SET},
-    {"SetSetName", [](int table, int, int set) { return RQXSetSetName(table, set, "x"); },
-     QX_ERROR_NO_SET},
-    {"GetSetName", [](int table, int, int set) { return RQXGetSetName(table, set, buffer); },
-     QX_ERROR_NO_SET},
-    {"GetVNoList",
-     [](int table, int filter, int set) { return RQXGetVNoList(table, filter, set, numbers); },
-     QX_ERROR_NO_SET},
-    {"GetValCount",
-     [](int table, int filter, int set) { return QXGetValCount(table, filter, set, numbers); },
-     QX_ERROR_NO_SET},
-    {"GetData1",
-     [](int table, int filter, int set) {
-       return RQXGetData1(table, filter, set, 1, type_out(), buffer);
-     },
-     QX_ERROR_NO_SET},
-    {"GetRowNo1", [](int table, int, int set) { return RQXGetRowNo1(table, set, 1, numbers); },
-     QX_ERROR_NO_SET},
-    {"SearchByField",
-     [](int table, int filter, int set) {
-       return RQXSearchByField(table, filter, set, QX_OPE_EQ, one, one);
-     },
-     QX_ERROR_NO_SET_ID},
-    {"SearchByRowNo",
-     [](int table, int filter, int set) { return RQXSearchByRowNo(table, filter, set, 0, 1, 1); },
-     QX_ERROR_NO_SET_ID},
-    {"SearchByDispRowNoReal",
-     [](int table, int, int set) { return RQXSearchByDispRowNoReal(table, set, 0, 1, 1); },
-     QX_ERROR_NO_SET_ID},
-    {"SortByField",
-     [](int table, int filter, int set) { return RQXSortByField(table, filter, set, 0); },
-     QX_ERROR_NO_SET},
-    {"SortByRowNo",
-     [](int table, int filter, int set) { return RQXSortByRowNo(table, filter, set, 0); },
-     QX_ERROR_NO_SET},
-    {"IntegratedSortByField",
-     [](int table, int, int set) {
-       return RQXIntegratedSortByField(table, set, filter_list, directions);
-     },
-     QX_ERROR_NO_SET},
-    {"ExportAsTAB",
-     [](int table, int, int set) {
-       return RQXExportAsTAB(table, set, all_filters, -1, -1, "", "out.tab", '/');
-     },
-     QX_ERROR_NO_SET},
-    {"SaveAsCatalog",
-     [](int table, int, int set) {
-       return RQXSaveAsCatalog(table, set, all_filters, 0, -1, -1, '/', "", "out.cat");
-     },
-     QX_ERROR_NO_SET},
-};
+const Call kSetCalls[] = {
+    QXE_CASE(NO_SET, "", RQXGetSetMemorySize(t, s, &size)),
+    QXE_CASE(NO_SET, "", RQXGetSetSize(t, s)),
+    QXE_CASE(NO_SET, "", RQXGetSet(t, s, numbers, 1, numbers + 1)),
+    QXE_CASE(NO_SET, "", RQXDeleteSet(t, s)),
+    QXE_CASE(NO_SET_ID, "No Such Set: 99", RQXChangeCurrentSetID(t, s)),
+    QXE_CASE(NO_SET, "", RQXGetSubsetAttr(t, s, buffer)),
+    QXE_CASE(NO_SET, "", RQXSetSubsetAttr(t, s, buffer)),
+    QXE_CASE(NO_SET, "", RQXSetSetName(t, s, "x")),
+    QXE_CASE(NO_SET, "", RQXGetSetName(t, s, buffer)),
+    QXE_CASE(NO_SET, "", RQXGetVNoList(t, f, s, numbers)),
+    QXE_CASE(NO_SET, "", QXGetValCount(t, f, s, numbers)),
+    QXE_CASE(NO_SET, "", RQXGetData1(t, f, s, 1, &out, buffer)),
+    QXE_CASE(NO_SET, "", RQXGetRowNo1(t, s, 1, numbers)),
+    QXE_CASE(NO_SET_ID, "No Such Set: 99", RQXSearchByField(t, f, s, QX_OPE_EQ, one, one)),
+    QXE_CASE(NO_SET_ID, "", RQXSearchByRowNo(t, f, s, 0, 1, 1)),
+    QXE_CASE(NO_SET_ID, "", RQXSearchByDispRowNoReal(t, s, 0, 1, 1)),
+    QXE_CASE(NO_SET_ID, "", RQXSearchByFieldWildCard(t, 2, s, "*")),
+    QXE_CASE(NO_SET, "No Such Set: 99", RQXSortByField(t, f, s, 0)),
+    QXE_CASE(NO_SET, "No Such Set: 99", RQXSortByRowNo(t, f, s, 0)),
+    QXE_CASE(NO_SET, "", RQXIntegratedSortByField(t, s, keys, none)),
+    QXE_CASE(NO_SET, "No Such Set: 99", QXExtractUniqueReal(t, s, keys)),
+    QXE_CASE(NO_SET, "No Such Set: 99", RQXSetOpeReal(t, QX_SET_AND, s, 1)),
+    QXE_CASE(NO_SET, "No Such Set: 99", QXSetOpeReal(t, QX_SET_AND, 1, s)),
+    QXE_CASE(NO_SET, "No Such Set: 99", RQXSetNotReal(t, s)),
+    QXE_CASE(NO_SET_ID, "No Such Set: 99", RQXDeleteRealRowsEx(t, s, 1, 1)),
+    QXE_CASE(NO_SET_ID, "No Such Set: 99", RQXOverwriteRealEx(t, f, s, 1, 1, numbers)),
+    QXE_CASE(NO_SET, "", RQXExportAsTAB(t, s, all_filters, -1, -1, "", "out.tab", '/')),
+    QXE_CASE(NO_SET, "", RQXSaveAsCatalog(t, s, all_filters, 0, -1, -1, '/', "", "out.cat"))};
 
-class UnknownTableTest : public FailuresTest {};
-TEST_P(UnknownTableTest, IsRefused) {
-  expect_failure(GetParam().call(kUnknown, 1, 1), QX_ERROR_NO_TABLE, "No Such Table: 99");
-}
-INSTANTIATE_TEST_SUITE_P(Tables, UnknownTableTest, testing::ValuesIn(kTableCalls), case_name<Call>);
-INSTANTIATE_TEST_SUITE_P(Filters, UnknownTableTest, testing::ValuesIn(kFilterCalls),
-                         case_name<Call>);
-INSTANTIATE_TEST_SUITE_P(Sets, UnknownTableTest, testing::ValuesIn(kSetCalls), case_name<Call>);
-
-class UnknownFilterTest : public FailuresTest {};
-TEST_P(UnknownFilterTest, IsRefused) {
-  expect(GetParam().call(table_.id(), kUnknown, 1));
-}
-INSTANTIATE_TEST_SUITE_P(All, UnknownFilterTest, testing::ValuesIn(kFilterCalls), case_name<Call>);
-
-class UnknownSetTest : public FailuresTest {};
-TEST_P(UnknownSetTest, IsRefused) {
-  expect(GetParam().call(table_.id(), 1, kUnknown));
-}
-INSTANTIATE_TEST_SUITE_P(All, UnknownSetTest, testing::ValuesIn(kSetCalls), case_name<Call>);
-
-class BadArgumentTest : public FailuresTest {};
-TEST_P(BadArgumentTest, IsRefusedAndChangesNothing) {
-  expect(GetParam().call(table_.id(), 1, 1));
-  EXPECT_EQ(RQXGetNTable(), 1);
-  EXPECT_EQ(RQXGetNFilter(table_.id()), 2);
-  EXPECT_EQ(RQXGetNSet(table_.id()), 1);
-  EXPECT_EQ(table_.texts("i"), (std::vector<std::string>{"1", "2", "3"}));
+TEST_F(FailuresTest, UnknownTables) {
+  const auto refuse = [&](const auto& calls) {
+    for (const Call& call : calls) {
+      expect(call, call.call(kUnknown, 1, 1), QX_ERROR_NO_TABLE, "No Such Table: 99");
+    }
+  };
+  refuse(kTableCalls);
+  refuse(kFilterCalls);
+  refuse(kSetCalls);
 }
 
-const std::string kLongName(256, 'n');
-
-int add_filter(int table, const char* name, int type, int rows) {
-  return RQXAddRealFilter2(table, 0, name, type, rows, numbers, nullptr, nullptr);
-}
-int add_decimal(int table, int type, int scale, int rounding) {
-  return RQXAddRealFilter2Numeric(table, 0, "x", type, 0, nullptr, nullptr, nullptr, scale,
-                                  rounding);
-}
-int set_info(int table, int filter, NumericInfo wanted) {
-  return RQXSetNumericInfo(table, filter, &wanted, false);
-}
-int save_catalog(int table, int type, int from, int to, char separator = '/') {
-  return RQXSaveAsCatalog(table, 1, all_filters, type, from, to, separator, "", "out.cat");
+TEST_F(FailuresTest, UnknownFiltersAndSets) {
+  for (const Call& call : kFilterCalls) {
+    expect(call, call.call(t_, kUnknown, 1), call.code, call.message);
+  }
+  for (const Call& call : kSetCalls) {
+    expect(call, call.call(t_, 1, kUnknown), call.code, call.message);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Tables, BadArgumentTest,
-    testing::Values(
-        Call{"NegativeRows", [](int, int, int) { return RQXAddRealTable("x", -1); },
-             QX_ERROR_ROW_SIZE, "Invalid Parameter : RowCount(-1)"},
-        Call{"LongName", [](int, int, int) { return RQXAddRealTable(kLongName.c_str(), 1); },
-             QX_ERROR_TABLE_NAME, "return of inner call"},
-        Call{"LongNewName",
-             [](int table, int, int) { return RQXSetTableName(table, kLongName.c_str()); },
-             QX_ERROR_TABLE_NAME, "Invalid Parameter : TableName len(256)"},
-        Call{"EmptyNewName", [](int table, int, int) { return RQXSetTableName(table, ""); },
-             QX_ERROR_TABLE_NAME, "Invalid Parameter : TableName()"},
-        Call{"EmptySeed", [](int, int, int) { return RQXGenTableName("", buffer); },
-             QX_ERROR_TABLE_NAME, "Invalid Parameter : SeedName"},
-        Call{"NullSeed", [](int, int, int) { return RQXGenerateTableName(nullptr, buffer); },
-             QX_ERROR_TABLE_NAME, "Invalid Parameter : SeedName"},
-        Call{"NullName", [](int, int, int) { return RQXGetTableIDFromName(nullptr); },
-             QX_ERROR_NO_TABLE, "No Table"}),
-    case_name<Call>);
+// Arguments
 
-INSTANTIATE_TEST_SUITE_P(
-    Sets, BadArgumentTest,
-    testing::Values(
-        Call{"NegativeBuffer",
-             [](int table, int, int set) { return RQXGetSet(table, set, numbers, -1, numbers); },
-             QX_ERROR_PARAMETER, "Illegal Buffer size: -1"},
-        Call{"NegativeList",
-             [](int table, int, int) { return RQXGetSetIDList(table, -1, numbers); },
-             QX_ERROR_PARAMETER, "Illegal Buffer size: -1"},
-        Call{"NegativeCount", [](int table, int, int) { return RQXAddSetReal(table, -1, numbers); },
-             QX_ERROR_ROW_SIZE, "Invalid Parameter : RowCount(-1)"},
-        Call{"RowZero",
-             [](int table, int, int) {
-               int rows[] = {1, 0};
-               return RQXAddSetReal(table, 2, rows);
-             },
-             QX_ERROR_ROW_POSITION, "Invalid Parameter : PSetArray"},
-        Call{"RowBehindTheLast",
-             [](int table, int, int) {
-               int rows[] = {4};
-               return QXAddSetReal(table, 1, rows);
-             },
-             QX_ERROR_ROW_POSITION, "Invalid Parameter : PSetArray"},
-        Call{"NullRows", [](int table, int, int) { return RQXAddSetReal(table, 1, nullptr); },
-             QX_ERROR_ROW_POSITION, "Invalid Parameter : PSetArray"},
-        Call{"RootSetDeleted", [](int table, int, int) { return QXDeleteSet(table, 1); },
-             QX_ERROR_ROOT_SET, "Illegal SetPos"}),
-    case_name<Call>);
+int add_filter(int t, int type, int rows) {
+  return RQXAddRealFilter2(t, 0, "x", type, rows, numbers, nullptr, nullptr);
+}
+int add_decimal(int t, int type, int scale, int rounding) {
+  return RQXAddRealFilter2Numeric(t, 0, "x", type, 0, nullptr, nullptr, nullptr, scale, rounding);
+}
+int save(int t, int type, int from, int to, char separator = '/') {
+  return RQXSaveAsCatalog(t, 1, all_filters, type, from, to, separator, "", "out.cat");
+}
+int export_csv(int t, int set, const char* dir, const char* file, char separator = '/') {
+  return RQXExportAsCSV(t, set, all_filters, -1, -1, dir, file, separator);
+}
+int search_locale(int t, int locale) {
+  return RQXSearchByFieldLocale(t, 2, 1, QX_OPE_EQ, one, nullptr, locale);
+}
+/// One filter as 513 keys.
+int unique_of_many(int t) {
+  std::vector<int> many(513, 1);
+  many.push_back(0);
+  return RQXExtractUniqueReal(t, 1, many.data());
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Filters, BadArgumentTest,
-    testing::Values(
-        Call{"UnknownType", [](int table, int, int) { return add_filter(table, "x", 9, 0); },
-             QX_ERROR_TYPE_MISMATCH, "Invalid Parameter : DataType(9)"},
-        Call{"TypeOfNoFamily", [](int table, int, int) { return add_filter(table, "x", 1, 0); },
-             QX_ERROR_TYPE_MISMATCH, "Invalid Parameter : DataType(1)"},
-        Call{"NegativeRows", [](int table, int, int) { return add_filter(table, "x", 2, -1); },
-             QX_ERROR_ROW_SIZE, "Invalid Parameter : RowCount(-1)"},
-        Call{"LongName",
-             [](int table, int, int) { return add_filter(table, kLongName.c_str(), 2, 0); },
-             QX_ERROR_FILTER_NAME, "return of inner call"},
-        Call{"LongNewName",
-             [](int table, int filter, int) {
-               return RQXSetFilterName(table, filter, kLongName.c_str());
-             },
-             QX_ERROR_FILTER_NAME, "Invalid Parameter : FilterName"},
-        Call{"EmptyNewName",
-             [](int table, int filter, int) { return RQXSetFilterName(table, filter, ""); },
-             QX_ERROR_FILTER_NAME, "Invalid Parameter : FilterName"},
-        Call{"MoveFromNowhere", [](int table, int, int) { return RQXMoveRealFilter(table, 2, 0); },
-             QX_ERROR_FILTER_INDEX, "Invalid Parameter : FromIndex"},
-        Call{"DecimalOfAnotherType",
-             [](int table, int, int) { return add_decimal(table, 3, 2, 4); },
-             QX_ERROR_TYPE_MISMATCH, "Invalid Parameter : DataType(3)"},
-        Call{"DecimalScale", [](int table, int, int) { return add_decimal(table, 8, 39, 4); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : scale(39)"},
-        Call{"DecimalRounding", [](int table, int, int) { return add_decimal(table, 8, 2, 7); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : rounding_mode(7)"},
-        Call{"InfoMissing",
-             [](int table, int filter, int) {
-               return RQXSetNumericInfo(table, filter, nullptr, false);
-             },
-             QX_ERROR_PARAMETER, "Invalid Parameter (Ninfo is NULL)"},
-        Call{"InfoRounding",
-             [](int table, int filter, int) {
-               return set_info(table, filter, {2, -1});
-             },
-             QX_ERROR_PARAMETER, "Invalid Parameter : rounding_mode(-1)"},
-        Call{"InfoOfAnInteger",
-             [](int table, int filter, int) {
-               return set_info(table, filter, {2, 4});
-             },
-             QX_ERROR_NO_JOIN_FILTER, "Invalid Filter Type (Not NumericType)"},
-        Call{"InfoListNegative",
-             [](int table, int, int) {
-               return RQXGetAllFilterInfo(table, -1, numbers, nullptr, nullptr);
-             },
-             QX_ERROR_PARAMETER, "Illegal Buffer size: -1"},
-        Call{"RowNumberHasNoType", [](int table, int, int) { return RQXGetFilterType(table, 0); },
-             QX_ERROR_NO_FILTER, "No Such Filter: 0"}),
-    case_name<Call>);
+const Call kTableArguments[] = {
+    QXE_CASE(ROW_SIZE, "Invalid Parameter : RowCount(-1)", RQXAddRealTable("x", -1)),
+    QXE_CASE(TABLE_NAME, "Invalid Parameter : TableName()", RQXSetTableName(t, "")),
+    QXE_CASE(TABLE_NAME, "Invalid Parameter : SeedName", RQXGenTableName("", buffer)),
+    QXE_CASE(TABLE_NAME, "Invalid Parameter : SeedName", RQXGenerateTableName(nullptr, buffer)),
+    QXE_CASE(NO_TABLE, "No Table", RQXGetTableIDFromName(nullptr)),
+    QXE_CASE(PARAMETER, "Illegal Buffer size: -1", RQXGetSet(t, s, numbers, -1, numbers)),
+    QXE_CASE(PARAMETER, "Illegal Buffer size: -1", RQXGetSetIDList(t, -1, numbers)),
+    QXE_CASE(ROW_SIZE, "Invalid Parameter : RowCount(-1)", RQXAddSetReal(t, -1, numbers)),
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : PSetArray", RQXAddSetReal(t, 2, row_zero)),
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : PSetArray", QXAddSetReal(t, 1, row_behind)),
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : PSetArray", RQXAddSetReal(t, 1, nullptr)),
+    QXE_CASE(ROOT_SET, "Illegal SetPos", QXDeleteSet(t, 1)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpCode", RQXSetOpeReal(t, -1, 1, 1)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpCode", QXSetOpeReal(t, 3, 1, 1)),
+    QXE_CASE(TYPE_MISMATCH, "Invalid Parameter : DataType(9)", add_filter(t, 9, 0)),
+    QXE_CASE(TYPE_MISMATCH, "Invalid Parameter : DataType(1)", add_filter(t, 1, 0)),
+    QXE_CASE(ROW_SIZE, "Invalid Parameter : RowCount(-1)", add_filter(t, 2, -1)),
+    QXE_CASE(FILTER_NAME, "Invalid Parameter : FilterName", RQXSetFilterName(t, f, "")),
+    QXE_CASE(FILTER_INDEX, "Invalid Parameter : FromIndex", RQXMoveRealFilter(t, 2, 0)),
+    QXE_CASE(TYPE_MISMATCH, "Invalid Parameter : DataType(3)", add_decimal(t, 3, 2, 4)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : scale(39)", add_decimal(t, 8, 39, 4)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : rounding_mode(7)", add_decimal(t, 8, 2, 7)),
+    QXE_CASE(PARAMETER, "Invalid Parameter (Ninfo is NULL)", RQXSetNumericInfo(t, f, nullptr, 0)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : rounding_mode(-1)",
+             RQXSetNumericInfo(t, f, &bad_form, 0)),
+    QXE_CASE(NO_JOIN_FILTER, "Invalid Filter Type (Not NumericType)",
+             RQXSetNumericInfo(t, f, &form, 0)),
+    QXE_CASE(PARAMETER, "Illegal Buffer size: -1",
+             RQXGetAllFilterInfo(t, -1, numbers, nullptr, nullptr)),
+    QXE_CASE(NO_FILTER, "No Such Filter: 0", RQXGetFilterType(t, 0))};
 
-INSTANTIATE_TEST_SUITE_P(
-    Reads, BadArgumentTest,
-    testing::Values(
-        Call{"PositionZero",
-             [](int table, int filter, int set) {
-               return RQXGetData1(table, filter, set, 0, type_out(), buffer);
-             },
-             QX_ERROR_NO_SET, "No Such Record: -1"},
-        Call{"PositionBelowZero",
-             [](int table, int, int set) { return RQXGetRowNo(table, set, -7, numbers); },
-             QX_ERROR_NO_SET, "No Such Record: -7"},
-        Call{"PositionBehindTheLast",
-             [](int table, int filter, int set) {
-               return QXGetData(table, filter, set, 3, type_out(), buffer);
-             },
-             QX_ERROR_NO_SET, "return of inner call"},
-        Call{"RowsBehindTheLast",
-             [](int table, int, int set) { return RQXGetRowNo1M(table, set, 4, 2, numbers); },
-             QX_ERROR_NO_SET, "return of inner call"},
-        Call{"NegativeRowCount",
-             [](int table, int, int set) { return RQXGetRowNo1M(table, set, 1, -1, numbers); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : Count(-1)"},
-        Call{"NoRoom",
-             [](int table, int filter, int set) {
-               return RQXGetData1Ex(table, filter, set, 1, type_out(), buffer, 0);
-             },
-             QX_ERROR_PARAMETER, "Illegal Buffer size: 0"},
-        Call{"RowNumbersHaveNoValueNumbers",
-             [](int table, int, int set) { return RQXGetVNoList(table, 0, set, numbers); },
-             QX_ERROR_NO_FILTER, "No Such Filter: 0"},
-        Call{"IntegerBlockOfStrings",
-             [](int table, int, int set) {
-               return RQXGetData1MIntR1(table, 2, set, 1, numbers, numbers + 1);
-             },
-             QX_ERROR_TYPE_MISMATCH, "Illegal data type"},
-        Call{"DoubleBlockOfIntegers",
-             [](int table, int filter, int set) {
-               return RQXGetData1MDblR1(table, filter, set, 1, numbers,
-                                        reinterpret_cast<double*>(buffer));
-             },
-             QX_ERROR_TYPE_MISMATCH, "Illegal data type"},
-        Call{"DecimalBlockOfIntegers",
-             [](int table, int filter, int set) {
-               return RQXGetData1MNumericR1(table, filter, set, 1, numbers,
-                                            reinterpret_cast<Numeric*>(buffer));
-             },
-             QX_ERROR_TYPE_MISMATCH, "Illegal data type"},
-        Call{"StringBlockOfIntegers",
-             [](int table, int filter, int set) {
-               return RQXGetData1MStrR1(table, filter, set, 1, numbers, numbers + 1, buffer);
-             },
-             QX_ERROR_TYPE_MISMATCH, "Illegal data type"}),
-    case_name<Call>);
+const Call kReadArguments[] = {
+    QXE_CASE(NO_SET, "No Such Record: -1", RQXGetData1(t, f, s, 0, &out, buffer)),
+    QXE_CASE(NO_SET, "No Such Record: -7", RQXGetRowNo(t, s, -7, numbers)),
+    QXE_CASE(NO_SET, "return of inner call", QXGetData(t, f, s, 3, &out, buffer)),
+    QXE_CASE(NO_SET, "return of inner call", RQXGetRowNo1M(t, s, 4, 2, numbers)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : Count(-1)", RQXGetRowNo1M(t, s, 1, -1, numbers)),
+    QXE_CASE(PARAMETER, "Illegal Buffer size: 0", RQXGetData1Ex(t, f, s, 1, &out, buffer, 0)),
+    QXE_CASE(NO_FILTER, "No Such Filter: 0", RQXGetVNoList(t, 0, s, numbers)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type", RQXGetData1MIntR1(t, 2, s, 1, &out, numbers)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type", RQXGetData1MDblR1(t, f, s, 1, &out, real)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type",
+             RQXGetData1MNumericR1(t, f, s, 1, &out, decimal_out)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type",
+             RQXGetData1MStrR1(t, f, s, 1, &out, numbers, buffer))};
 
-INSTANTIATE_TEST_SUITE_P(
-    SearchesAndSorts, BadArgumentTest,
-    testing::Values(
-        Call{"NoBound",
-             [](int table, int filter, int set) {
-               return RQXSearchByField(table, filter, set, QX_OPE_BETWEEN, one, nullptr);
-             },
-             QX_ERROR_PARAMETER, "Invalid Parameter : Value"},
-        Call{"OtherCharacterCode",
-             [](int table, int, int set) {
-               return RQXSearchByFieldSJIS(table, 2, set, QX_OPE_EQ, one, nullptr);
-             },
-             QX_ERROR_LOCALE, "Not equal to WS DBCharCode"},
-        Call{"OtherLocale",
-             [](int table, int, int set) {
-               return RQXSearchByFieldLocale(table, 2, set, QX_OPE_EQ, one, nullptr, QX_LOCALE_EUC);
-             },
-             QX_ERROR_LOCALE, "Invalid Parameter : LocaleID"},
-        Call{"UnknownLocale",
-             [](int table, int, int set) {
-               return RQXSearchByFieldLocaleR1(table, 2, set, QX_OPE_EQ, one, nullptr, 98);
-             },
-             QX_ERROR_LOCALE, "Invalid Parameter : LocaleID"},
-        Call{"Direction",
-             [](int table, int filter, int set) { return RQXSortByField(table, filter, set, 2); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : SortDir(2)"},
-        Call{"DirectionByRow",
-             [](int table, int filter, int set) { return RQXSortByRowNo(table, filter, set, -1); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : Dir"},
-        Call{"DirectionOfAKey",
-             [](int table, int filter, int set) {
-               int filters[] = {filter, 2, 0};
-               int dirs[] = {0, 3};
-               return RQXIntegratedSortByField(table, set, filters, dirs);
-             },
-             QX_ERROR_PARAMETER, "Invalid Parameter : SortDir(3)"},
-        Call{"NoOrder",
-             [](int, int, int) { return QXServiceSortByN(1, numbers, numbers, numbers, nullptr); },
-             QX_ERROR_UNKNOWN, "Output area not reserved"}),
-    case_name<Call>);
+const Call kSearchAndSortArguments[] = {
+    QXE_CASE(NO_FILTER, "", RQXSearchByField(t, 0, s, QX_OPE_EQ, one, one)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : Value",
+             RQXSearchByField(t, f, s, QX_OPE_BETWEEN, one, nullptr)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpeNo", RQXSearchByField(t, f, s, 12, one, one)),
+    QXE_CASE(OPERATION, "String operation for Integer column is not allowed.",
+             RQXSearchByField(t, f, s, QX_OPE_BEGINS, word, word)),
+    QXE_CASE(OPERATION, "String operation for Integer column is not allowed.",
+             RQXSearchByField(t, f, s, QX_OPE_ENDS, word, word)),
+    QXE_CASE(OPERATION, "'IS NULL' operation for String column is not allowd.",
+             RQXSearchByField(t, 2, s, QX_OPE_ISNULL, word, word)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpeNo",
+             RQXSearchByField2(t, 2, s, QX_OPE_ISNULL, word, word)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpeNo",
+             RQXSearchByField2(t, 2, s, QX_OPE_STRICT, word, word)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpeNo", RQXSearchByRowNo(t, 0, s, -1, 1, 1)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpeNo", RQXSearchByRowNo(t, 0, s, 8, 1, 1)),
+    QXE_CASE(OPERATION, "Invalid Parameter : OpeNo",
+             RQXSearchByDispRowNoReal(t, s, QX_OPE_STRICT, 1, 1)),
+    QXE_CASE(LOCALE, "Not equal to WS DBCharCode",
+             RQXSearchByFieldSJIS(t, 2, s, QX_OPE_EQ, one, nullptr)),
+    QXE_CASE(LOCALE, "Invalid Parameter : LocaleID", search_locale(t, QX_LOCALE_EUC)),
+    QXE_CASE(LOCALE, "Invalid Parameter : LocaleID", search_locale(t, 98)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type ( Not STRING )",
+             RQXSearchByFieldWildCard(t, f, kUnknown, "*")),
+    QXE_CASE(PARAMETER, "Invalid Parameter : Pattern", RQXSearchByFieldWildCard(t, f, s, "\\x")),
+    QXE_CASE(PARAMETER, "Invalid Parameter : SortDir(2)", RQXSortByField(t, f, s, 2)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : Dir", RQXSortByRowNo(t, f, s, -1)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : SortDir(3)",
+             RQXIntegratedSortByField(t, s, two_keys, directions)),
+    QXE_CASE(UNIQUE_FILTERS, "No Filter or FilterCount Overflow", RQXExtractUniqueReal(t, s, none)),
+    QXE_CASE(UNIQUE_FILTERS, "", unique_of_many(t)),
+    QXE_CASE(UNKNOWN, "Output area not reserved",
+             QXServiceSortByN(1, numbers, numbers, numbers, nullptr))};
 
-INSTANTIATE_TEST_SUITE_P(
-    Exports, BadArgumentTest,
-    testing::Values(
-        Call{"SetBelowTheCurrentOne",
-             [](int table, int, int) {
-               return RQXExportAsCSV(table, -2, all_filters, -1, -1, "", "out.csv", '/');
-             },
-             QX_ERROR_NO_SET, "No Such Set: -2"},
-        Call{"DateSeparator",
-             [](int table, int, int set) {
-               return RQXExportAsTAB(table, set, all_filters, -1, -1, "", "out.tab", '.');
-             },
-             QX_ERROR_PARAMETER, "Invalid Parameter : Datesep(46)"},
-        Call{"CatalogDateSeparator",
-             [](int table, int, int) { return save_catalog(table, 0, -1, -1, ','); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : Datesep(44)"},
-        Call{"NoDirectory",
-             [](int table, int, int set) {
-               return RQXExportAsCSV(table, set, all_filters, -1, -1, nullptr, "out.csv", '/');
-             },
-             QX_ERROR_FILE, "Illegal FileName"},
-        Call{"NoFile",
-             [](int table, int, int set) {
-               return RQXExportAsCSVwithF(table, set, all_filters, -1, -1, "", "", '/', "f");
-             },
-             QX_ERROR_FILE, "Illegal FileName"},
-        Call{"RowsBelowTheAllowed",
-             [](int table, int, int) { return save_catalog(table, 0, -2, -1); }, QX_ERROR_PARAMETER,
-             "Invalid Parameter : RowFrom(-2) RowTo(-1)"},
-        Call{"RowsBackward", [](int table, int, int) { return save_catalog(table, 0, 3, 2); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : RowFrom(3) RowTo(2)"},
-        Call{"CatalogType", [](int table, int, int) { return save_catalog(table, 2, -1, -1); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : type(2)"},
-        Call{"CatalogTypeBelowZero",
-             [](int table, int, int) { return save_catalog(table, -1, -1, -1); },
-             QX_ERROR_PARAMETER, "Invalid Parameter : type(-1)"},
-        Call{"UnknownDirectory",
-             [](int table, int, int set) {
-               return RQXExportAsCSV(table, set, all_filters, -1, -1, "nowhere", "out.csv", '/');
-             },
-             QX_ERROR_PATH, "Invalid Parameter : Path"}),
-    case_name<Call>);
+const Call kEditArguments[] = {
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : InsPos(-1)", RQXInsertRealRows(t, -1, 1)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : InsCount(0)", QXInsertRealRows(t, 1, 0)),
+    QXE_CASE(ROW_SIZE, "RowSize overflow", RQXInsertRealRows(t, 1, INT_MAX - 3)),
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : DelStart(0)", RQXDeleteRealRows(t, 0, 1)),
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : DelStart(4)", RQXDeleteRealRows(t, 4, 1)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : DelCount(0)", RQXDeleteRealRows(t, 1, 0)),
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : DelStart", RQXDeleteRealRowsEx(t, 2, 0, 1)),
+    QXE_CASE(ROW_POSITION, "Invalid Parameter : DelStart", RQXDeleteRealRowsEx(t, 2, 3, 1)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : DelCount", QXDeleteRealRowsEx(t, 2, 2, 2)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : DelCount", RQXDeleteRealRowsEx(t, 2, 2, INT_MAX)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : DelCount", RQXDeleteRealRowsEx(t, 2, 1, -1)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : PWData(0)", QXOverwriteRealEx(t, 1, 1, 1, 1, nullptr)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : WriteStart(0)",
+             RQXOverwriteRealEx(t, 1, 1, 0, 1, numbers)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : WriteStart(3)",
+             RQXOverwriteRealEx(t, 1, 2, 3, 1, numbers)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : WriteCount(0)",
+             RQXOverwriteRealEx(t, 1, 1, 1, 0, numbers)),
+    QXE_CASE(NO_FILTER, "No Such Filter: 0", RQXOverwriteRealExIntR1(t, 0, 1, 1, 5)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type",
+             RQXOverwriteRealExStr(t, 1, 1, 1, 1, reinterpret_cast<char**>(numbers))),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type", RQXOverwriteRealExIntR1(t, 2, 1, 1, 5)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type", RQXOverwriteRealExDblR1(t, 1, 1, 1, 5)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type",
+             RQXOverwriteRealExNumericR1(t, 1, 1, 1, decimal_out)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type", RQXOverwriteRealExStrR1(t, 1, 1, 1, word)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : WriteCount(-1)",
+             RQXFillRealExIntR1(t, 1, 1, 1, -1, 5)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type", RQXFillRealExStrR1(t, 1, 1, 1, 1, word)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type", RQXFillRealExDblR1(t, 2, 1, 1, 1, 0.5)),
+    QXE_CASE(TYPE_MISMATCH, "Illegal data type",
+             RQXFillRealExNumericR1(t, 2, 1, 1, 1, decimal_out))};
+
+const Call kExportArguments[] = {
+    QXE_CASE(NO_SET, "No Such Set: -2", export_csv(t, -2, "", "out.csv")),
+    QXE_CASE(PARAMETER, "Invalid Parameter : Datesep(46)", export_csv(t, s, "", "out.csv", '.')),
+    QXE_CASE(PARAMETER, "Invalid Parameter : Datesep(44)", save(t, 0, -1, -1, ',')),
+    QXE_CASE(FILE, "Illegal FileName", export_csv(t, s, nullptr, "out.csv")),
+    QXE_CASE(FILE, "Illegal FileName",
+             RQXExportAsCSVwithF(t, s, all_filters, -1, -1, "", "", '/', "f")),
+    QXE_CASE(PATH, "Invalid Parameter : Path(nowhere)", export_csv(t, s, "nowhere", "out.csv")),
+    QXE_CASE(PATH, "Invalid Parameter : Path(plain)", export_csv(t, s, "plain", "out.csv")),
+    QXE_CASE(PARAMETER, "Invalid Parameter : RowFrom(-2) RowTo(-1)", save(t, 0, -2, -1)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : RowFrom(3) RowTo(2)", save(t, 0, 3, 2)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : type(2)", save(t, 2, -1, -1)),
+    QXE_CASE(PARAMETER, "Invalid Parameter : type(-1)", save(t, -1, -1, -1))};
+
+TEST_F(FailuresTest, BadArguments) {
+  write_file("plain", "");
+  const auto refuse = [&](const auto& calls) {
+    for (const Call& call : calls) {
+      expect(call, call.call(t_, 1, 1), call.code, call.message);
+    }
+  };
+  refuse(kTableArguments);
+  refuse(kReadArguments);
+  refuse(kSearchAndSortArguments);
+  refuse(kEditArguments);
+  refuse(kExportArguments);
+}
+
+#undef QXE_CASE
+#undef QXE_CALL
+#undef QXE_DO
+
+TEST_F(FailuresTest, OtherCodesAreReturnedThanLogged) {
+  expect_failure_logged_as(RQXExportAsCSV(t_, 1, unknown_filters, -1, -1, "", "out.csv", '/'),
+                           QX_ERROR_NO_JOIN_FILTER, QX_ERROR_NO_SET,
+                           "Invalid Parameter : IDList[1] (99)");
+  EXPECT_EQ(RQXIntegratedSortByField(t_, 1, unknown_key, none), QX_ERROR_NO_FILTER);
+  for (const RingEntry& entry : ring()) EXPECT_EQ(entry.message.find("No Such"), std::string::npos);
+}
+
+// The first table, filter or set that is one too many.
+TEST_F(FailuresTest, FullTablesAndDatabases) {
+  while (RQXGetNSet(t_) < 10000) table_.add_set({1});
+  for (const int status :
+       {RQXAddSetReal(t_, 1, keys), RQXSearchByField(t_, 1, 1, QX_OPE_EQ, one, one),
+        RQXSetOpeReal(t_, QX_SET_OR, 1, 1), RQXSetNotReal(t_, 1), RQXSortByField(t_, 1, 1, 0),
+        RQXExtractUniqueReal(t_, 1, keys)}) {
+    EXPECT_EQ(hex(status), hex(QX_ERROR_SET_COUNT));
+  }
+  EXPECT_EQ(RQXGetNSet(t_), 10000);
+  write_file("c.cat", "//CSV\nI\t9\ta\n");
+  write_file("SrcData.dat", "1\n");
+  for (int i = 2; i <= 10000; ++i) require(RQXAddRealTable(std::to_string(i).c_str(), 0), "add");
+  for (const int status :
+       {RQXAddRealTable("one_more", 0), RQXDuplicateRealTable("n", t_),
+        RQXExtractRealTable("n", t_, 1, nullptr),
+        QXCombineRealTable(nullptr, t_, 1, keys, t_, 1, keys),
+        RQXCombineTableList(word, keys, keys, nullptr, nullptr, nullptr, nullptr),
+        RQXAddCatalogFile("", "c.cat")}) {
+    EXPECT_EQ(hex(status), hex(QX_ERROR_TABLE_COUNT));
+  }
+  EXPECT_EQ(RQXGetNTable(), 10000);
+  EXPECT_EQ(RQXGetTableIDFromName("9999"), 9999);
+}
 
 }  // namespace
 }  // namespace qxe::test

@@ -11,8 +11,8 @@
 namespace qxe::test {
 namespace {
 
-constexpr int kForks = 200;
-constexpr int kBusyForks = 30;  // each waits until the other threads let it in
+constexpr int kForks = 60;
+constexpr int kBusyForks = 15;  // each waits until the other threads let it in
 
 /// Searches, sorts and imports with known results. The files to import are there.
 class EngineWork {

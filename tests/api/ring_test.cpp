@@ -1,4 +1,6 @@
 // The ring of the last eight failures, and who reports into it.
+#include <algorithm>
+
 #include "support/engine_test.h"
 #include "support/test_table.h"
 
@@ -58,15 +60,10 @@ TEST_F(RingTest, KeepsTheLastEight) {
 
 TEST_F(RingTest, CutsLongTexts) {
   const TestTable table({{"a", ints({1})}});
-  RQXSetFilterName(table.id(), table.filter("a"), std::string(300, 'n').c_str());
-  const std::vector<RingEntry> entries = ring();
-  ASSERT_FALSE(entries.empty());
-  bool cut = false;
-  for (const RingEntry& entry : entries) {
-    EXPECT_LE(entry.message.size(), 126U);
-    cut = cut || entry.message.size() == 126;
-  }
-  EXPECT_TRUE(cut);
+  RQXSetFilterName(table.id(), 1, std::string(300, 'n').c_str());
+  size_t longest = 0;
+  for (const RingEntry& entry : ring()) longest = std::max(longest, entry.message.size());
+  EXPECT_EQ(longest, 126U);
 }
 
 TEST_F(RingTest, NamesTheLayerOfASerialCall) {
@@ -100,14 +97,6 @@ TEST_F(RingTest, GetsASecondEntryFromARaisingCall) {
   EXPECT_EQ(entries.back().message, "");
   QXPurgeSubsets(99);
   EXPECT_EQ(ring().back().call, "QXPurgeSubsets");
-}
-
-TEST_F(RingTest, HoldsNothingAfterGoodCalls) {
-  const TestTable table({{"a", ints({3, 1, 2})}});
-  table.rows(table.sort("a"));
-  table.search("a", QX_OPE_GT, 1);
-  table.texts("a");
-  EXPECT_TRUE(ring().empty());
 }
 
 }  // namespace

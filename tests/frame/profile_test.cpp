@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "support/case_name.h"
 #include "support/engine_test.h"
 #include "support/files.h"
 
@@ -27,48 +26,39 @@ constexpr const char* kProfile =
     "[SYSINFO]\n"
     "AGAIN=7";
 
-struct ProfileCase {
-  const char* name;
-  const char* section;  // null: any section
-  const char* key;
-  const char* value;  // "none" where the key is not there
-};
+using ProfileTest = EngineTest;
 
-class ProfileTest : public EngineTest, public testing::WithParamInterface<ProfileCase> {};
-
-TEST_P(ProfileTest, GivesTheFirstValueOfTheExactKey) {
+TEST_F(ProfileTest, GivesTheFirstValueOfTheExactKey) {
+  struct {
+    const char *section, *key;  // null: any section
+    const char* value;          // "none" where the key is not there
+  } const cases[] = {{"SYSINFO", "RUNTHREADS", "3"},
+                     {"Spaced", "RUNTHREADS", "5"},
+                     {"SYSINFO", "EMPTY", ""},
+                     {"SYSINFO", "EQUATION", "a=b"},
+                     {"SYSINFO", "AGAIN", "7"},
+                     {"Spaced", "LATE", "6"},
+                     {"SYSINFO", "RunThreads", "none"},
+                     {"sysinfo", "RUNTHREADS", "none"},
+                     {"SYSINFO", "LATE", "none"},
+                     {"SYSINFO", "RUNTHREAD", "none"},
+                     {nullptr, "RUNTHREADS", "3"},
+                     {nullptr, "OUTSIDE", "0"},
+                     {nullptr, "LATE", "6"},
+                     {nullptr, "MISSING", ""}};
   write_file("some.ini", kProfile);
-  const ProfileCase& wanted = GetParam();
-  char value[32] = "untouched";
-  if (wanted.section == nullptr) {
-    getProfileString("some.ini", wanted.key, value, sizeof value);
-  } else {
-    getPrivateProfileString(wanted.section, wanted.key, "none", value, sizeof value, "some.ini");
+  for (const auto& [section, key, wanted] : cases) {
+    char value[32] = "untouched";
+    if (section == nullptr) {
+      getProfileString("some.ini", key, value, sizeof value);
+    } else {
+      getPrivateProfileString(section, key, "none", value, sizeof value, "some.ini");
+    }
+    EXPECT_STREQ(value, wanted) << key;
   }
-  EXPECT_STREQ(value, wanted.value);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lookups, ProfileTest,
-    testing::Values(ProfileCase{"TrimmedFirstOfTwo", "SYSINFO", "RUNTHREADS", "3"},
-                    ProfileCase{"SectionNameTrimmed", "Spaced", "RUNTHREADS", "5"},
-                    ProfileCase{"EmptyValueIsAValue", "SYSINFO", "EMPTY", ""},
-                    ProfileCase{"ValueMayHoldEquals", "SYSINFO", "EQUATION", "a=b"},
-                    ProfileCase{"SectionGoesOnLater", "SYSINFO", "AGAIN", "7"},
-                    ProfileCase{"BrokenSectionIsNone", "Spaced", "LATE", "6"},
-                    ProfileCase{"KeyCaseCounts", "SYSINFO", "RunThreads", "none"},
-                    ProfileCase{"SectionCaseCounts", "sysinfo", "RUNTHREADS", "none"},
-                    ProfileCase{"KeyOfAnotherSection", "SYSINFO", "LATE", "none"},
-                    ProfileCase{"NoPartOfAKey", "SYSINFO", "RUNTHREAD", "none"},
-                    ProfileCase{"AnySectionFirst", nullptr, "RUNTHREADS", "3"},
-                    ProfileCase{"AnySectionOutside", nullptr, "OUTSIDE", "0"},
-                    ProfileCase{"AnySectionLater", nullptr, "LATE", "6"},
-                    ProfileCase{"AnySectionMissing", nullptr, "MISSING", ""}),
-    case_name<ProfileCase>);
-
-using ProfileFileTest = EngineTest;
-
-TEST_F(ProfileFileTest, MissingFileGivesTheDefault) {
+TEST_F(ProfileTest, MissingFileGivesTheDefault) {
   char value[8];
   getPrivateProfileString("SYSINFO", "RUNTHREADS", "9", value, sizeof value, "missing.ini");
   EXPECT_STREQ(value, "9");
@@ -76,7 +66,7 @@ TEST_F(ProfileFileTest, MissingFileGivesTheDefault) {
   EXPECT_STREQ(value, "");
 }
 
-TEST_F(ProfileFileTest, LongValueIsCutToTheBuffer) {
+TEST_F(ProfileTest, LongValueIsCutToTheBuffer) {
   write_file("some.ini", "KEY=abcdefgh\n");
   char value[4];
   getProfileString("some.ini", "KEY", value, sizeof value);

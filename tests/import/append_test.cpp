@@ -1,8 +1,11 @@
 // Appending by catalog.
 #include <limits.h>
 
-#include "import/append_fixture.h"
+#include "import/column_files.h"
+#include "import/import_fixture.h"
 #include "support/case_name.h"
+#include "support/database_text.h"
+#include "support/random_data.h"
 
 namespace qxe::test {
 
@@ -10,49 +13,15 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-// ---- Against the naive model --------------------------------------------------------------------
-
-class AppendRandomTest : public AppendTest, public testing::WithParamInterface<int> {};
-
-/// A row position of each kind.
-int any_position(RandomData& random, int rows) {
-  switch (random.below(4)) {
-    case 0: return -1 - random.below(3);
-    case 1: return rows + 1;
-    case 2: return rows + 2 + random.below(20);  // a gap
-    default: return 1 + random.below(std::max(rows, 1));
+class AppendTest : public ImportTest {
+ protected:
+  int append(const TestTable& table, int pos, int count, const std::string& catalog,
+             const std::string& data) const {
+    write_file(directory() / "append.cat", catalog);
+    write_file(directory() / "SrcData.dat", data);
+    return RQXAppendCatalogFile(table.id(), pos, count, directory().path().c_str(), "append.cat");
   }
-}
-
-TEST_P(AppendRandomTest, RowsAreWrittenAsByAPlainLoop) {
-  RandomData random(static_cast<unsigned>(GetParam()));
-  const int size = random.chance(30) ? 700 : 40;
-  const int rows = random.below(size);
-  Columns columns = random.table(rows);
-  const TestTable table(columns);
-  const std::vector<int> set_rows = random.set_of(rows);
-  const int set = table.add_set(set_rows);
-  for (int round = 0; round < 3; ++round) {
-    const int total = table.total_rows();
-    const Columns added = random.table(random.below(size));
-    const int lines = static_cast<int>(added[0].column.cells.size());
-    const int count = random.chance(50) ? lines : random.below(lines + 10);
-    const int pos = any_position(random, total);
-    const int first = pos < 0 ? total + 1 : pos;
-    ASSERT_EQ(append(table, pos, count, catalog_of(added), lines_of(added)), count)
-        << to_text(drain_ring());
-    for (size_t i = 0; i < columns.size(); ++i) {
-      write_cells(columns[i].column, first, first_cells(added[i].column, count));
-    }
-    SCOPED_TRACE("round " + std::to_string(round) + " pos " + std::to_string(pos) + " count " +
-                 std::to_string(count));
-    expect_table(table, columns, random);
-    ASSERT_EQ(table.rows(set), set_rows);
-  }
-  EXPECT_FALSE(has_log());
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, AppendRandomTest, testing::Range(1, 41));
+};
 
 TEST_F(AppendTest, LinesThatAreLeftOutAreMadeUpForByLaterOnes) {
   for (unsigned seed = 1; seed <= 12; ++seed) {
@@ -78,62 +47,16 @@ TEST_F(AppendTest, LinesThatAreLeftOutAreMadeUpForByLaterOnes) {
 
 // ---- Which rows and columns ---------------------------------------------------------------------
 
-class AppendRowsTest : public AppendTest {
- protected:
-  int append_numbers(int pos, int count, const std::string& data) const {
-    return append(table_, pos, count, "//CSV\nI\t9\ta\n", data);
-  }
-
-  TestTable table_{{{"a", ints({1, 2, 3})}}};
-};
-
-TEST_F(AppendRowsTest, RowsOfTheTableAreOverwritten) {
-  EXPECT_EQ(append_numbers(2, 3, "20\n30\n40\n"), 3);
-  EXPECT_EQ(table_.texts("a"), (Texts{"1", "20", "30", "40"}));
-  EXPECT_EQ(append_numbers(1, 1, "10\n"), 1);
-  EXPECT_EQ(table_.texts("a"), (Texts{"10", "20", "30", "40"}));
-}
-
-TEST_F(AppendRowsTest, NullsFillTheGapAndAShortFile) {
-  EXPECT_EQ(append_numbers(5, 3, "50\n"), 3);
-  EXPECT_EQ(table_.texts("a"), (Texts{"1", "2", "3", "NULL", "50", "NULL", "NULL"}));
-}
-
-TEST_F(AppendRowsTest, NoRowsLeaveTheTable) {
-  EXPECT_EQ(append_numbers(-1, 0, "50\n"), 0);
-  EXPECT_EQ(append_numbers(9, 0, "50\n"), 0);
-  EXPECT_EQ(append_numbers(2, 0, ""), 0);
-  EXPECT_EQ(table_.texts("a"), (Texts{"1", "2", "3"}));
-}
-
-TEST_F(AppendRowsTest, AnEmptyFileGivesNullsAndNoTable) {
-  EXPECT_EQ(append_numbers(-1, 2, ""), 2);
-  EXPECT_EQ(append(table_, -1, 1, "//CSV\n//CUTTOP\nI\t9\ta\n", "title\n"), 1);
-  EXPECT_EQ(table_.texts("a"), (Texts{"1", "2", "3", "NULL", "NULL", "NULL"}));
-  EXPECT_EQ(table_count(), 1);
-}
-
-TEST_F(AppendRowsTest, LinesBehindTheRowsAreNotLookedAt) {
-  EXPECT_EQ(append_numbers(-1, 1, "4\nbad\nbad,\n\"\n"), 1);
-  EXPECT_EQ(table_.texts("a"), (Texts{"1", "2", "3", "4"}));
+TEST_F(AppendTest, LinesBehindTheRowsAreNotLookedAt) {
+  const TestTable table({{"a", ints({1, 2, 3})}});
+  const std::string catalog = "//CSV\nI\t9\ta\n";
+  EXPECT_EQ(append(table, 5, 3, catalog, "50\n"), 3);
+  EXPECT_EQ(append(table, 1, 1, catalog, "10\nbad\nbad,\n\"\n"), 1);
+  EXPECT_EQ(append(table, 9, 0, catalog, ""), 0);
+  EXPECT_EQ(append(table, -1, 1, "//CSV\n//CUTTOP\nI\t9\ta\n", "title\n"), 1);
+  EXPECT_EQ(table.texts("a"), (Texts{"10", "2", "3", "NULL", "50", "NULL", "NULL", "NULL"}));
   EXPECT_FALSE(has_log());
-}
-
-TEST_F(AppendRowsTest, NewRowsAreInTheFirstSetAlone) {
-  const int set = table_.add_set({3, 1});
-  EXPECT_EQ(append_numbers(-1, 2, "4\n5\n"), 2);
-  EXPECT_EQ(table_.rows(), (std::vector<int>{1, 2, 3, 4, 5}));
-  EXPECT_EQ(table_.rows(set), (std::vector<int>{3, 1}));
-}
-
-TEST_F(AppendRowsTest, TheTableIsToBeSavedAgain) {
-  int tables = 0;
-  int sets = 0;
-  int settings = 0;
-  RQXSetSavedFlag(1, 1, 1);
-  EXPECT_EQ(append_numbers(-1, 1, "4\n"), 1);
-  RQXGetSavedFlag(&sets, &tables, &settings);
-  EXPECT_EQ((std::vector<int>{sets, tables, settings}), (std::vector<int>{1, 0, 1}));
+  EXPECT_EQ(table_count(), 1);
 }
 
 TEST_F(AppendTest, TheDataFileMayLieElsewhere) {
@@ -187,12 +110,6 @@ TEST_F(AppendTest, AHigherScaleRaisesThatOfTheFilter) {
             (std::vector<int>{1, 3}));
 }
 
-TEST_F(AppendTest, AHigherScaleHoldsWithoutANewValue) {
-  const TestTable table({{"n", decimals(1, {"1.5", "2.5"})}});
-  EXPECT_EQ(append(table, -1, 2, "//CSV\nN\t9\tn\t2\n", "2.5\n1.5\n"), 2);
-  EXPECT_EQ(table.texts("n"), (Texts{"1.50", "2.50", "2.50", "1.50"}));
-}
-
 TEST_F(AppendTest, ALowerScaleIsRaisedToThatOfTheFilter) {
   const TestTable table({{"n", decimals(4, {"1.2500"})}});
   EXPECT_EQ(append(table, -1, 2, "//CSV\nN\t9\tn\t1\tROUNDDOWN\n", "1.25\n7\n"), 2);
@@ -240,10 +157,10 @@ TEST_P(FailingAppendTest, LeavesTheTableAsItWas) {
   const FailingAppend& wanted = GetParam();
   const TestTable table({{"a", ints({1, 2, 3})}, {"n", decimals(2, {"1.00", "", "2.50"})}});
   table.add_set({2});
-  const TableState before = state_of(table);
+  const std::string before = table_text(table.id());
   const int status = append(table, wanted.pos, wanted.count, wanted.catalog, wanted.data);
   expect_failure(status, wanted.status, wanted.message);
-  EXPECT_EQ(state_of(table), before);
+  EXPECT_EQ(table_text(table.id()), before);
   EXPECT_EQ(table_count(), 1);
   EXPECT_EQ(log_lines(), wanted.log);
 }

@@ -80,16 +80,12 @@ class DamagedFilesTest : public EngineTest, public testing::WithParamInterface<F
   const int text_ = table_.filter("s");
 };
 
-TEST_P(DamagedFilesTest, CatalogsCutAtEachLength) {
+TEST_P(DamagedFilesTest, CutAtEachLength) {
   const auto& [name, catalog, data] = GetParam();
   for (size_t length = 0; length <= catalog.size() && !HasFailure(); ++length) {
     SCOPED_TRACE(length);
     import(catalog.substr(0, length), data);
   }
-}
-
-TEST_P(DamagedFilesTest, DataCutAtEachLength) {
-  const auto& [name, catalog, data] = GetParam();
   for (size_t length = 0; length <= data.size() && !HasFailure(); ++length) {
     SCOPED_TRACE(length);
     import(catalog, data.substr(0, length));
@@ -99,7 +95,7 @@ TEST_P(DamagedFilesTest, DataCutAtEachLength) {
 TEST_P(DamagedFilesTest, WithBytesChanged) {
   const auto& [name, catalog, data] = GetParam();
   std::mt19937 random(5);
-  for (int round = 0; round < 300 && !HasFailure(); ++round) {
+  for (int round = 0; round < 100 && !HasFailure(); ++round) {
     SCOPED_TRACE(round);
     std::string files[] = {catalog, data};
     for (std::string& file : files) {
@@ -109,29 +105,15 @@ TEST_P(DamagedFilesTest, WithBytesChanged) {
   }
 }
 
-TEST_P(DamagedFilesTest, NoTextAtAll) {
+TEST_P(DamagedFilesTest, NoTextOrOneLine) {
   const auto& [name, catalog, data] = GetParam();
-  std::mt19937 random(6);
-  std::string bytes(20000, '\0');
-  for (char& byte : bytes) byte = static_cast<char>(random());
-  import(catalog, bytes);
-  import(bytes, data);
-  import(catalog, std::string(20000, '\0'));
-  import(std::string(20000, '\0'), data);
-  import(catalog, std::string(20000, '"'));
-  import(catalog, std::string(20000, '\n'));
-}
-
-TEST_P(DamagedFilesTest, EnormousLines) {
-  const auto& [name, catalog, data] = GetParam();
-  constexpr size_t kEnormous = 3'000'000;
-  for (const char* const piece : {"x", ",", "1,", "\"", "\t", "\"\"\"a\","}) {
+  for (const char* const piece : {"\"", ",", "1,", "\n", "\"\"\"a\","}) {
     std::string line;
-    while (line.size() < kEnormous) line += piece;
-    import(catalog, line);
+    while (line.size() < 300'000) line += piece;
     import(catalog, data + line);
     import(line + "\n" + catalog, data);
   }
+  import(catalog, std::string(20000, '\0'));
 }
 
 INSTANTIATE_TEST_SUITE_P(

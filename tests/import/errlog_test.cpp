@@ -2,13 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "support/case_name.h"
 #include "support/engine_test.h"
 #include "support/files.h"
 
@@ -31,45 +28,19 @@ class ErrorLogTest : public EngineTest {
   ~ErrorLogTest() override { LOGOBJ.setFileName(CErrorLog::kDefaultName); }
 };
 
-struct FaultCase {
-  const char* name;
-  std::function<void(CatalogErrorInfo&)> record;
-  const char* line;  // with 100 rows in front
-};
-
-class FaultTextTest : public ErrorLogTest, public testing::WithParamInterface<FaultCase> {};
-
-TEST_P(FaultTextTest, CountsRowsFromTheStartOfTheFile) {
+// The others show in imports.
+TEST_F(ErrorLogTest, RowsCountFromTheStartOfTheFile) {
   CatalogErrorInfo faults;
-  GetParam().record(faults);
+  faults.SetLogMsg(kErrMaxRows, 7);
+  faults.SetLogMsg(kErrOutOfMemory, 7);
+  faults.SetLogMsg(kErrMemory);
+  faults.SetLogMsg(kErrData, "INTEGER", "12%s", 7, 3);
   faults.AllLogMsgPrint(100);
-  EXPECT_EQ(lines_of("catalog_err_log.txt"), GetParam().line + std::string("\n"));
+  EXPECT_EQ(lines_of("catalog_err_log.txt"),
+            "MAX ROWSIZE EXCEEDED > 7 \nOUT_OF_MEMORY  ERROR \t\t @  Row = 107 \n"
+            "QX_ERROR_OUT_OF_MEMORY\n"
+            "DATA ERROR \t\t----->\t[INTEGER] = \"12%s\"  \t@ Row = 107 , Col = 3 \n");
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    AllFaults, FaultTextTest,
-    testing::Values(
-        FaultCase{"MaxRows", [](auto& faults) { faults.SetLogMsg(kErrMaxRows, 7); },
-                  "MAX ROWSIZE EXCEEDED > 7 "},
-        FaultCase{"StringSize", [](auto& faults) { faults.SetLogMsg(kErrStringSize, 7, "a.csv"); },
-                  "DATA OVERFLOW ERROR - MAX_STRING_SIZE EXCEED \t\t @  Row = 107 @ File = a.csv "},
-        FaultCase{"OutOfMemory", [](auto& faults) { faults.SetLogMsg(kErrOutOfMemory, 7); },
-                  "OUT_OF_MEMORY  ERROR \t\t @  Row = 107 "},
-        FaultCase{"Parse", [](auto& faults) { faults.SetLogMsg(kErrParse, 7); },
-                  "DATA PARSE ERROR \t\t @ Row = 107 "},
-        FaultCase{"Data", [](auto& faults) { faults.SetLogMsg(kErrData, "INTEGER", "12%s", 7, 3); },
-                  "DATA ERROR \t\t----->\t[INTEGER] = \"12%s\"  \t@ Row = 107 , Col = 3 "},
-        FaultCase{"FieldCount", [](auto& faults) { faults.SetLogMsg(kErrFieldCount, 2, 3, 7); },
-                  "FILTER MISMATCH \t----->\tFilters - Items [2 - 3] \t@ Row = 107 "},
-        FaultCase{"Memory", [](auto& faults) { faults.SetLogMsg(kErrMemory); },
-                  "QX_ERROR_OUT_OF_MEMORY"},
-        FaultCase{"SurplusFields",
-                  [](auto& faults) { faults.SetLogMsg(kErrSurplusFields, 2, 3, 7); },
-                  "FILTER MISMATCH \t----->\tFilters != Items [2 - (> 3) ] \t@ Row = 107 "},
-        FaultCase{"FieldWidth", [](auto& faults) { faults.SetLogMsg(kErrFieldWidth, 2, 3, 7); },
-                  "ITEM SIZE MISMATCH \t----->\t Field Length  != Item length [2 - 3] \t"
-                  "@ Row = 107 "}),
-    case_name<FaultCase>);
 
 TEST_F(ErrorLogTest, ManyLongFaultsStayInOrder) {
   CatalogErrorInfo faults;
@@ -82,11 +53,6 @@ TEST_F(ErrorLogTest, ManyLongFaultsStayInOrder) {
   }
   faults.AllLogMsgPrint(0);
   EXPECT_EQ(lines_of("catalog_err_log.txt"), wanted);
-}
-
-TEST_F(ErrorLogTest, NoFaultMakesNoFile) {
-  CatalogErrorInfo().AllLogMsgPrint(5);
-  EXPECT_FALSE(std::filesystem::exists("catalog_err_log.txt"));
 }
 
 TEST_F(ErrorLogTest, EachSectionBeginsWithABanner) {

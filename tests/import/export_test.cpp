@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "support/case_name.h"
 #include "support/engine_test.h"
 #include "support/files.h"
 #include "support/naive_model.h"
 #include "support/random_data.h"
+#include "support/raw_values.h"
 #include "support/test_table.h"
 
 namespace qxe::test {
@@ -145,52 +145,36 @@ TEST_F(ExportTest, LongStringsAreWrittenWhole) {
   EXPECT_TRUE(equal);
 }
 
-/// Nearly all rows hold the one long text, so that parts get far larger than their values suggest.
-TEST_F(ExportTest, PartsLargerThanABufferComeOutInOrder) {
-  std::vector<std::string> texts(6000, std::string(4000, 'z'));
-  for (int i = 0; i < 2500; ++i) texts[2 * static_cast<size_t>(i)] = std::to_string(i);
-  const Columns columns = {{"text", strings(texts)}};
-  const bool equal = exported(columns) == lines(columns, all_rows(columns), ',', '/');
-  EXPECT_TRUE(equal);
+TEST_F(ExportTest, ValuesAreWrittenInTheirForm) {
+  const std::pair<Column, std::string> cases[] = {
+      {doubles({1.5, -0.0004, 1e17, 1e18, -2.5e300, 0.0005, kNullDouble}),
+       "1.500\n-0.000\n100000000000000000.000\n1.0000000000000E+18\n"
+       "-2.5000000000000E+300\n0.001\n\n"},
+      {dates({"2024/02/29", "", "0999/12/31"}), "2024/02/29\n\n0999/12/31\n"},
+      {times({"12:30:45.250", "00:00:00", ""}), "12:30:45.250\n00:00:00\n\n"},
+      {datetimes({"2024/03/01 12:30:45", "2024/03/01 00:00:00.007"}),
+       "2024/03/01 12:30:45\n2024/03/01 00:00:00.007\n"},
+      {strings({"a,b", "\"q", "", " x ", "two\nlines"}), "a,b\n\"q\n\n x \ntwo\nlines\n"},
+      {decimals(3, {"-0.001", "0", "", "12345678901234567890123456789012345"}),
+       "-0.001\n0.000\n\n12345678901234567890123456789012345.000\n"},
+      {decimals(0, {"-7", "9999999999999999999"}), "-7\n9999999999999999999\n"}};
+  for (const auto& [column, text] : cases) EXPECT_EQ(exported({{"column", column}}), text);
 }
 
-struct ValueCase {
-  const char* name;
-  Column column;
-  std::string text;
-};
-
-class ExportValuesTest : public ExportTest, public testing::WithParamInterface<ValueCase> {};
-
-TEST_P(ExportValuesTest, AreWrittenInTheirForm) {
-  EXPECT_EQ(exported({{"column", GetParam().column}}), GetParam().text);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Types, ExportValuesTest,
-    testing::Values(
-        ValueCase{"Integers", ints({0, -1, 2147483647, -2147483647, kNullInt}),
-                  "0\n-1\n2147483647\n-2147483647\n\n"},
-        ValueCase{"Doubles", doubles({1.5, -0.0004, 1e17, 1e18, -2.5e300, 0.0005, kNullDouble}),
-                  "1.500\n-0.000\n100000000000000000.000\n1.0000000000000E+18\n"
-                  "-2.5000000000000E+300\n0.001\n\n"},
-        ValueCase{"Dates", dates({"2024/02/29", "", "0999/12/31"}), "2024/02/29\n\n0999/12/31\n"},
-        ValueCase{"Times", times({"12:30:45.250", "00:00:00", ""}), "12:30:45.250\n00:00:00\n\n"},
-        ValueCase{"DatesWithTimes", datetimes({"2024/03/01 12:30:45", "2024/03/01 00:00:00.007"}),
-                  "2024/03/01 12:30:45\n2024/03/01 00:00:00.007\n"},
-        ValueCase{"StringsAsTheyAre", strings({"a,b", "\"q", "", " x ", "two\nlines"}),
-                  "a,b\n\"q\n\n x \ntwo\nlines\n"},
-        ValueCase{"Decimals",
-                  decimals(3, {"1.25", "-0.001", "0", "", "12345678901234567890123456789012345"}),
-                  "1.250\n-0.001\n0.000\n\n12345678901234567890123456789012345.000\n"},
-        ValueCase{"DecimalsWithoutPlaces", decimals(0, {"-7", "9999999999999999999"}),
-                  "-7\n9999999999999999999\n"}),
-    case_name<ValueCase>);
-
-TEST_F(ExportTest, ARowOfNullIsJustSeparators) {
-  EXPECT_EQ(
-      exported({{"a", ints({kNullInt})}, {"b", doubles({kNullDouble})}, {"c", strings({""})}}),
-      ",,\n");
+TEST_F(ExportTest, ValuesThatWaitAreWrittenLikeMergedOnes) {
+  RandomData random(11);
+  const TestTable table(random.table(200));
+  const Columns news = random.table(20);
+  for (const NamedColumn& column : news) {
+    RawValues values(column.column);
+    ASSERT_EQ(RQXOverwriteRealEx(table.id(), table.filter(column.name), 1, 1, 20, values.data()),
+              20);
+  }
+  ASSERT_EQ(export_csv(table), 0);
+  const std::string waiting = output();
+  for (const NamedColumn& column : news) table.sort(column.name);  // which merges
+  ASSERT_EQ(export_csv(table, kAllFilters, -1, -1, TestTable::kAllRows), 0);
+  EXPECT_EQ(output(), waiting);
 }
 
 TEST_F(ExportTest, FiltersComeInTheOrderOfTheListAndMayRepeat) {
@@ -208,94 +192,58 @@ TEST_F(ExportTest, ATableWithoutFiltersGivesAnEmptyFile) {
   EXPECT_EQ(output(), "");
 }
 
-struct RangeCase {
-  const char* name;
-  int from, to;
-  int status;
-  std::string text;
-};
-
-class ExportRangeTest : public ExportTest, public testing::WithParamInterface<RangeCase> {};
-
-TEST_P(ExportRangeTest, IsCutToTheSet) {
+TEST_F(ExportTest, ARangeIsCutToTheSet) {
+  struct {
+    int from, to, status;
+    const char* text;
+  } const cases[] = {{-1, -1, 0, "40\n20\n10\n"},
+                     {2, 2, 0, "20\n"},
+                     {2, 100, 0, "20\n10\n"},
+                     {3, 2, 0, ""},
+                     {4, -1, 0, ""},
+                     {0, 2, QX_ERROR_PARAMETER, "old content"},
+                     {-5, -1, QX_ERROR_PARAMETER, "old content"},
+                     {-1, 0, 0, ""}};
   const TestTable table({{"a", ints({10, 20, 30, 40})}});
   const int set = table.add_set({4, 2, 1});
-  write_file(directory() / "out.csv", "old content");
-  EXPECT_EQ(export_csv(table, kAllFilters, GetParam().from, GetParam().to, set), GetParam().status);
-  EXPECT_EQ(output(), GetParam().text);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Ranges, ExportRangeTest,
-    testing::Values(RangeCase{"Open", -1, -1, 0, "40\n20\n10\n"},
-                    RangeCase{"Middle", 2, 2, 0, "20\n"},
-                    RangeCase{"ToBehindTheEnd", 2, 100, 0, "20\n10\n"},
-                    RangeCase{"FromAboveTo", 3, 2, 0, ""},
-                    RangeCase{"FromBehindTheEnd", 4, -1, 0, ""},
-                    RangeCase{"FromZero", 0, 2, QX_ERROR_PARAMETER, "old content"},
-                    RangeCase{"FromFarBelow", -5, -1, QX_ERROR_PARAMETER, "old content"},
-                    RangeCase{"ToZero", -1, 0, 0, ""}),
-    case_name<RangeCase>);
-
-TEST_F(ExportTest, AnEmptySetGivesAnEmptyFileWhateverTheRange) {
-  const TestTable table({{"a", ints({1, 2})}});
-  const int set = table.add_set({});
-  EXPECT_EQ(export_csv(table, kAllFilters, 0, 5, set), 0);
+  for (const auto& [from, to, status, text] : cases) {
+    write_file(directory() / "out.csv", "old content");
+    EXPECT_EQ(export_csv(table, kAllFilters, from, to, set), status);
+    EXPECT_EQ(output(), text) << from << " " << to;
+  }
+  EXPECT_EQ(export_csv(table, kAllFilters, 0, 5, table.add_set({})), 0);
   EXPECT_EQ(output(), "");
 }
 
-struct FormatCase {
-  const char* name;
-  std::string format;
-  std::string text;
-};
-
-class ExportFormatTest : public ExportTest, public testing::WithParamInterface<FormatCase> {
- protected:
-  const Columns columns_ = {
-      {"f", doubles({2.5, -1.0})}, {"n", decimals(2, {"1.25", "-1.35"})}, {"i", ints({7, 8})}};
-};
-
-TEST_P(ExportFormatTest, SetsDigitsAndRounding) {
-  EXPECT_EQ(export_with_format(TestTable(columns_), GetParam().format), 0);
-  EXPECT_EQ(output(), GetParam().text);
+TEST_F(ExportTest, AFormatSetsDigitsAndRounding) {
+  const TestTable table(
+      {{"f", doubles({2.5, -1.0})}, {"n", decimals(2, {"1.25", "-1.35"})}, {"i", ints({7, 8})}});
+  const std::string unchanged = "2.500,1.25,7\n-1.000,-1.35,8\n";
+  const std::pair<const char*, std::string> cases[] = {
+      {"", unchanged},
+      {"f\t0\tROUNDUP\nn\t1\tROUNDHALFEVEN\n", "2,1.2,7\n-1,-1.4,8\n"},
+      {"f\t15\tROUNDUP\nn\t4\tROUNDUP\n",
+       "2.500000000000000,1.2500,7\n-1.000000000000000,-1.3500,8\n"},
+      {"n\t1\troundceiling\n", "2.500,1.3,7\n-1.000,-1.3,8\n"},
+      {"// head\r\n\r\n f \t 1 \t ROUNDUP // tail\r\n\n", "2.5,1.25,7\n-1.0,-1.35,8\n"},
+      {"f\t-3\twhatever\nn\t-1\tROUNDUP", unchanged},
+      {"f\t16\tROUNDUP\nn\t39\tROUNDUP", unchanged},
+      {"x\t1\tROUNDUP\ni\t2\tROUNDUP\n", unchanged}};
+  for (const auto& [format, text] : cases) {
+    EXPECT_EQ(export_with_format(table, format), 0);
+    EXPECT_EQ(output(), text) << format;
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Formats, ExportFormatTest,
-    testing::Values(
-        FormatCase{"None", "", "2.500,1.25,7\n-1.000,-1.35,8\n"},
-        FormatCase{"Digits", "f\t0\tROUNDUP\nn\t1\tROUNDHALFEVEN\n", "2,1.2,7\n-1,-1.4,8\n"},
-        FormatCase{"MoreDigits", "f\t15\tROUNDUP\nn\t4\tROUNDUP\n",
-                   "2.500000000000000,1.2500,7\n-1.000000000000000,-1.3500,8\n"},
-        FormatCase{"RoundingInAnyCase", "n\t1\troundceiling\n", "2.500,1.3,7\n-1.000,-1.3,8\n"},
-        FormatCase{"BlanksCommentsAndEmptyLines", "// head\r\n\r\n f \t 1 \t ROUNDUP // tail\r\n\n",
-                   "2.5,1.25,7\n-1.0,-1.35,8\n"},
-        FormatCase{"NegativeDigitsLeaveTheColumn", "f\t-3\twhatever\nn\t-1\tROUNDUP",
-                   "2.500,1.25,7\n-1.000,-1.35,8\n"},
-        FormatCase{"TooManyDigitsLeaveTheColumn", "f\t16\tROUNDUP\nn\t39\tROUNDUP",
-                   "2.500,1.25,7\n-1.000,-1.35,8\n"},
-        FormatCase{"UnknownNamesAndOtherTypes", "x\t1\tROUNDUP\ni\t2\tROUNDUP\n",
-                   "2.500,1.25,7\n-1.000,-1.35,8\n"}),
-    case_name<FormatCase>);
-
-class BadFormatTest : public ExportTest, public testing::WithParamInterface<FormatCase> {};
-
-TEST_P(BadFormatTest, IsRefusedBeforeTheFileIsTouched) {
+TEST_F(ExportTest, ABadFormatIsRefusedBeforeTheFileIsTouched) {
   write_file(directory() / "out.csv", "old content");
   const TestTable table({{"f", doubles({2.5})}});
-  expect_failure(export_with_format(table, GetParam().format), QX_ERROR_CATALOG);
-  EXPECT_EQ(output(), "old content");
+  for (const char* const format : {"f\t1\n", "f\t1\tROUNDUP\tx\n", "\t1\tROUNDUP\n",
+                                   "f\t\tROUNDUP\n", "f\tone\tROUNDUP\n", "f\t1\tROUND\n"}) {
+    expect_failure(export_with_format(table, format), QX_ERROR_CATALOG);
+    EXPECT_EQ(output(), "old content") << format;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Lines, BadFormatTest,
-                         testing::Values(FormatCase{"TwoParts", "f\t1\n", ""},
-                                         FormatCase{"FourParts", "f\t1\tROUNDUP\tx\n", ""},
-                                         FormatCase{"EmptyName", "\t1\tROUNDUP\n", ""},
-                                         FormatCase{"EmptyDigits", "f\t\tROUNDUP\n", ""},
-                                         FormatCase{"NoNumber", "f\tone\tROUNDUP\n", ""},
-                                         FormatCase{"UnknownMode", "f\t1\tROUND\n", ""}),
-                         case_name<FormatCase>);
 
 TEST_F(ExportTest, AMissingFormatFileFails) {
   const TestTable table({{"f", doubles({2.5})}});
@@ -322,22 +270,6 @@ TEST_F(ExportTest, LeavesNothingButItsFileAndStaysInItsDirectory) {
   EXPECT_EQ(std::filesystem::current_path(), before);
   EXPECT_EQ(files(), std::set<std::string>{"sub"});
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator("sub"), {}), 1);
-}
-
-TEST_F(ExportTest, ADirectoryThatCannotBeEnteredFails) {
-  const TestTable table({{"a", ints({1})}});
-  write_file(directory() / "plain", "");
-  for (const char* place : {"nowhere", "plain"}) {
-    expect_failure(
-        RQXExportAsCSV(table.id(), -1, kAllFilters.data(), -1, -1, place, "out.csv", '/'),
-        QX_ERROR_PATH, "Invalid Parameter : Path(" + std::string(place) + ")");
-  }
-}
-
-TEST_F(ExportTest, AnUnknownFilterIsLoggedWithItsPlace) {
-  const TestTable table({{"a", ints({1})}});
-  expect_failure_logged_as(export_csv(table, {table.filter("a"), 99, -1}), QX_ERROR_NO_JOIN_FILTER,
-                           QX_ERROR_NO_SET, "Invalid Parameter : IDList[1] (99)");
 }
 
 /// A device that is full shows it at a write, or for a small file only when it is closed.

@@ -6,144 +6,94 @@ namespace qxe::test {
 
 namespace {
 
-/// Three lines, the middle one with a fault.
+/// Three lines, the middle one with a fault, and what comes of it in each error mode: a status, or
+/// how many rows are kept.
 struct FaultyData {
+  const char* name;
   const char* columns;
   const char* data;
   const char* log;
+  int stop, go_on, none;
 };
 
-const FaultyData kBadValue{"//CSV\nI\t9\ta\nA\t9\tb\n", "1,x\ny,y\n3,z\n",
-                           "DATA ERROR \t\t----->\t[INTEGER] = \"y\"  \t@ Row = 2 , Col = 1 "};
-const FaultyData kBadQuotes{"//CSV\nI\t9\ta\nA\t9\tb\n", "1,x\n2,\"y\" \n3,z\n",
-                            "DATA PARSE ERROR \t\t @ Row = 2 "};
-const FaultyData kOpenQuote{"//CSV\nI\t9\ta\nA\t9\tb\n", "1,x\n2,\"y\n3,z\n",
-                            "DATA PARSE ERROR \t\t @ Row = 2 "};
-const FaultyData kTooFew{"//CSV\nI\t9\ta\nA\t9\tb\n", "1,x\n2\n3,z\n",
-                         "FILTER MISMATCH \t----->\tFilters - Items [2 - 1] \t@ Row = 2 "};
-const FaultyData kTooMany{"//CSV\nI\t9\ta\nA\t9\tb\n", "1,x\n2,y,\n3,z\n",
-                          "FILTER MISMATCH \t----->\tFilters - Items [2 - 3] \t@ Row = 2 "};
-const FaultyData kEmptyLine{"//CSV\nI\t9\ta\nA\t9\tb\n", "1,x\n\n3,z\n",
-                            "FILTER MISMATCH \t----->\tFilters - Items [2 - 1] \t@ Row = 2 "};
-const FaultyData kLongLine{"//FIX\nI\t1\ta\nA\t2\tb\n", "1x \n2y 7\n3z \n",
-                           "FILTER MISMATCH \t----->\tFilters != Items [2 - (> 2) ] \t@ Row = 2 "};
-const FaultyData kShortField{
-    "//FIX\nI\t1\ta\nA\t2\tb\n", "1x \n2y\n3z \n",
-    "ITEM SIZE MISMATCH \t----->\t Field Length  != Item length [2 - 1] \t@ Row = 2 "};
+const char* const kCsv = "//CSV\nI\t9\ta\nA\t9\tb\n";
+const char* const kFix = "//FIX\nI\t1\ta\nA\t2\tb\n";
+constexpr int kData = QX_ERROR_INVALID_DATA;
+constexpr int kShape = QX_ERROR_CATALOG;
 
-enum class Outcome { kAll, kSkipped, kNullStored, kFails };
-
-struct FaultCase {
-  std::string name;
-  FaultyData faulty;
-  std::string mode;
-  Outcome outcome;
-  int status = 0;
-  bool logged = true;
-};
-
-class ImportFaultsTest : public ImportTest, public testing::WithParamInterface<FaultCase> {};
-
-TEST_P(ImportFaultsTest, FollowTheErrorMode) {
-  const FaultCase& wanted = GetParam();
-  const int id =
-      import(wanted.faulty.columns + ("//ERROR\t" + wanted.mode) + "\n", wanted.faulty.data);
-  if (wanted.outcome == Outcome::kFails) {
-    EXPECT_EQ(hex(id), hex(wanted.status));
-    EXPECT_EQ(table_count(), 0);
-  } else {
+class ImportFaultsTest : public ImportTest, public testing::WithParamInterface<FaultyData> {
+ protected:
+  void expect(const char* mode, int outcome, bool logged = true) const {
+    SCOPED_TRACE(mode);
+    const FaultyData& faulty = GetParam();
+    const int id = import(faulty.columns + std::string("//ERROR\t") + mode + "\n", faulty.data);
+    EXPECT_EQ(log_lines(),
+              logged ? std::vector<std::string>{faulty.log} : std::vector<std::string>{});
+    EXPECT_EQ(has_log(), logged);
+    if (outcome < 0) {
+      EXPECT_EQ(hex(id), hex(outcome));
+      return;
+    }
     ASSERT_GT(id, 0) << hex(id);
     const Rows rows = rows_of(id);
-    ASSERT_EQ(rows.size(), wanted.outcome == Outcome::kSkipped ? 2u : 3u);
-    EXPECT_EQ(rows[0][0], "1");
-    EXPECT_EQ(rows.back()[0], "3");
-    if (wanted.outcome == Outcome::kNullStored) {
+    ASSERT_EQ(rows.size(), static_cast<size_t>(outcome));
+    EXPECT_EQ(rows.front()[0] + rows.back()[0], "13");
+    if (outcome == 3 && logged) {
       EXPECT_EQ(rows[1][0], "NULL");
     }
   }
-  EXPECT_EQ(log_lines(), wanted.logged ? std::vector<std::string>{wanted.faulty.log}
-                                       : std::vector<std::string>{});
-  EXPECT_EQ(has_log(), wanted.logged);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Value, ImportFaultsTest,
-    testing::Values(FaultCase{"Stop", kBadValue, "STOP", Outcome::kFails, QX_ERROR_INVALID_DATA},
-                    FaultCase{"UnknownModeIsNone", kBadValue, "?", Outcome::kFails,
-                              QX_ERROR_INVALID_DATA},
-                    FaultCase{"Continue", kBadValue, "CONTINUE", Outcome::kNullStored},
-                    FaultCase{"None", kBadValue, "NONE", Outcome::kAll, 0, false},
-                    FaultCase{"SkipLine", kBadValue, "SkipLine", Outcome::kSkipped}),
-    case_name<FaultCase>);
-
-std::vector<FaultCase> line_faults() {
-  const std::vector<std::pair<std::string, FaultyData>> kinds = {{"BadQuotes", kBadQuotes},
-                                                                 {"OpenQuote", kOpenQuote},
-                                                                 {"TooFew", kTooFew},
-                                                                 {"TooMany", kTooMany},
-                                                                 {"EmptyLine", kEmptyLine}};
-  std::vector<FaultCase> cases;
-  for (const auto& [name, faulty] : kinds) {
-    const int status =
-        name.find("Quote") != std::string::npos ? QX_ERROR_INVALID_DATA : QX_ERROR_CATALOG;
-    cases.push_back({name + "Stop", faulty, "STOP", Outcome::kFails, status});
-    cases.push_back({name + "Continue", faulty, "CONTINUE", Outcome::kFails, status});
-    cases.push_back({name + "None", faulty, "NONE", Outcome::kFails, status, false});
-    cases.push_back({name + "SkipLine", faulty, "SKIPLINE", Outcome::kSkipped});
-  }
-  return cases;
-}
-
-INSTANTIATE_TEST_SUITE_P(Line, ImportFaultsTest, testing::ValuesIn(line_faults()),
-                         case_name<FaultCase>);
-
-std::vector<FaultCase> fixed_width_faults() {
-  std::vector<FaultCase> cases;
-  for (const auto& [name, faulty] :
-       {std::pair{std::string("Long"), kLongLine}, std::pair{std::string("Short"), kShortField}}) {
-    cases.push_back({name + "Stop", faulty, "STOP", Outcome::kFails, QX_ERROR_CATALOG});
-    cases.push_back({name + "Continue", faulty, "CONTINUE", Outcome::kSkipped});
-    cases.push_back({name + "None", faulty, "NONE", Outcome::kSkipped, 0, false});
-    cases.push_back({name + "SkipLine", faulty, "SKIPLINE", Outcome::kSkipped});
-  }
-  return cases;
-}
-
-INSTANTIATE_TEST_SUITE_P(FixedWidth, ImportFaultsTest, testing::ValuesIn(fixed_width_faults()),
-                         case_name<FaultCase>);
-
-struct LongCellCase {
-  std::string name;
-  std::string cell;
 };
 
-class ImportLongCellsTest : public ImportTest, public testing::WithParamInterface<LongCellCase> {};
+TEST_P(ImportFaultsTest, FollowTheErrorMode) {
+  expect("STOP", GetParam().stop);
+  expect("?", GetParam().stop);
+  EXPECT_EQ(table_count(), 0);
+  expect("CONTINUE", GetParam().go_on);
+  expect("NONE", GetParam().none, false);
+  expect("SkipLine", 2);
+}
 
-TEST_P(ImportLongCellsTest, EndTheImportInEveryMode) {
-  for (const char* const mode : {"STOP", "CONTINUE", "NONE", "SKIPLINE"}) {
-    const std::string catalog = "//CSV\nA\t9\ta\nA\t9\tb\n//ERROR\t" + std::string(mode) + "\n";
-    const int status = import(catalog, "x,y\n" + GetParam().cell + ",z\n");
-    expect_failure(status, QX_ERROR_TEXT_FIELD, "DataSize overflow");
-    if (mode == std::string("NONE")) {
-      EXPECT_FALSE(has_log());
-    } else {
-      EXPECT_EQ(log_lines(), std::vector<std::string>{
-                                 "DATA OVERFLOW ERROR - MAX_STRING_SIZE EXCEED \t\t @  Row = 2 @ "
-                                 "File = " +
-                                 (directory() / "SrcData.dat") + " "});
+using F = FaultyData;
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, ImportFaultsTest,
+    testing::Values(
+        F{"Value", kCsv, "1,x\ny,y\n3,z\n",
+          "DATA ERROR \t\t----->\t[INTEGER] = \"y\"  \t@ Row = 2 , Col = 1 ", kData, 3, 3},
+        F{"BadQuotes", kCsv, "1,x\n2,\"y\" \n3,z\n", "DATA PARSE ERROR \t\t @ Row = 2 ", kData,
+          kData, kData},
+        F{"OpenQuote", kCsv, "1,x\n2,\"y\n3,z\n", "DATA PARSE ERROR \t\t @ Row = 2 ", kData, kData,
+          kData},
+        F{"TooFew", kCsv, "1,x\n2\n3,z\n",
+          "FILTER MISMATCH \t----->\tFilters - Items [2 - 1] \t@ Row = 2 ", kShape, kShape, kShape},
+        F{"TooMany", kCsv, "1,x\n2,y,\n3,z\n",
+          "FILTER MISMATCH \t----->\tFilters - Items [2 - 3] \t@ Row = 2 ", kShape, kShape, kShape},
+        F{"EmptyLine", kCsv, "1,x\n\n3,z\n",
+          "FILTER MISMATCH \t----->\tFilters - Items [2 - 1] \t@ Row = 2 ", kShape, kShape, kShape},
+        F{"LongLine", kFix, "1x \n2y 7\n3z \n",
+          "FILTER MISMATCH \t----->\tFilters != Items [2 - (> 2) ] \t@ Row = 2 ", kShape, 2, 2},
+        F{"ShortField", kFix, "1x \n2y\n3z \n",
+          "ITEM SIZE MISMATCH \t----->\t Field Length  != Item length [2 - 1] \t@ Row = 2 ", kShape,
+          2, 2}),
+    case_name<F>);
+
+TEST_F(ImportTest, LongCellsEndTheImportInEveryMode) {
+  for (const std::string& cell :
+       {std::string(4096, 'x'), std::string(4095, 'x') + "\r", "\"" + std::string(4097, 'x') + "\"",
+        "\"" + std::string(2 * 4097, '"') + "\"", "\"" + std::string(4097, 'x')}) {
+    for (const char* const mode : {"STOP", "CONTINUE", "NONE", "SKIPLINE"}) {
+      const std::string catalog = "//CSV\nA\t9\ta\nA\t9\tb\n//ERROR\t" + std::string(mode) + "\n";
+      expect_failure(import(catalog, "x,y\n" + cell + ",z\n"), QX_ERROR_TEXT_FIELD,
+                     "DataSize overflow");
+      const std::string line =
+          "DATA OVERFLOW ERROR - MAX_STRING_SIZE EXCEED \t\t @  Row = 2 @ File = " +
+          (directory() / "SrcData.dat") + " ";
+      EXPECT_EQ(log_lines(), mode == std::string("NONE") ? std::vector<std::string>{}
+                                                         : std::vector<std::string>{line});
     }
   }
   EXPECT_EQ(table_count(), 0);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cells, ImportLongCellsTest,
-    testing::Values(LongCellCase{"Unquoted", std::string(4096, 'x')},
-                    LongCellCase{"UnquotedEndsWithCarriageReturn", std::string(4095, 'x') + "\r"},
-                    LongCellCase{"Quoted", "\"" + std::string(4097, 'x') + "\""},
-                    LongCellCase{"QuotedOfQuotes", "\"" + std::string(2 * 4097, '"') + "\""},
-                    LongCellCase{"QuotedThatStaysOpen", "\"" + std::string(4097, 'x')}),
-    case_name<LongCellCase>);
 
 TEST_F(ImportTest, QuotedCellThatStaysOpenWithinTheLimitIsBadQuoting) {
   const int status = import("//CSV\nA\t9\ta\n", "\"" + std::string(4096, 'x') + "\r\n");
@@ -210,13 +160,6 @@ TEST_F(ImportTest, RowNumbersInTheLogCountFromTheStartOfTheFile) {
   }
 }
 
-TEST_F(ImportTest, OnlyTheFirstFaultOfTheFileCountsWhenItEndsTheImport) {
-  const std::string data = data_with_faults(4000, {1999, 2001, 3000, 4000});
-  EXPECT_EQ(hex(import("//CSV\nI\t9\ta\nA\t9\tb\n", data)), hex(QX_ERROR_INVALID_DATA));
-  EXPECT_EQ(logged_rows(), std::vector<int>{1999});
-  EXPECT_EQ(table_count(), 0);
-}
-
 TEST_F(ImportTest, FaultsInFrontOfTheOneThatEndsTheImportAreLogged) {
   std::string data = data_with_faults(4000, {10, 1999, 3500, 3999});
   data += "one field\n5,x\nbad,x\n";
@@ -225,16 +168,6 @@ TEST_F(ImportTest, FaultsInFrontOfTheOneThatEndsTheImportAreLogged) {
   EXPECT_EQ(logged_rows(), (std::vector<int>{10, 1999, 3500, 3999, 4001}));
   EXPECT_NE(read_file(log_path()).find("ADD CATALOG FAILURE  \t\t ErrorCode = "),
             std::string::npos);
-}
-
-TEST_F(ImportTest, EachImportStartsANewLog) {
-  const std::string catalog = "//CSV\n//ERROR\tCONTINUE\nI\t9\ta\n";
-  ASSERT_GT(import(catalog, "1\nx\n"), 0);
-  EXPECT_EQ(logged_rows(), std::vector<int>{2});
-  ASSERT_GT(import(catalog, "y\n1\n"), 0);
-  EXPECT_EQ(logged_rows(), std::vector<int>{1});
-  ASSERT_GT(import(catalog, "1\n"), 0);
-  EXPECT_FALSE(has_log());
 }
 
 }  // namespace

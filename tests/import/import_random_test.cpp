@@ -1,4 +1,4 @@
-// Random files against a naive reading of the same rows, and files of any bytes.
+// Random files against a naive reading of the same rows.
 #include <algorithm>
 #include <random>
 
@@ -97,37 +97,7 @@ TEST_P(ImportRandomTest, EachLineIsStoredOrRefused) {
   EXPECT_EQ(logged_rows(), refused);
 }
 
-TEST_P(ImportRandomTest, AnyBytesAreStoredOrRefused) {
-  RandomFile random(static_cast<unsigned>(GetParam()) + 2000);
-  std::string data;
-  const int size = random.below(20000);
-  for (int i = 0; i < size; ++i) data += static_cast<char>(random.below(256));
-  const auto lines =
-      std::count(data.begin(), data.end(), '\n') + (data.empty() || data.back() == '\n' ? 0 : 1);
-  for (const char* const type : {"CSV", "TAB", "FIX", "USR\t \ta"}) {
-    const std::string catalog =
-        "//" + std::string(type) + "\n//ERROR\tSKIPLINE\nI\t2\ta\nA\t3\tb\n";
-    const int id = import(catalog, data);
-    ASSERT_GT(id, 0) << hex(id) << " " << type;
-    const auto stored = TestTable::existing(id).total_rows();
-    EXPECT_EQ(stored + static_cast<long>(logged_rows().size()), lines) << type;
-  }
-}
-
 INSTANTIATE_TEST_SUITE_P(Seeds, ImportRandomTest, testing::Range(1, 13));
-
-TEST_F(ImportTest, CutFilesAreReadOrRefused) {
-  const std::string catalog = "//CSV\n//CUTTOP\nI\t9\ta\nA\t9\tb\nN\t9\tc\t2\tROUNDUP\n";
-  const std::string data = "a,b,c\n1,\"x\"\"y\",2.5\r\n-3,,\"1,000\"\n";
-  for (size_t size = 0; size <= catalog.size(); ++size) {
-    const int id = import(catalog.substr(0, size), data);
-    EXPECT_TRUE(id > 0 || id == QX_ERROR_CATALOG || id == QX_ERROR_NOT_STRING) << hex(id);
-  }
-  for (size_t size = 0; size <= data.size(); ++size) {
-    const int id = import(catalog, data.substr(0, size));
-    EXPECT_TRUE(id > 0 || id == QX_ERROR_CATALOG || id == QX_ERROR_INVALID_DATA) << hex(id);
-  }
-}
 
 }  // namespace
 

@@ -1,15 +1,13 @@
-// Files read by blocks of whole lines, and the places of cells in them.
+// Files read by blocks of whole lines.
 #include "import/source_file.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <random>
 #include <vector>
 
 #include "frame/base/exception.h"
-#include "import/cell_finder.h"
 #include "support/files.h"
 #include "support/temp_dir.h"
 
@@ -87,43 +85,6 @@ TEST(SourceFileTest, AFileThatHasBecomeShorterIsAFault) {
     FAIL() << "lines were read that are no more";
   } catch (const CQXException& failure) {
     EXPECT_EQ(failure.ErrorCode(), QX_ERROR_FILE);
-  }
-}
-
-/// Stops of all cells, quoted ones not being known.
-std::vector<long> stops_of(const std::string& text) {
-  std::vector<long> stops;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == ',' || text[i] == '\n') stops.push_back(static_cast<long>(i));
-  }
-  return stops;
-}
-
-TEST(CellFinderTest, FindsEveryStopAndPlainLines) {
-  for (unsigned seed = 0; seed < 40; ++seed) {
-    const std::string text = random_text(seed, seed % 3 == 0 ? 200 : 5);
-    const std::string readable = text + std::string(SourceFile::kReadable, ',');
-    const char* const begin = readable.data();
-    const char* const end = begin + text.size();
-    CellFinder<1> finder(begin, end, {',', '\n'});
-    std::vector<long> found;
-    for (const char* line = begin; line < end;) {
-      if (const char* const* const stops = finder.plain_line(line, 3)) {
-        EXPECT_EQ(std::find(line, stops[2], '"'), stops[2]) << "a quoted line taken as plain";
-        for (int i = 0; i < 3; ++i) found.push_back(stops[i] - begin);
-        EXPECT_EQ(*stops[2], '\n');
-        line = stops[2] + 1;
-        continue;
-      }
-      const char* stop = finder.next();
-      while (stop < end && *stop != '\n') {
-        found.push_back(stop - begin);
-        stop = finder.next();
-      }
-      if (stop < end) found.push_back(stop - begin);
-      line = stop + 1;
-    }
-    EXPECT_EQ(found, stops_of(text)) << seed;
   }
 }
 

@@ -91,13 +91,5 @@ TEST(PoolTest, RunsAgainAfterReInitialize) {
   EXPECT_EQ(to, from);
 }
 
-TEST(TaskTableTest, NamesAreUniqueAndUnbuiltRowsEmpty) {
-  for (const int row : {0, 8, 11}) EXPECT_EQ(mpp_func_map[row].function, nullptr);
-  EXPECT_STREQ(mpp_func_map[QX_MPP_MEMCPY].name, "QX_MPP_MEMCPY");
-  EXPECT_EQ(QX_MPP_MEMCPY, 36);
-  EXPECT_EQ(QX_MPP_MEMSET, 39);
-  EXPECT_EQ(QX_MPP_SINGLE_CELLSORT_SORT_TRANSFER, 71);
-}
-
 }  // namespace
 }  // namespace qxe

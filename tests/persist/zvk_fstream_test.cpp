@@ -350,35 +350,6 @@ TEST_F(StreamTest, LinesAreReadThroughTheGivenBuffer) {
   EXPECT_TRUE(stream.eof());
 }
 
-TEST_F(StreamTest, SeekAlignmentGoesToTheNextField) {
-  write_file(kName, std::string(64, 'x'));
-  zvk_fstream stream(kName, kBinaryRead, false);
-  for (const auto& [from, to] : std::vector<std::pair<long, long>>{{8, 8}, {12, 16}, {3, 6}}) {
-    stream.seekg(from, SEEK_SET);
-    EXPECT_EQ(stream.seek_addr_alignment(), 0);
-    EXPECT_EQ(stream.tellg(), to);
-  }
-}
-
-TEST(ByteHelpers, AddressPaddingFollowsThePositionRule) {
-  alignas(8) char area[32];
-  EXPECT_EQ(adjust_addr_alignment(area + 8), area + 8);
-  EXPECT_EQ(adjust_addr_alignment(area + 4), area + 8);
-  EXPECT_EQ(adjust_addr_alignment(area + 3), area + 6);
-}
-
-TEST(ByteHelpers, ElementsAreReversedOneByOne) {
-  char text[] = "abcdef";
-  flip_endian(text, 0);
-  EXPECT_STREQ(text, "abcdef");
-  flip_endian(text, 5);
-  EXPECT_STREQ(text, "edcbaf");
-  flip_elements(text, 2, 3);
-  EXPECT_STREQ(text, "debcfa");
-  flip_elements(text, 1, 6);
-  EXPECT_STREQ(text, "debcfa");
-}
-
 }  // namespace
 
 }  // namespace qxe::test

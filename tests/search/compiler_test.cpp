@@ -142,16 +142,21 @@ class CompileTest : public testing::Test {
     }
   }
 
-  template <class Value>
-  static void expect_compiled(const Values<Array>& values, const int* numbers, const Value* list,
-                              int size) {
-    const auto wanted = values.distinct();
+  /// The list must hold the distinct values in order, and the numbers must name the raw values.
+  template <class Wanted, class List>
+  static void expect_compiled(const Values<Array>& values, const Wanted& wanted, const int* numbers,
+                              const List& list, int size) {
     ASSERT_EQ(size, static_cast<int>(wanted.size()));
     int place = 0;
     for (const auto& value : wanted) ASSERT_EQ(plain(list[place++]), value) << place;
     for (int i = 0; i < values.size(); ++i) {
       ASSERT_EQ(plain(list[numbers[i]]), plain(values.raw()[static_cast<size_t>(i)])) << i;
     }
+  }
+
+  static CompiledColumn compiled(const Values<Array>& values, bool mpp) {
+    return (mpp ? MppCompile(values.size(), values.type(), values.width(), values.raw().data())
+                : Compile(values.size(), values.type(), values.width(), values.raw().data()));
   }
 
   static std::unique_ptr<TBaseArray> array_of(const CompiledColumn& column) {
@@ -168,19 +173,24 @@ TYPED_TEST_SUITE(CompileTest, Families);
 TYPED_TEST(CompileTest, GivesAscendingDistinctValuesAndTheirNumbers) {
   using Value = typename Family<TypeParam>::Value;
   this->for_all_inputs([&](const Values<TypeParam>& values) {
-    const void* const raw = values.raw().data();
+    const auto wanted = values.distinct();
+    auto with_null = wanted;
+    with_null.insert(plain(Family<TypeParam>::null()));
     for (const bool mpp : {false, true}) {
-      SCOPED_TRACE(mpp);
-      const auto column = mpp ? MppCompile(values.size(), values.type(), values.width(), raw)
-                              : Compile(values.size(), values.type(), values.width(), raw);
-      this->expect_compiled(values, column.row_pointers.get(),
-                            reinterpret_cast<const Value*>(column.value_list.get()), column.unique);
+      const CompiledColumn compiled = this->compiled(values, mpp);
+      this->expect_compiled(values, wanted, compiled.row_pointers.get(),
+                            reinterpret_cast<const Value*>(compiled.value_list.get()),
+                            compiled.unique);
+      // A column has NULL first, and rows from 1 on.
+      const int total = values.size() + 3;
+      const Column column =
+          compile_column(values.type(), values.size(), total, values.raw().data(), mpp);
+      const auto list = view_of(static_cast<const TypeParam&>(*column.vl));
+      const int* const pv = std::as_const(*column.pv).PIntAr();
+      this->expect_compiled(values, with_null, pv + 1, list, list.size);
+      EXPECT_EQ(pv[0] + pv[total - 2] + pv[total - 1] + pv[total], 0);
     }
-  });
-}
-
-TYPED_TEST(CompileTest, SortsSeveralSourcesFullOfDuplicatesIntoOneList) {
-  this->for_all_inputs([&](const Values<TypeParam>& values) {
+    // The same in several sources, as an import has them.
     const long third = values.size() / 3;
     std::vector<int> numbers(values.raw().size());
     std::vector<ValueSource<TypeParam>> sources;
@@ -189,7 +199,7 @@ TYPED_TEST(CompileTest, SortsSeveralSourcesFullOfDuplicatesIntoOneList) {
       sources.push_back({values.raw().data() + begin, end - begin, numbers.data() + begin});
     }
     const auto list = sort_distinct<TypeParam>(sources, ENG->run_threads());
-    this->expect_compiled(values, numbers.data(), list.values.get(), list.size);
+    this->expect_compiled(values, wanted, numbers.data(), list.values.get(), list.size);
   });
 }
 
@@ -205,17 +215,9 @@ TYPED_TEST(CompileTest, MergesRunsWithAnyFanIn) {
       const int found = k_way_compile<TypeParam>(size, k, values.raw().data(), &numbers, &list);
       const Block<int> own_numbers(numbers);
       const Block<Value> own_list(list);
-      this->expect_compiled(values, numbers, list, found);
+      this->expect_compiled(values, values.distinct(), numbers, list, found);
     }
   }
-  const Values<TypeParam> values(5, 0, seed);
-  const auto faulty = [&](int n, int k) {
-    return k_way_compile<TypeParam>(n, k, values.raw().data(), nullptr, nullptr);
-  };
-  EXPECT_EQ(faulty(0, 2), -1);
-  EXPECT_EQ(faulty(0, 1), -1);
-  EXPECT_EQ(faulty(5, 1), -2);
-  EXPECT_EQ(faulty(5, 1025), -2);
 }
 
 TYPED_TEST(CompileTest, DictionaryCodesFollowFirstAppearance) {
@@ -235,40 +237,14 @@ TYPED_TEST(CompileTest, DictionaryCodesFollowFirstAppearance) {
   });
 }
 
-TYPED_TEST(CompileTest, ColumnHasNullFirstAndRowsFromOne) {
-  this->for_all_inputs([&](const Values<TypeParam>& values) {
-    for (const bool mpp : {false, true}) {
-      const int total = values.size() + 3;
-      const Column column =
-          compile_column(values.type(), values.size(), total, values.raw().data(), mpp);
-      const auto list = view_of(static_cast<const TypeParam&>(*column.vl));
-      auto wanted = values.distinct();
-      wanted.insert(plain(Family<TypeParam>::null()));
-      ASSERT_EQ(list.size, static_cast<int>(wanted.size()));
-      int place = 0;
-      for (const auto& value : wanted) ASSERT_EQ(plain(list[place++]), value);
-      ASSERT_EQ(column.pv->FArraySize, total + 1);
-      EXPECT_EQ(column.pv->GetInt(0), 0);
-      for (int row = values.size() + 1; row <= total; ++row) EXPECT_EQ(column.pv->GetInt(row), 0);
-      for (int row = 1; row <= values.size(); ++row) {
-        ASSERT_EQ(plain(list[column.pv->GetInt(row)]),
-                  plain(values.raw()[static_cast<size_t>(row) - 1]));
-      }
-    }
-  });
-}
-
 TYPED_TEST(CompileTest, AccommodatedColumnsShareOneListAndKeepTheirValues) {
   for (unsigned seed = 1; seed <= 40; ++seed) {
     const int size = seed % 8 == 0 ? 60000 : static_cast<int>(seed * 3);
     const Values<TypeParam> left(size, static_cast<int>(seed % 5), seed);
     const Values<TypeParam> right(static_cast<int>(seed) * 500, static_cast<int>(seed % 3),
                                   seed + 1000);
-    const auto compiled = [](const auto& values) {
-      return Compile(values.size(), values.type(), values.width(), values.raw().data());
-    };
-    CompiledColumn first = compiled(left);
-    CompiledColumn second = compiled(right);
+    CompiledColumn first = this->compiled(left, false);
+    CompiledColumn second = this->compiled(right, false);
     const auto list1 = this->array_of(first);
     const auto list2 = this->array_of(second);
     list1->FUserArea[TBaseArray::kUserAreaSize - 1] = 77;
@@ -276,58 +252,17 @@ TYPED_TEST(CompileTest, AccommodatedColumnsShareOneListAndKeepTheirValues) {
     TIntArray pv2(right.size(), std::move(second.row_pointers));
     const auto merged =
         (seed % 2 == 0 ? AccommodationMain : MppAccommodationMain)(pv1, *list1, pv2, *list2);
-    auto wanted = left.distinct();
-    wanted.merge(right.distinct());
     if (left.distinct() == right.distinct()) {
       EXPECT_EQ(merged, nullptr);
       continue;
     }
+    auto wanted = left.distinct();
+    wanted.merge(right.distinct());
     ASSERT_NE(merged, nullptr);
-    const auto list = view_of(static_cast<const TypeParam&>(*merged));
-    ASSERT_EQ(list.size, static_cast<int>(wanted.size()));
-    int place = 0;
-    for (const auto& value : wanted) ASSERT_EQ(plain(list[place++]), value);
     EXPECT_EQ(merged->FUserArea[TBaseArray::kUserAreaSize - 1], 77);
-    for (int i = 0; i < left.size(); ++i) {
-      ASSERT_EQ(plain(list[pv1.GetInt(i)]), plain(left.raw()[static_cast<size_t>(i)]));
-    }
-    for (int i = 0; i < right.size(); ++i) {
-      ASSERT_EQ(plain(list[pv2.GetInt(i)]), plain(right.raw()[static_cast<size_t>(i)]));
-    }
-  }
-}
-
-TYPED_TEST(CompileTest, RunsOutOfMemoryWithoutALeak) {
-  const Values<TypeParam> values(3000, 2, 1);
-  long allowed = 0;
-  const auto attempt = [&] {
-    fail_allocation_after(allowed, false);
-    const int code = code_of(
-        [&] { compile_column(values.type(), values.size(), 3000, values.raw().data(), false); });
-    fail_allocation_after(-1, false);
-    return code;
-  };
-  while (const int code = attempt()) {
-    ASSERT_EQ(code, QX_ERROR_OUT_OF_MEMORY);
-    ++allowed;
-  }
-  EXPECT_GT(allowed, 3);
-}
-
-TEST(AccommodationTest, LeavesIdenticalListsAlone) {
-  for (const auto accommodate : {AccommodationMain, MppAccommodationMain}) {
-    const int same[] = {QX_NULL_INT, 3, 9};
-    const auto one = Compile(3, QX_DT_INTEGER, 4, same);
-    const auto list = [&] {
-      Block<char> bytes = make_block<char>(sizeof same);
-      memcpy(bytes.get(), same, sizeof same);
-      return make_value_array(QX_DT_INTEGER, 3, std::move(bytes));
-    };
-    TIntArray pv1(2, true);
-    TIntArray pv2(2, true);
-    pv1.PutInt(1, 2);
-    EXPECT_EQ(accommodate(pv1, *list(), pv2, *list()), nullptr);
-    EXPECT_EQ(pv1.GetInt(1), 2);
+    const auto list = view_of(static_cast<const TypeParam&>(*merged));
+    this->expect_compiled(left, wanted, pv1.PIntAr(), list, list.size);
+    this->expect_compiled(right, wanted, pv2.PIntAr(), list, list.size);
   }
 }
 
@@ -336,88 +271,55 @@ TEST(AccommodationTest, RefusesListsThatCannotBeMerged) {
   const TIntArray integers(1, true);
   const TDoubleArray doubles(1, true);
   const TIntArray empty(0, true);
+  const TBaseArray bare;
   EXPECT_EQ(code_of([&] { AccommodationMain(pv, integers, pv, doubles); }), QX_ERROR_MERGE_TYPE);
   EXPECT_EQ(code_of([&] { MppAccommodationMain(pv, integers, pv, empty); }), QX_ERROR_PARAMETER);
-  const TBaseArray bare;
   EXPECT_NE(code_of([&] { AccommodationMain(pv, bare, pv, bare); }), 0);
 }
 
-TEST(AccommodationTest, KeepsTheFirstListsTypeInfo) {
-  TIntArray pv1(1, true);
-  TIntArray pv2(1, true);
-  TDoubleArray dates(1, true);
-  dates.SetExtendType(QX_DT_DATE);
-  TDoubleArray times(1, true);
-  times.PutDouble(0, 0.5);
-  const auto merged = AccommodationMain(pv1, dates, pv2, times);
-  EXPECT_EQ(ArrayDataTypeEx(*merged), QX_DT_DATE);
-  EXPECT_EQ(pv1.GetInt(0), 0);
-  EXPECT_EQ(pv2.GetInt(0), 1);
-}
-
-struct AddressCase {
-  const char* name;
-  std::vector<int> data;
-  bool addressed;
-};
-
-void PrintTo(const AddressCase& shown, std::ostream* out) {
-  *out << shown.name;
-}
-
-class AddressTest : public testing::TestWithParam<AddressCase> {};
-
-TEST_P(AddressTest, TakesTheTableForNarrowRanges) {
-  const auto& [name, data, addressed] = GetParam();
-  const int n = static_cast<int>(data.size());
-  _RawIntArrayRangeInfo range;
-  EXPECT_EQ(WillBeCompiledBySorting(QX_DT_INTEGER, n, data.data(), &range), addressed);
-  EXPECT_FALSE(WillBeCompiledBySorting(QX_DT_DOUBLE, n, data.data(), &range));
-  const auto column = Compile(n, QX_DT_INTEGER, 4, data.data(), &range);
-  const std::set<int> wanted(data.begin(), data.end());
-  const int* const list = reinterpret_cast<const int*>(column.value_list.get());
-  EXPECT_EQ(std::vector<int>(list, list + column.unique),
-            std::vector<int>(wanted.begin(), wanted.end()));
-  for (int i = 0; i < n; ++i) {
-    EXPECT_EQ(list[column.row_pointers[i]], data[static_cast<size_t>(i)]);
-  }
-}
-
 constexpr int kMaxInt = std::numeric_limits<int>::max();
-// One value allows a range below 1008: 1005 with the two slots more and NULL's.
-INSTANTIATE_TEST_SUITE_P(
-    Ranges, AddressTest,
-    testing::Values(AddressCase{"OnlyNull", {QX_NULL_INT, QX_NULL_INT}, false},
-                    AddressCase{"One", {5}, true}, AddressCase{"WidestOfTwo", {0, 1012}, true},
-                    AddressCase{"TooWideForTwo", {0, 1013}, false},
-                    AddressCase{"NullDoesNotCount", {QX_NULL_INT, 0, 1013}, false},
-                    AddressCase{"WithNull", {7, QX_NULL_INT, -3, 7}, true},
-                    AddressCase{"WholeRange", {-kMaxInt, kMaxInt, QX_NULL_INT}, false},
-                    AddressCase{"LowEnd", {QX_NULL_INT + 1, QX_NULL_INT, QX_NULL_INT + 3}, true},
-                    AddressCase{"HighEnd", {kMaxInt, kMaxInt - 70, kMaxInt - 1}, true}));
 
-TEST(GetIntRangeTest, LeavesNullOut) {
-  const int data[] = {QX_NULL_INT, 4, -9, QX_NULL_INT};
-  const auto range = GetIntRange(4, data);
-  EXPECT_EQ(range.nulls, 2);
-  EXPECT_EQ(range.min, -9);
-  EXPECT_EQ(range.max, 4);
-  EXPECT_EQ(GetIntRange(0, data).min, kMaxInt);
-  EXPECT_EQ(code_of([&] { GetIntRange(-1, data); }), QX_ERROR_NEGATIVE_ROWS);
+// One value allows a range below 1008: 1005 with the two slots more and NULL's.
+TEST(AddressTest, TakesTheTableForNarrowRanges) {
+  const std::pair<std::vector<int>, bool> cases[] = {
+      {{QX_NULL_INT, QX_NULL_INT}, false},
+      {{5}, true},
+      {{0, 1012}, true},
+      {{0, 1013}, false},
+      {{QX_NULL_INT, 0, 1013}, false},
+      {{7, QX_NULL_INT, -3, 7}, true},
+      {{-kMaxInt, kMaxInt, QX_NULL_INT}, false},
+      {{QX_NULL_INT + 1, QX_NULL_INT, QX_NULL_INT + 3}, true},
+      {{kMaxInt, kMaxInt - 70, kMaxInt - 1}, true}};
+  for (const auto& [data, addressed] : cases) {
+    SCOPED_TRACE(testing::PrintToString(data));
+    const int n = static_cast<int>(data.size());
+    _RawIntArrayRangeInfo range;
+    EXPECT_EQ(WillBeCompiledBySorting(QX_DT_INTEGER, n, data.data(), &range), addressed);
+    const auto column = Compile(n, QX_DT_INTEGER, 4, data.data(), &range);
+    const int* const list = reinterpret_cast<const int*>(column.value_list.get());
+    const std::set<int> wanted(data.begin(), data.end());
+    EXPECT_EQ(std::vector<int>(list, list + column.unique),
+              std::vector<int>(wanted.begin(), wanted.end()));
+    for (int i = 0; i < n; ++i) {
+      EXPECT_EQ(list[column.row_pointers[i]], data[static_cast<size_t>(i)]);
+    }
+  }
 }
 
 TEST(CompileFailureTest, NamesTheFault) {
   const int data[] = {1};
-  const auto compiled = [&](int n, int type, int width) {
-    const int serial = code_of([&] { Compile(n, type, width, data); });
-    EXPECT_EQ(code_of([&] { MppCompile(n, type, width, data); }), serial);
-    return serial;
-  };
-  EXPECT_EQ(compiled(0, QX_DT_INTEGER, 4), QX_ERROR_NO_RECORD);
-  EXPECT_EQ(compiled(1, QX_DT_INTEGER, 8), QX_ERROR_DATA_WIDTH);
-  EXPECT_EQ(compiled(1, QX_DT_STRING, 4), QX_ERROR_DATA_WIDTH);
-  EXPECT_EQ(compiled(1, 9, 4), QX_ERROR_TYPE_MISMATCH);
-  EXPECT_EQ(compiled(1, 0, 4), QX_ERROR_TYPE_MISMATCH);
+  struct {
+    int n, type, width, code;
+  } const cases[] = {{0, QX_DT_INTEGER, 4, QX_ERROR_NO_RECORD},
+                     {1, QX_DT_INTEGER, 8, QX_ERROR_DATA_WIDTH},
+                     {1, QX_DT_STRING, 4, QX_ERROR_DATA_WIDTH},
+                     {1, 9, 4, QX_ERROR_TYPE_MISMATCH}};
+  for (const auto& [n, type, width, code] : cases) {
+    EXPECT_EQ(code_of([&] { Compile(n, type, width, data); }), code);
+    EXPECT_EQ(code_of([&] { MppCompile(n, type, width, data); }), code);
+  }
+  EXPECT_EQ(code_of([&] { GetIntRange(-1, data); }), QX_ERROR_NEGATIVE_ROWS);
   EXPECT_EQ(code_of([&] { GenFilter2(1, "", QX_DT_INTEGER, 1, 4, data); }), QX_ERROR_FILTER_NAME);
   EXPECT_EQ(code_of([&] { GenFilter2(1, "a", QX_DT_INTEGER, 1, 8, data); }), QX_ERROR_DATA_WIDTH);
 }
@@ -432,44 +334,6 @@ TEST(GenFilterTest, RecordsTheExactTypeAndNumbersRowsFromOne) {
     const int* const pv = filter->PVL->PIntAr();
     EXPECT_EQ(std::vector<int>(pv, pv + filter->PVL->FArraySize), (std::vector<int>{0, 2, 0, 1}));
   }
-}
-
-TEST(CompileTextTest, CutsTrailingBlanksInPlaceWhenAsked) {
-  for (const auto compiled :
-       {+[](const void* data) { return Compile(3, QX_DT_STRING, 8, data); },
-        +[](const void* data) { return MppCompile(3, QX_DT_STRING, 8, data); }}) {
-    char texts[3][8] = {"a  ", "a", "   "};
-    const char* const data[] = {texts[0], texts[1], texts[2]};
-    EXPECT_EQ(compiled(data).unique, 3);
-    EXPECT_STREQ(texts[0], "a  ");
-    TTableCollection::m_nCutLastSpace = 1;
-    const auto column = compiled(data);
-    TTableCollection::m_nCutLastSpace = 0;
-    EXPECT_EQ(column.unique, 2);
-    EXPECT_STREQ(texts[0], "a");
-    EXPECT_STREQ(texts[2], "");
-  }
-}
-
-TEST(DictionaryTest, StoresOnlyNewTextsAndNeedsNoTerminator) {
-  using Dictionary = ValueDictionary<TStrArray>;
-  Dictionary dictionary;
-  std::vector<std::unique_ptr<std::string>> kept;
-  const auto code = [&](std::string_view text) {
-    return dictionary.code_of(Dictionary::tag_of(text), text, [&] {
-      kept.push_back(std::make_unique<std::string>(text));
-      return kept.back()->c_str();
-    });
-  };
-  const std::string_view line = "ab,abc,ab,,abcdefghijklmnopqrstuvw";
-  EXPECT_EQ(code(line.substr(0, 2)), 0);
-  EXPECT_EQ(code(line.substr(3, 3)), 1);
-  EXPECT_EQ(code(line.substr(7, 2)), 0);
-  EXPECT_EQ(code(line.substr(10, 0)), 2);
-  EXPECT_EQ(code(line.substr(11)), 3);
-  EXPECT_EQ(dictionary.code_of("abc"), 1);
-  EXPECT_EQ(dictionary.code_of("abcdefghijklmnopqrstuvw"), 3);
-  EXPECT_EQ(kept.size(), 4u);
 }
 
 }  // namespace

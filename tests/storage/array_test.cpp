@@ -92,33 +92,6 @@ TEST(ArrayTest, NoticesEveryChangeOfItsCountedUpElements) {
   }
 }
 
-TEST(ArrayTest, ExtendedTypeStandsInTheAttributeBlock) {
-  TDoubleArray array(1, true);
-  EXPECT_EQ(ArrayDataTypeEx(array), QX_DT_DOUBLE);
-  for (const int type : {QX_DT_DATE, QX_DT_TIME, QX_DT_DATETIME, QX_DT_DOUBLE}) {
-    SetArrayDataTypeEx(array, type);
-    EXPECT_EQ(ArrayDataTypeEx(array), type);
-    EXPECT_EQ(array.FUserArea[0], type);
-  }
-  EXPECT_EQ(code_of([&] { array.SetExtendType(6); }), QX_ERROR_DATA_TYPE);
-  EXPECT_EQ(code_of([&] { SetArrayDataTypeEx(array, QX_DT_STRING); }), QX_ERROR_TYPE_MISMATCH);
-  TIntArray ints(1, true);
-  EXPECT_EQ(code_of([&] { SetArrayDataTypeEx(ints, QX_DT_DOUBLE); }), QX_ERROR_TYPE_MISMATCH);
-}
-
-TEST(ArrayTest, CopiesKeepBlockAndInfoButTextsStartUnmarked) {
-  TNumericArray decimals(2, true);
-  decimals.SetDecimalInfo(3, QX_ROUND_DOWN);
-  decimals.FUserArea[40] = 7;
-  const auto copy = copy_of(decimals);
-  EXPECT_EQ(copy->GetScale(), 3);
-  EXPECT_EQ(copy->FUserArea[40], 7);
-  TStrArray texts(0, false);
-  texts.AppendData("a");
-  texts.FUserArea[40] = 7;
-  EXPECT_EQ(copy_of(texts)->FUserArea[40], 0);
-}
-
 TEST(StringArrayTest, KeepsTextsThroughAppendOverwriteSweepAndCopy) {
   TStrArray texts(0, false);
   std::vector<std::string> wanted;
@@ -170,16 +143,6 @@ TEST(StringArrayTest, LimitsSingleWritesAndReads) {
   texts.AppendData("xyz");
   EXPECT_STREQ(texts.GetPChar2(0), longest.c_str());
   EXPECT_STREQ(texts.GetPChar2(2), "yz");
-}
-
-TEST(StringArrayTest, TakesOverPointersAndReadyPools) {
-  Block<const char*> pointers = make_block<const char*>(2);
-  pointers[0] = "";
-  pointers[1] = "text";
-  TStrArray texts(2, std::move(pointers));
-  EXPECT_STREQ(texts.GetPChar(0), "");
-  EXPECT_STREQ(texts.GetPChar(1), "text");
-  EXPECT_EQ(texts.pool_used(), 6);
 }
 
 }  // namespace
