@@ -175,6 +175,7 @@ void TJoinTable::load_filters(SectionReader& reader, int version) {
     check_format(count >= 0 && count <= places);
     for (int i = 0; i < count; ++i) {
       const int id = ids[static_cast<size_t>(side * places + i)];
+      check_format(id > 0);
       const bool exists = parent(side).FilterID2Pos(id) >= 0;
       sides_[side].filters.push_back(
           {id, exists ? parent(side).GetFilter(id)->FFilterName : kDropped});
