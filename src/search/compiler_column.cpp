@@ -17,8 +17,7 @@ Column column_of(int type, int rows, int total_rows, const typename Family<Array
   memset(numbers.get() + rows + 1, 0, sizeof(int) * static_cast<size_t>(total_rows - rows));
   const auto make_values = mpp ? mpp_make_value_array : make_value_array;
   auto values = make_values(type, list.size, as_bytes(std::move(list.values)));
-  return {std::make_unique<TIntArray>(total_rows + 1, std::move(numbers)), std::move(values),
-          true};
+  return {std::make_unique<TIntArray>(total_rows + 1, std::move(numbers)), std::move(values), true};
 }
 
 std::unique_ptr<TFilter> filter_of(int id, const char* name, int type, int rows, int width,
