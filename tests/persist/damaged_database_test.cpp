@@ -67,7 +67,7 @@ class DamagedDatabaseTest : public EngineTest {
       EXPECT_TRUE(set > 0 || set == QX_ERROR_SET_COUNT) << hex(set);
       RQXSetNotReal(table, set);
       RQXDupRealFilterEx(table, filters[i], QX_DT_STRING);
-      char value[] = "a";
+      alignas(16) char value[16] = "a";  // large enough for a value of any type
       RQXSearchByField(table, filters[i], 1, QX_OPE_GEQ, value, value);
     }
     for (int i = 0; i < count; ++i) {

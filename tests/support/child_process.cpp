@@ -19,6 +19,11 @@ extern "C" int __lsan_is_turned_off() {
 namespace qxe::test {
 
 int exit_status_of_child(const std::function<int()>& body) {
+#ifdef __SANITIZE_ADDRESS__
+  // A thread that is just starting, as those of a child are, may hold a lock of the sanitizer's
+  // allocator, for which the new process would wait forever.
+  if (is_child) usleep(50'000);
+#endif
   const pid_t child = fork();
   if (child < 0) throw std::runtime_error("fork");
   if (child == 0) {
