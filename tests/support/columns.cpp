@@ -97,19 +97,22 @@ std::string time_text(long milliseconds) {
   return result;
 }
 
+std::string double_text(double value) {
+  char text[32];
+  snprintf(text, sizeof text, "%.17g", value);
+  return text;
+}
+
+/// Bounds of searches may lie far beyond all dates and times.
 std::string serial_text(double serial, int type) {
+  constexpr double kBeyondDates = 3e6;
+  if (!(fabs(serial) < kBeyondDates)) return double_text(serial);
   if (type == QX_DT_DATE) return date_text(lround(floor(serial)));
   const long all = lround(serial * kMillisecondsPerDay);
   if (type == QX_DT_TIME) return time_text(all);
   const long per_day = lround(kMillisecondsPerDay);
   const long time = (all % per_day + per_day) % per_day;
   return date_text((all - time) / per_day) + " " + time_text(time);
-}
-
-std::string double_text(double value) {
-  char text[32];
-  snprintf(text, sizeof text, "%.17g", value);
-  return text;
 }
 
 std::string decimal_text(const Decimal& value) {
