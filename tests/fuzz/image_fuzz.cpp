@@ -123,7 +123,7 @@ int load_stream(char* bytes, long size, int piece) {
 }
 
 void check(std::string_view input) {
-  const int choice = input.empty() ? 0 : input.front();
+  const int choice = input.empty() ? 0 : static_cast<unsigned char>(input.front());
   input.remove_prefix(input.empty() ? 0 : 1);
   // As long as the input, so that a read behind it is seen.
   const std::unique_ptr<char[]> bytes(new char[input.size()]);
