@@ -51,6 +51,24 @@ void T15_join_products(benchmark::State& state) {
 }
 BENCHMARK(T15_join_products)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
+/// The join and a summary over it: category of the slave, amount of the master.
+void T15_amount_by_category(benchmark::State& state) {
+  int groups = 0;
+  for (auto _ : state) {
+    const int id = join(sales(), table("products"), "product_id");
+    int category = require(RQXGetFilterIDFromName(id, "category"));
+    int amount = require(RQXGetFilterIDFromName(id, "amount"));
+    int flags = QX_SUM_SUM;
+    int digits = -1;
+    const int sums = require(RQXNonCubeSum(id, -1, 1, &category, 1, &amount, &flags, &digits));
+    groups = RQXGetTotalRows(sums);
+    RQXDeleteTable(sums);
+    RQXDeleteTable(id);
+  }
+  state.counters["groups"] = groups;
+}
+BENCHMARK(T15_amount_by_category)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
 /// A search on the joined columns and the new join set.
 void T16_search_joined(benchmark::State& state) {
   const int id = join(sales(), table("customers"), "customer_id");

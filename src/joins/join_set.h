@@ -25,6 +25,7 @@
 
 #include <memory>
 
+#include "parallel/sliced_task.h"
 #include "storage/setarray.h"
 
 namespace qxe {
@@ -66,6 +67,21 @@ class JoinRows {
   JoinRows(const JoinSet& set, const KeyNumbers& key);
 
   int count() const { return count_; }
+  int direction() const { return direction_; }
+
+  // The two sides of the set
+  int driving_count() const { return driving_count_; }
+  const int* driving() const { return driving_; }
+  const int* driven() const { return driven_; }
+  const KeyNumbers& driving_key() const { return key_; }
+  /// The places in driven() of the partners that each driving row with a key number has.
+  Slice partners(int key) const {
+    const int begin = run_starts_[key];
+    const int end = run_starts_[key + 1];
+    // Row 0 has a place for each driving row that lacks a partner.
+    return {begin, begin < end && driven_[begin] == 0 ? begin + 1 : end};
+  }
+
   /// Both rows of a join row that exists.
   void DesolveJoinRecNo(int join_row, int* master_row, int* slave_row) const;
   /// The row of one side.

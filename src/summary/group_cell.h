@@ -35,6 +35,7 @@ struct NoValues {
 
   void add(Sum&, int) const {}
   static void merge(Sum&, const Sum&) {}
+  static void merge(Sum&, const Sum&, int) {}
 };
 
 template <class Value>
@@ -49,6 +50,7 @@ struct PlainValues {
     sum += number != 0 ? value : 0.0;
   }
   static void merge(Sum& sum, const Sum& other) { sum += other; }
+  static void merge(Sum& sum, const Sum& other, int times) { sum += other * times; }
   static Result result(const Sum& sum) { return sum; }
 };
 
@@ -65,6 +67,12 @@ struct DecimalValues {
     if (number != 0) add_decimal(sum, values[number]);
   }
   static void merge(Sum& sum, const Sum& other) { add_decimal(sum, other); }
+  static void merge(Sum& sum, const Sum& other, int times) {
+    const Numeric factor{static_cast<unsigned long>(times), 0};
+    Numeric product{};
+    RQXNumericMul(&other, &factor, &product);
+    add_decimal(sum, product);
+  }
   static Result result(const Sum& sum) { return sum; }
 };
 
@@ -91,6 +99,7 @@ struct SmallDecimalValues {
     sum += number != 0 ? value : 0;
   }
   static void merge(Sum& sum, const Sum& other) { sum += other; }
+  static void merge(Sum& sum, const Sum& other, int times) { sum += other * times; }
   static Result result(const Sum& sum) {
     return {static_cast<unsigned long>(sum), static_cast<long>(sum >> 63)};
   }
@@ -140,6 +149,12 @@ struct GroupCell {
   void merge(const GroupCell& other) {
     Values::merge(sum, other.sum);
     count += other.count;
+    extremes.merge(other.extremes);
+  }
+  /// As many times as each row of the other cell has partners.
+  void merge(const GroupCell& other, int times) {
+    Values::merge(sum, other.sum, times);
+    count += other.count * times;
     extremes.merge(other.extremes);
   }
 };

@@ -171,6 +171,14 @@ void JoinModelTest::expect_column(int set, int side, size_t column, const Pairs&
     ++wanted_counts[static_cast<size_t>(numbers[i])];
   }
   EXPECT_EQ(counts, wanted_counts);
+  int type = 0, values = 0, distinct = 0;
+  const int detail = RQXOpenDetailInfo(join_, set, filter, &type, &values, &distinct);
+  ASSERT_GT(detail, 0);
+  for (int value = 1; value <= values; ++value) {
+    int rows = 0;
+    ASSERT_EQ(RQXGetDetailCount(detail, 0, 0, 0, value, &rows), 0);
+    EXPECT_EQ(rows, wanted_counts[static_cast<size_t>(value) - 1]);
+  }
   if (wanted.type != QX_DT_INTEGER) return;
   int block[128] = {};
   int count = 0;
