@@ -1932,11 +1932,11 @@ QXE_API int QXCondenseRealTable(int table);
  * for a free handle.
  */
 
-/** Opens a summary on a free handle. Value lists of the dimension filters lose the values that no
- * row uses. set: below 0 for the current set. nDim: 0 to 32. dims: in, nDim records; may be null
- * for 0. measure: filter id, 0 for none. Failures: QX_ERROR_SUMMARY_PARAMETER for nDim,
- * QX_ERROR_SUMMARY_IN_USE, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_CUBE_SIZE above
- * 10,000,000 cells, QX_ERROR_NOT_REAL. */
+/** Opens a summary of a real table or a join on a free handle. Value lists of a real table's
+ * dimension filters lose the values that no row uses. set: below 0 for the current set. nDim: 0
+ * to 32. dims: in, nDim records; may be null for 0. measure: filter id, 0 for none. Failures:
+ * QX_ERROR_SUMMARY_PARAMETER for nDim, QX_ERROR_SUMMARY_IN_USE, QX_ERROR_NO_SET,
+ * QX_ERROR_NO_FILTER, QX_ERROR_CUBE_SIZE above 10,000,000 cells. */
 QXE_API int RQXSummaryOpen(int handle, int table, int set, int nDim, _TRDimensionDef* dims,
                            int measure);
 

@@ -30,10 +30,6 @@ PositionColumn::PositionColumn(const TFilter& source, const std::string& name, B
   own_numbers_ = true;
 }
 
-PositionColumn::~PositionColumn() {
-  if (!own_numbers_) filter_.PVL = nullptr;
-}
-
 namespace {
 
 const int* row_pointers(const TFilter& filter) {
@@ -60,6 +56,25 @@ Block<int> numbers_at(const TFilter& source, const int* rows, int count) {
 }
 
 }  // namespace
+
+PositionColumn::~PositionColumn() {
+  if (!own_numbers_) filter_.PVL = nullptr;
+}
+
+void PositionColumn::test_for_null() {
+  const int count = filter_.PVL->FArraySize - 1;
+  Block<int> numbers = make_row_numbers(count);
+  numbers[0] = 0;
+  for_positions(count, [pv = row_pointers(filter_) + 1, out = numbers.get() + 1](long i) {
+    out[i] = pv[i] != 0 ? 1 : 0;
+  });
+  if (own_numbers_) delete filter_.PVL;
+  filter_.PVL = nullptr;
+  filter_.PVL = std::make_unique<TIntArray>(count + 1, std::move(numbers)).release();
+  own_numbers_ = true;
+  two_values_.SetArraySize(2);
+  filter_.VL = &two_values_;
+}
 
 SidePositions::SidePositions(const JoinRows& pairs, int side, int keys) {
   if (side == pairs.direction()) {

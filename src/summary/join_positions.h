@@ -20,12 +20,16 @@ class PositionColumn : NonCopyable {
   PositionColumn(const TFilter& source, const std::string& name);
   ~PositionColumn();
 
+  /// Leaves of the numbers only whether there is a value: 0 or 1, of a list of two.
+  void test_for_null();
+
   TFilter& filter() { return filter_; }
   const TFilter& filter() const { return filter_; }
 
  private:
   TFilter filter_;
   bool own_numbers_;
+  TIntArray two_values_;
 };
 
 class JoinPositions : NonCopyable {

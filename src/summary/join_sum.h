@@ -2,8 +2,7 @@
 // making those rows.
 #pragma once
 
-#include "summary/join_positions.h"
-#include "summary/sum_request.h"
+#include "summary/join_groups.h"
 
 namespace qxe {
 
@@ -16,26 +15,11 @@ class TJoinSum {
   int MppRun();
 
  private:
-  struct JoinColumn {
-    const TFilter* source;
-    int side;
-    std::string name;
-    std::unique_ptr<PositionColumn> at;  // its numbers where the summary reads them
-  };
-
-  JoinColumn find_column(int id) const;
-  std::vector<int> ranked_dimensions() const;
-  void place_columns(const JoinPositions& master, const JoinPositions& slave);
-  template <class Face>
-  int run(Grouping& groups, const Face& face);
-  void add_dimensions(TRealTable& output, const Grouping& groups) const;
-  Reduced reduce(Grouping& groups, size_t measure) const;
-
   TJoinTable& join_;
   const JoinSet* set_;
   std::vector<JoinColumn> dimensions_;
   std::vector<JoinColumn> measures_;
-  std::vector<SumMeasure> asked_;  // of the measures
+  std::vector<SumMeasure> asked_;
 };
 
 }  // namespace qxe

@@ -50,10 +50,11 @@ int list_size(const PositionColumn& column) {
 
 }  // namespace
 
-PairedGroups::PairedGroups(const SidePositions* const (&sides)[kSides], int keys, int rows,
-                           std::vector<PairedDimension> dimensions)
+PairedGroups::PairedGroups(const std::array<const SidePositions*, kSides>& sides, int keys,
+                           int rows, std::vector<PairedDimension> dimensions)
     : rows_(rows), dimensions_(std::move(dimensions)) {
-  for (int side = 0; side < kSides; ++side) runs_[side] = find_runs(*sides[side], side, keys);
+  for (int side = 0; side < kSides; ++side)
+    runs_[side] = find_runs(*sides[static_cast<size_t>(side)], side, keys);
   if (count_pairs(keys) > kMaxPairs) throw CQXException(QX_ERROR_JOIN_SUM_ROWS);
   pair_runs(keys);
   number_groups();

@@ -4,6 +4,7 @@
 // grows with the rows of the sides and the pairs of runs, not with the join's rows.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "summary/grouping.h"
@@ -21,7 +22,7 @@ class PairedGroups : public Grouping {
  public:
   /// `rows` join rows in all, with key numbers below `keys`. Throws QX_ERROR_JOIN_SUM_ROWS for too
   /// many pairs of runs and QX_ERROR_JOIN_SUM_SIZE for too many groups.
-  PairedGroups(const SidePositions* const (&sides)[kSides], int keys, int rows,
+  PairedGroups(const std::array<const SidePositions*, kSides>& sides, int keys, int rows,
                std::vector<PairedDimension> dimensions);
 
   /// Of a measure of side `side`.
