@@ -255,13 +255,35 @@ void KeySorter::sort(const std::vector<uint64_t>& keys, int bits, int threads, i
   });
 }
 
-CellSummer::CellSummer(int cells, int threads, bool extremes) {
+namespace {
+
+constexpr int kCellCopies = 4;
+constexpr int kFewCells = 64;
+
+/// Adds rows to `cells` and the copies of them behind, turns by turns.
+template <int copies, class Cell, class CellAt>
+void add_to_cells(Cell* cells, size_t size, const CellAt& cell_at, const int* codes,
+                  const double* values, long begin, long end) {
+  const auto add = [=](long row, size_t copy) {
+    const int code = codes[row];
+    cells[copy * size + static_cast<size_t>(cell_at(row))].add(values[code], code);
+  };
+  long row = begin;
+  for (; row + copies <= end; row += copies) {
+    for (int copy = 0; copy < copies; ++copy) add(row + copy, static_cast<size_t>(copy));
+  }
+  for (; row < end; ++row) add(row, 0);
+}
+
+}  // namespace
+
+CellSummer::CellSummer(int cells, int threads, bool extremes)
+    : cells_(static_cast<size_t>(cells)), copies_(cells <= kFewCells ? kCellCopies : 1) {
   const auto cubes = static_cast<size_t>(threads);
-  const auto size = static_cast<size_t>(cells);
   if (extremes) {
-    cubes_.assign(cubes, std::vector<Cell>(size));
+    cubes_.assign(cubes, std::vector<Cell>(cells_ * copies_));
   } else {
-    small_cubes_.assign(cubes, std::vector<SmallCell>(size));
+    small_cubes_.assign(cubes, std::vector<SmallCell>(cells_ * copies_));
   }
 }
 
@@ -270,40 +292,41 @@ int CellSummer::sum_cells(std::vector<Cells>& cubes,
                           const std::vector<std::vector<int>>& dimensions, int size,
                           const std::vector<int>& measure, const std::vector<double>& values) {
   using OneCell = typename Cells::value_type;
-  constexpr bool kExtremes = std::is_same_v<OneCell, Cell>;
-  std::atomic<size_t> next{0};
+  const int threads = static_cast<int>(cubes.size());
   const int* const first = dimensions[0].data();
   const int* const second = dimensions.back().data();
-  const bool two = dimensions.size() > 1;
-  in_parts(
-      static_cast<long>(measure.size()), static_cast<int>(cubes.size()), [&](long begin, long end) {
-        Cells& cells = cubes[next++];
-        std::fill(cells.begin(), cells.end(), OneCell{});
-        for (long i = begin; i < end; ++i) {
-          const int code = measure[static_cast<size_t>(i)];
-          OneCell& cell = cells[static_cast<size_t>(two ? first[i] * size + second[i] : first[i])];
-          cell.sum += values[static_cast<size_t>(code)];
-          ++cell.count;
-          if constexpr (kExtremes) {
-            cell.max = std::max(cell.max, code);
-            cell.min = std::min(cell.min, code);
-          }
+  std::atomic<size_t> next{0};
+  in_parts(static_cast<long>(measure.size()), threads, [&](long begin, long end) {
+    Cells& cells = cubes[next++];
+    std::fill(cells.begin(), cells.end(), OneCell{});
+    const auto add = [&](const auto& cell_at) {
+      if (copies_ == 1) {
+        add_to_cells<1>(cells.data(), cells_, cell_at, measure.data(), values.data(), begin, end);
+      } else {
+        add_to_cells<kCellCopies>(cells.data(), cells_, cell_at, measure.data(), values.data(),
+                                  begin, end);
+      }
+    };
+    if (dimensions.size() == 1) {
+      add([=](long row) { return first[row]; });
+    } else {
+      add([=](long row) { return first[row] * size + second[row]; });
+    }
+    return 0;
+  });
+  return in_parts(static_cast<long>(cells_), threads, [&](long begin, long end) {
+    int used = 0;
+    for (auto at = static_cast<size_t>(begin); at < static_cast<size_t>(end); ++at) {
+      OneCell& cell = cubes[0][at];
+      for (size_t cube = 0; cube < cubes.size(); ++cube) {
+        for (size_t copy = cube == 0 ? 1 : 0; copy < copies_; ++copy) {
+          cell.merge(cubes[cube][at + copy * cells_]);
         }
-        return 0;
-      });
-  return in_parts(static_cast<long>(cubes[0].size()), static_cast<int>(cubes.size()),
-                  [&](long begin, long end) {
-                    int used = 0;
-                    for (long i = begin; i < end; ++i) {
-                      const auto at = static_cast<size_t>(i);
-                      for (size_t cube = 1; cube < cubes.size(); ++cube) {
-                        cubes[0][at].sum += cubes[cube][at].sum;
-                        cubes[0][at].count += cubes[cube][at].count;
-                      }
-                      used += cubes[0][at].count != 0;
-                    }
-                    return used;
-                  });
+      }
+      used += cell.count != 0;
+    }
+    return used;
+  });
 }
 
 int CellSummer::sum(const std::vector<std::vector<int>>& dimensions, int size,

@@ -2,7 +2,9 @@
 // without the engine. What an operation costs above its kernel is its overhead.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -75,21 +77,38 @@ class CellSummer {
           const std::vector<int>& measure, const std::vector<double>& values);
 
  private:
-  struct Cell {
-    double sum;
-    int count;
-    int max;
-    int min;
-  };
   struct SmallCell {
     double sum;
     int count;
+
+    void add(double value, int) { sum += value, ++count; }
+    void merge(const SmallCell& other) { sum += other.sum, count += other.count; }
+  };
+  struct Cell : SmallCell {
+    int max;
+    int min = std::numeric_limits<int>::max();
+
+    // Extremes change so rarely that a branch costs less than a store for each row.
+    void add(double value, int code) {
+      SmallCell::add(value, code);
+      if (code > max) [[unlikely]]
+        max = code;
+      if (code < min) [[unlikely]]
+        min = code;
+    }
+    void merge(const Cell& other) {
+      SmallCell::merge(other);
+      max = std::max(max, other.max);
+      min = std::min(min, other.min);
+    }
   };
 
   template <class Cells>
   int sum_cells(std::vector<Cells>& cubes, const std::vector<std::vector<int>>& dimensions,
                 int size, const std::vector<int>& measure, const std::vector<double>& values);
 
+  const size_t cells_;
+  const size_t copies_;  // of few cells, so that a row does not wait for the one before
   std::vector<std::vector<Cell>> cubes_;  // one of the two is in use
   std::vector<std::vector<SmallCell>> small_cubes_;
 };

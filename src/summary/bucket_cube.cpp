@@ -93,8 +93,9 @@ class BucketCube : public Grouping {
       int* const of_bucket = counts.data();
       int room[CellAddresses::kBlock];
       for_each_block(rows_of(worker), [&, bits = cell_bits_](long begin, int count) {
-        const int* const cells = addresses_.read(begin, count, room);
-        for (int i = 0; i < count; ++i) ++of_bucket[cells[i] >> bits];
+        addresses_.visit(begin, count, room, [&](const auto& address_at) {
+          for (int i = 0; i < count; ++i) ++of_bucket[address_at(i) >> bits];
+        });
       });
     });
     int rows = 0;
@@ -129,18 +130,17 @@ class BucketCube : public Grouping {
       const int bits = cell_bits_;
       const int mask = (1 << bits) - 1;
       for_each_block(rows_of(worker), [&](long begin, int count) {
-        const int* const cells = addresses_.read(begin, count, address_room);
+        const int* numbers = nullptr;
         if constexpr (Measure::Cell::kHasSum || Measure::Cell::kHasExtremes) {
-          const int* const numbers =
-              addresses_.read_numbers(measure.numbers, begin, count, number_room);
-          for (int i = 0; i < count; ++i) {
-            words[next[cells[i] >> bits]++] = BucketWord::pack(cells[i] & mask, numbers[i]);
-          }
-        } else {
-          for (int i = 0; i < count; ++i) {
-            words[next[cells[i] >> bits]++] = BucketWord::pack(cells[i] & mask, 0);
-          }
+          numbers = addresses_.read_numbers(measure.numbers, begin, count, number_room);
         }
+        addresses_.visit(begin, count, address_room, [&](const auto& address_at) {
+          for (int i = 0; i < count; ++i) {
+            const int address = address_at(i);
+            const int number = numbers == nullptr ? 0 : numbers[i];
+            words[next[address >> bits]++] = BucketWord::pack(address & mask, number);
+          }
+        });
       });
     });
   }

@@ -16,28 +16,29 @@ CellAddresses::CellAddresses(const GroupedRows& source) : rows_(source.set) {
 }
 
 template <class NumberAt>
-void CellAddresses::combine(int count, int* out, const NumberAt& number_at) const {
-  std::fill_n(out, count, 0);
+void CellAddresses::combine_numbers(int count, int* out, const NumberAt& number_at) const {
+  if (dimensions_.empty()) {
+    std::fill_n(out, count, 0);
+    return;
+  }
   for (const Dimension& dimension : dimensions_) {
-    const auto numbers = dimension.numbers;
+    const int* const numbers = dimension.numbers;
     const auto weight = static_cast<int>(dimension.weight);
-    if (weight == 1) {
-      for (int i = 0; i < count; ++i) out[i] += number_at(numbers, i);
+    if (&dimension == dimensions_.data()) {
+      for (int i = 0; i < count; ++i) out[i] = number_at(numbers, i) * weight;
     } else {
       for (int i = 0; i < count; ++i) out[i] += number_at(numbers, i) * weight;
     }
   }
 }
 
-const int* CellAddresses::read(long begin, int count, int* room) const {
-  if (dimensions_.size() == 1) return read_numbers(dimensions_[0].numbers, begin, count, room);
+void CellAddresses::combine(long begin, int count, int* out) const {
   if (rows_.rows == nullptr) {
-    combine(count, room, [=](const int* numbers, int i) { return numbers[begin + 1 + i]; });
+    combine_numbers(count, out, [=](const int* numbers, int i) { return numbers[begin + 1 + i]; });
   } else {
     const int* const rows = rows_.rows + begin;
-    combine(count, room, [=](const int* numbers, int i) { return numbers[rows[i]]; });
+    combine_numbers(count, out, [=](const int* numbers, int i) { return numbers[rows[i]]; });
   }
-  return room;
 }
 
 const int* CellAddresses::read_numbers(const int* numbers, long begin, int count, int* room) const {

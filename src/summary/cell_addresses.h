@@ -17,9 +17,11 @@ class CellAddresses {
   explicit CellAddresses(const GroupedRows& source);
 
   long cells() const { return cells_; }
-  /// Addresses of the rows at `count` positions, at most kBlock: in `room`, or where they are.
-  const int* read(long begin, int count, int* room) const;
-  /// The row pointers of those rows, in the same way.
+  /// Calls `body(address_at)`, where address_at(i) is the address of the row at position begin + i,
+  /// for `count` of them, at most kBlock. `room` may be used meanwhile.
+  template <class Body>
+  void visit(long begin, int count, int* room, const Body& body) const;
+  /// The row pointers of those rows: in `room`, or where they are.
   const int* read_numbers(const int* numbers, long begin, int count, int* room) const;
 
   /// The number that each of ascending addresses has in dimension `d`, from element 1 on.
@@ -32,13 +34,32 @@ class CellAddresses {
     uint32_t weight;  // the product of the sizes behind
   };
 
+  void combine(long begin, int count, int* out) const;
   template <class NumberAt>
-  void combine(int count, int* out, const NumberAt& number_at) const;
+  void combine_numbers(int count, int* out, const NumberAt& number_at) const;
 
   RowList rows_;
   std::vector<Dimension> dimensions_;
   long cells_ = 1;
 };
+
+// Addresses of one or two dimensions are made while they are used: writing them down first and
+// reading them again costs more than the product.
+template <class Body>
+void CellAddresses::visit(long begin, int count, int* room, const Body& body) const {
+  if (dimensions_.size() == 2 && rows_.rows == nullptr) {
+    const int* const high = dimensions_[0].numbers + begin + 1;
+    const int* const low = dimensions_[1].numbers + begin + 1;
+    const auto weight = static_cast<int>(dimensions_[0].weight);
+    body([=](int i) { return high[i] * weight + low[i]; });
+  } else if (dimensions_.size() == 1) {
+    const int* const numbers = read_numbers(dimensions_[0].numbers, begin, count, room);
+    body([=](int i) { return numbers[i]; });
+  } else {
+    combine(begin, count, room);
+    body([=](int i) { return room[i]; });
+  }
+}
 
 /// Calls `body(begin, count)` for the blocks of a slice.
 template <class Body>

@@ -63,27 +63,41 @@ class Cube : public Grouping {
   void add_rows(const Measure& measure, Slice slice, typename Measure::Cell* cube) const {
     int address_room[CellAddresses::kBlock];
     int number_room[CellAddresses::kBlock];
-    const auto values = measure.values;
-    const NullMinimum nulls = measure.nulls;
     for_each_block(slice, [&](long begin, int count) {
-      const int* const cells =
-          spread(addresses_.read(begin, count, address_room), count, address_room);
+      const int* numbers = nullptr;
       if constexpr (Measure::Cell::kHasSum || Measure::Cell::kHasExtremes) {
-        const int* const numbers =
-            addresses_.read_numbers(measure.numbers, begin, count, number_room);
-        for (int i = 0; i < count; ++i) cube[cells[i]].add(numbers[i], values, nulls);
-      } else {
-        for (int i = 0; i < count; ++i) ++cube[cells[i]].count;
+        numbers = addresses_.read_numbers(measure.numbers, begin, count, number_room);
       }
+      addresses_.visit(begin, count, address_room, [&](const auto& address_at) {
+        if (copies_ == 1) {
+          add_block<1>(measure, address_at, numbers, count, cube);
+        } else {
+          add_block<kCopies>(measure, address_at, numbers, count, cube);
+        }
+      });
     });
   }
 
-  /// Turns by turns through the copies.
-  const int* spread(const int* addresses, int count, int* room) const {
-    if (copies_ == 1) return addresses;
-    const int cells = static_cast<int>(addresses_.cells());
-    for (int i = 0; i < count; ++i) room[i] = addresses[i] + i % kCopies * cells;
-    return room;
+  /// Turns by turns into the copies of the cube.
+  template <int copies, class Measure, class AddressAt>
+  void add_block(const Measure& measure, const AddressAt& address_at, const int* numbers, int count,
+                 typename Measure::Cell* cube) const {
+    const auto values = measure.values;
+    const NullMinimum nulls = measure.nulls;
+    const long size = addresses_.cells();
+    const auto add = [=](int i, int copy) {
+      auto& cell = cube[copy * size + address_at(i)];
+      if constexpr (Measure::Cell::kHasSum || Measure::Cell::kHasExtremes) {
+        cell.add_to_many(numbers[i], values, nulls);
+      } else {
+        ++cell.count;
+      }
+    };
+    int i = 0;
+    for (; i + copies <= count; i += copies) {
+      for (int copy = 0; copy < copies; ++copy) add(i + copy, copy);
+    }
+    for (; i < count; ++i) add(i, 0);
   }
 
   template <class Cell>
