@@ -1,10 +1,12 @@
 #include "summary/paired_groups.h"
 
+#include <new>
 #include <numeric>
 
 #include "joins/combination_numbers.h"
 #include "search/compiler_steps.h"
 #include "summary/group_results.h"
+#include "summary/sum_request.h"
 
 namespace qxe {
 
@@ -44,6 +46,13 @@ class PositionNumbers : NonCopyable {
   CombinationNumbers combinations_;
 };
 
+/// Pairs that memory does not hold are refused before the system has to end the process.
+void check_pairs(long pairs) {
+  constexpr unsigned long kPairBytes = 32;
+  if (pairs > kMaxPairs) throw CQXException(QX_ERROR_JOIN_SUM_ROWS);
+  if (static_cast<unsigned long>(pairs) * kPairBytes > available_memory()) throw std::bad_alloc();
+}
+
 int list_size(const PositionColumn& column) {
   return column.filter().VL->FArraySize;
 }
@@ -55,7 +64,7 @@ PairedGroups::PairedGroups(const std::array<const SidePositions*, kSides>& sides
     : rows_(rows), dimensions_(std::move(dimensions)) {
   for (int side = 0; side < kSides; ++side)
     runs_[side] = find_runs(*sides[static_cast<size_t>(side)], side, keys);
-  if (count_pairs(keys) > kMaxPairs) throw CQXException(QX_ERROR_JOIN_SUM_ROWS);
+  check_pairs(count_pairs(keys));
   pair_runs(keys);
   number_groups();
 }

@@ -18,14 +18,14 @@ void check_count(int count, int limit, const char* name) {
       report(kLayer, QX_ERROR_SUMMARY_PARAMETER, "Invalid Parameter : %s(%d)", name, count));
 }
 
+}  // namespace
+
 unsigned long available_memory() {
   unsigned long total = 0;
   unsigned long available = 0;
   innerQXGetSystemMemInfo(&total, &available);
   return available;
 }
-
-}  // namespace
 
 void check_counts(const NonCubeRequest& request) {
   check_count(request.nDim, QX_MAX_DIM, "nDim");

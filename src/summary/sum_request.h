@@ -36,6 +36,9 @@ struct SumMeasure {
 /// Throws QX_ERROR_SUMMARY_PARAMETER for too many dimensions or measures.
 void check_counts(const NonCubeRequest& request);
 
+/// Bytes that the system has free.
+unsigned long available_memory();
+
 /// The way to sum up `rows` rows, by what the processor and the memory are like now.
 SumMethod choose_method(const std::vector<TFilter*>& dimensions,
                         const std::vector<SumMeasure>& measures, int rows);
