@@ -54,8 +54,9 @@ void JoinKey::number_values(const TFilter& master, const TFilter& slave) {
   sources_[0] = &master;
   sources_[1] = &slave;
   for (int side = 0; side < kSides; ++side) {
-    numbers_[side] = {std::as_const(*sources_[side]->PVL).PIntAr(), maps_[side].get(),
-                      sources_[side]->VL->FArraySize};
+    const TFilter& source = *sources_[side];
+    numbers_[side] = {std::as_const(*source.PVL).PIntAr(), maps_[side].get(), source.VL->FArraySize,
+                      source.PVL->FArraySize - 1, source.condensed()};
   }
 }
 
@@ -114,7 +115,8 @@ void JoinKey::adopt(std::unique_ptr<TIntArray> (&pv)[kSides], std::unique_ptr<TB
   filters[0]->adopt({std::move(pv[0]), std::move(values)});
   for (int side = 0; side < kSides; ++side) {
     filters_[side] = std::move(filters[side]);
-    numbers_[side] = {std::as_const(*filters_[side]->PVL).PIntAr(), nullptr, size_};
+    const TIntArray& own = *filters_[side]->PVL;
+    numbers_[side] = {own.PIntAr(), nullptr, size_, own.FArraySize - 1, false};
     maps_[side].reset();
     sources_[side] = nullptr;
   }
