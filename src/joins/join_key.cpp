@@ -1,5 +1,7 @@
 #include "joins/join_key.h"
 
+#include <algorithm>
+#include <limits>
 #include <numeric>
 
 #include "joins/combination_numbers.h"
@@ -31,11 +33,25 @@ std::unique_ptr<TIntArray> copied_rows(const TFilter& column) {
   return rows;
 }
 
+/// Values that have become NULL, as they do not fit the scale, get a number above all others: they
+/// pair with nothing, and not with NULL either.
+void set_apart_lost_values(ConvertedList& converted, int old_values) {
+  int* const numbers = converted.numbers.get();
+  if (std::find(numbers + 1, numbers + old_values, 0) == numbers + old_values) return;
+  const Numeric above_all = {std::numeric_limits<unsigned long>::max(),
+                             std::numeric_limits<long>::max()};  // more digits than a decimal has
+  std::replace(numbers + 1, numbers + old_values, 0, converted.list->FArraySize);
+  converted.list->AppendData(&above_all);
+  converted.same_numbers = false;
+}
+
 /// The value list of a slave's column at its master's scale, where that is another one.
 ConvertedList rescaled(const TFilter& master, const TFilter& slave) {
   const NumericInfo* const wanted = decimal_info(*master.VL);
   if (wanted == nullptr || wanted->scale == decimal_info(*slave.VL)->scale) return {};
-  return convert_list(*slave.VL, QX_DT_DECIMAL, *wanted, true);
+  ConvertedList converted = convert_list(*slave.VL, QX_DT_DECIMAL, *wanted, true);
+  set_apart_lost_values(converted, slave.VL->FArraySize);
+  return converted;
 }
 
 }  // namespace
