@@ -33,8 +33,8 @@ struct NoValues {
   struct Sum {};
   using Result = Sum;
 
-  void add(Sum&, int) const {}
-  static void merge(Sum&, const Sum&) {}
+  Sum plus(Sum sum, int) const { return sum; }
+  static Sum merged(Sum sum, Sum) { return sum; }
 };
 
 template <class Value>
@@ -44,12 +44,12 @@ struct PlainValues {
 
   const Value* values;
 
-  void add(Sum& sum, int number) const {
+  Sum plus(Sum sum, int number) const {
     const auto value = static_cast<double>(values[number]);
-    sum += number != 0 ? value : 0.0;
+    return sum + (number != 0 ? value : 0.0);
   }
-  static void merge(Sum& sum, const Sum& other) { sum += other; }
-  static Result result(const Sum& sum) { return sum; }
+  static Sum merged(Sum sum, Sum other) { return sum + other; }
+  static Result result(Sum sum) { return sum; }
 };
 
 using IntValues = PlainValues<int>;
@@ -61,11 +61,15 @@ struct DecimalValues {
 
   const Numeric* values;
 
-  void add(Sum& sum, int number) const {
+  Sum plus(Sum sum, int number) const {
     if (number != 0) add_decimal(sum, values[number]);
+    return sum;
   }
-  static void merge(Sum& sum, const Sum& other) { add_decimal(sum, other); }
-  static Result result(const Sum& sum) { return sum; }
+  static Sum merged(Sum sum, Sum other) {
+    add_decimal(sum, other);
+    return sum;
+  }
+  static Result result(Sum sum) { return sum; }
 };
 
 /// Decimals that are so small that 64 bits hold the sum of all rows.
@@ -86,12 +90,12 @@ struct SmallDecimalValues {
     return values.size < 2 || (is_small(values[1]) && is_small(values[values.size - 1]));
   }
 
-  void add(Sum& sum, int number) const {
+  Sum plus(Sum sum, int number) const {
     const auto value = static_cast<int64_t>(values[number].lo);
-    sum += number != 0 ? value : 0;
+    return sum + (number != 0 ? value : 0);
   }
-  static void merge(Sum& sum, const Sum& other) { sum += other; }
-  static Result result(const Sum& sum) {
+  static Sum merged(Sum sum, Sum other) { return sum + other; }
+  static Result result(Sum sum) {
     return {static_cast<unsigned long>(sum), static_cast<long>(sum >> 63)};
   }
 };
@@ -132,31 +136,43 @@ struct NoExtremes {
   void merge(const NoExtremes&) {}
 };
 
+/// A sum that lies at any multiple of 4 bytes, so that the count behind it leaves no gap: the more
+/// cells fit a cache, the better.
+template <class Sum>
+struct [[gnu::packed, gnu::aligned(4)]] CloseSum {
+  [[no_unique_address]] Sum value;
+};
+
 template <class ValuesOfMeasure, bool kExtremes>
 struct GroupCell {
   using Values = ValuesOfMeasure;
   static constexpr bool kHasExtremes = kExtremes;
   static constexpr bool kHasSum = !std::is_same_v<Values, NoValues>;
 
-  [[no_unique_address]] typename Values::Sum sum;
+  [[no_unique_address]] CloseSum<typename Values::Sum> sum;
   int count;
   [[no_unique_address]] std::conditional_t<kExtremes, Extremes, NoExtremes> extremes;
 
   void add(int number, const Values& values, NullMinimum nulls) {
     ++count;
     extremes.add(number, nulls);
-    values.add(sum, number);
+    sum.value = values.plus(sum.value, number);
   }
   void add_to_many(int number, const Values& values, NullMinimum nulls) {
     ++count;
     extremes.add_to_many(number, nulls);
-    values.add(sum, number);
+    sum.value = values.plus(sum.value, number);
   }
   void merge(const GroupCell& other) {
-    Values::merge(sum, other.sum);
+    sum.value = Values::merged(sum.value, other.sum.value);
     count += other.count;
     extremes.merge(other.extremes);
   }
 };
+
+/// Bytes of most cells: a sum and a count. That of large decimals takes 8 more, extremes 8.
+constexpr long kUsualCellBytes = sizeof(GroupCell<DoubleValues, false>);
+static_assert(kUsualCellBytes == 12 && sizeof(GroupCell<NoValues, false>) == 4 &&
+              sizeof(GroupCell<DoubleValues, true>) == 20);
 
 }  // namespace qxe
