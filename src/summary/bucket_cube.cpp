@@ -25,15 +25,13 @@ int mpp_fastcubesum_measure_step1(void* block) {
 
 namespace {
 
-// Half of the cache for the cells of a bucket, which are mostly of this size.
-constexpr long kCellBytes = 16;
 constexpr int kMinCellBits = 8;
 // More places to write to cost more than cells beyond the cache.
 constexpr long kMaxBuckets = 2048;
 
 int cell_bits_of_bucket(long cells) {
   int bits = kMinCellBits;
-  while ((kCellBytes << (bits + 1)) <= ENG->l2_size() / 2) ++bits;
+  while ((kUsualCellBytes << (bits + 1)) <= ENG->l2_size() / 2) ++bits;
   while ((cells - 1) >> bits >= kMaxBuckets) ++bits;
   return bits;
 }

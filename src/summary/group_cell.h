@@ -33,9 +33,9 @@ struct NoValues {
   struct Sum {};
   using Result = Sum;
 
-  void add(Sum&, int) const {}
-  static void merge(Sum&, const Sum&) {}
-  static void merge(Sum&, const Sum&, int) {}
+  Sum plus(Sum sum, int) const { return sum; }
+  static Sum merged(Sum sum, Sum) { return sum; }
+  static Sum times(Sum sum, int) { return sum; }
 };
 
 template <class Value>
@@ -45,13 +45,13 @@ struct PlainValues {
 
   const Value* values;
 
-  void add(Sum& sum, int number) const {
+  Sum plus(Sum sum, int number) const {
     const auto value = static_cast<double>(values[number]);
-    sum += number != 0 ? value : 0.0;
+    return sum + (number != 0 ? value : 0.0);
   }
-  static void merge(Sum& sum, const Sum& other) { sum += other; }
-  static void merge(Sum& sum, const Sum& other, int times) { sum += other * times; }
-  static Result result(const Sum& sum) { return sum; }
+  static Sum merged(Sum sum, Sum other) { return sum + other; }
+  static Sum times(Sum sum, int count) { return sum * count; }
+  static Result result(Sum sum) { return sum; }
 };
 
 using IntValues = PlainValues<int>;
@@ -63,17 +63,20 @@ struct DecimalValues {
 
   const Numeric* values;
 
-  void add(Sum& sum, int number) const {
+  Sum plus(Sum sum, int number) const {
     if (number != 0) add_decimal(sum, values[number]);
+    return sum;
   }
-  static void merge(Sum& sum, const Sum& other) { add_decimal(sum, other); }
-  static void merge(Sum& sum, const Sum& other, int times) {
-    const Numeric factor{static_cast<unsigned long>(times), 0};
-    Numeric product{};
-    RQXNumericMul(&other, &factor, &product);
-    add_decimal(sum, product);
+  static Sum merged(Sum sum, Sum other) {
+    add_decimal(sum, other);
+    return sum;
   }
-  static Result result(const Sum& sum) { return sum; }
+  static Sum times(Sum sum, int count) {
+    const Numeric factor{static_cast<unsigned long>(count), 0};
+    RQXNumericMul(&sum, &factor, &sum);
+    return sum;
+  }
+  static Result result(Sum sum) { return sum; }
 };
 
 /// Decimals that are so small that 64 bits hold the sum of all rows.
@@ -94,13 +97,13 @@ struct SmallDecimalValues {
     return values.size < 2 || (is_small(values[1]) && is_small(values[values.size - 1]));
   }
 
-  void add(Sum& sum, int number) const {
+  Sum plus(Sum sum, int number) const {
     const auto value = static_cast<int64_t>(values[number].lo);
-    sum += number != 0 ? value : 0;
+    return sum + (number != 0 ? value : 0);
   }
-  static void merge(Sum& sum, const Sum& other) { sum += other; }
-  static void merge(Sum& sum, const Sum& other, int times) { sum += other * times; }
-  static Result result(const Sum& sum) {
+  static Sum merged(Sum sum, Sum other) { return sum + other; }
+  static Sum times(Sum sum, int count) { return sum * count; }
+  static Result result(Sum sum) {
     return {static_cast<unsigned long>(sum), static_cast<long>(sum >> 63)};
   }
 };
@@ -141,37 +144,49 @@ struct NoExtremes {
   void merge(const NoExtremes&) {}
 };
 
+/// A sum that lies at any multiple of 4 bytes, so that the count behind it leaves no gap: the more
+/// cells fit a cache, the better.
+template <class Sum>
+struct [[gnu::packed, gnu::aligned(4)]] CloseSum {
+  [[no_unique_address]] Sum value;
+};
+
 template <class ValuesOfMeasure, bool kExtremes>
 struct GroupCell {
   using Values = ValuesOfMeasure;
   static constexpr bool kHasExtremes = kExtremes;
   static constexpr bool kHasSum = !std::is_same_v<Values, NoValues>;
 
-  [[no_unique_address]] typename Values::Sum sum;
+  [[no_unique_address]] CloseSum<typename Values::Sum> sum;
   int count;
   [[no_unique_address]] std::conditional_t<kExtremes, Extremes, NoExtremes> extremes;
 
   void add(int number, const Values& values, NullMinimum nulls) {
     ++count;
     extremes.add(number, nulls);
-    values.add(sum, number);
+    sum.value = values.plus(sum.value, number);
   }
   void add_to_many(int number, const Values& values, NullMinimum nulls) {
     ++count;
     extremes.add_to_many(number, nulls);
-    values.add(sum, number);
+    sum.value = values.plus(sum.value, number);
   }
   void merge(const GroupCell& other) {
-    Values::merge(sum, other.sum);
+    sum.value = Values::merged(sum.value, other.sum.value);
     count += other.count;
     extremes.merge(other.extremes);
   }
   /// As many times as each row of the other cell has partners.
   void merge(const GroupCell& other, int times) {
-    Values::merge(sum, other.sum, times);
+    sum.value = Values::merged(sum.value, Values::times(other.sum.value, times));
     count += other.count * times;
     extremes.merge(other.extremes);
   }
 };
+
+/// Bytes of most cells: a sum and a count. That of large decimals takes 8 more, extremes 8.
+constexpr long kUsualCellBytes = sizeof(GroupCell<DoubleValues, false>);
+static_assert(kUsualCellBytes == 12 && sizeof(GroupCell<NoValues, false>) == 4 &&
+              sizeof(GroupCell<DoubleValues, true>) == 20);
 
 }  // namespace qxe

@@ -23,7 +23,7 @@ class ResultRows {
       reduced_.max[group + 1] = cell.extremes.max();
       reduced_.min[group + 1] = cell.extremes.min(nulls);
     }
-    if constexpr (Cell::kHasSum) sums()[group] = Cell::Values::result(cell.sum);
+    if constexpr (Cell::kHasSum) sums()[group] = Cell::Values::result(cell.sum.value);
   }
 
   /// Moves `count` groups from place `from` to a place before it.

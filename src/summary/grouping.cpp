@@ -18,7 +18,6 @@ namespace {
 constexpr long kCellsPerRow = 32;
 // A cube that is a few times larger than the cache still beats moving all rows.
 constexpr long kCacheSizes = 4;
-constexpr long kCellBytes = 16;
 
 /// Of a set without rows.
 class NoGroups : public Grouping {
@@ -38,7 +37,7 @@ class NoGroups : public Grouping {
 };
 
 bool fits_cache(const GroupedRows& source) {
-  return source.cells() * kCellBytes <= static_cast<double>(kCacheSizes * ENG->l2_size()) &&
+  return source.cells() * kUsualCellBytes <= static_cast<double>(kCacheSizes * ENG->l2_size()) &&
          source.cells() <= source.rows();
 }
 

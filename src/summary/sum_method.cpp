@@ -1,5 +1,7 @@
 #include "summary/sum_method.h"
 
+#include <algorithm>
+
 #include "qxe.h"
 #include "search/radix_info.h"
 
@@ -30,19 +32,26 @@ void SumWork::add_dimension(int list_length) {
   cells *= list_length;
 }
 
+double estimated_bytes(const SumWork& work, SumMethod method) {
+  const Widths widths(work.flags);
+  const double rows = work.rows;
+  const double cubes = work.cells * work.workers * (4 + widths.sum + widths.extremes);
+  const double row_side = 4 * rows + 4 * rows * work.measures + 4 * rows * (work.measures + 2);
+  switch (method) {
+    case SumMethod::kCube: return cubes;
+    case SumMethod::kFastCube: return cubes + row_side;
+    default: return row_side + 4 * rows + rows * (widths.sum + widths.extremes);
+  }
+}
+
 SumMethod GetSuitableSumMethod(const SumWork& work) {
   if (work.bits > kMaxBits || work.cells > kMaxCells) return SumMethod::kNonCube;
-  const Widths widths(work.flags);
-  const double cubes = work.cells * work.workers * (4 + widths.sum + widths.extremes);
-  if (0.5 * work.l2_size > cubes && work.cells < kMaxCubeCells) return SumMethod::kCube;
-  const double rows = work.rows;
-  const double row_side = 4 * rows + 4 * rows * work.measures + 4 * rows * (work.measures + 2);
-  const double fast_cube = cubes + row_side;
-  const double non_cube = row_side + 4 * rows + rows * (widths.sum + widths.extremes);
+  const bool fits_cache = 0.5 * work.l2_size > estimated_bytes(work, SumMethod::kCube);
+  if (fits_cache && work.cells < kMaxCubeCells) return SumMethod::kCube;
+  const double fast_cube = estimated_bytes(work, SumMethod::kFastCube);
+  const double non_cube = estimated_bytes(work, SumMethod::kFastNonCube);
   const auto half_memory = static_cast<double>(work.available_memory >> 1);
-  if ((fast_cube < non_cube ? fast_cube : non_cube) > half_memory) {
-    return SumMethod::kFastNonCubeByRow;
-  }
+  if (std::min(fast_cube, non_cube) > half_memory) return SumMethod::kFastNonCubeByRow;
   return fast_cube <= non_cube ? SumMethod::kFastCube : SumMethod::kFastNonCube;
 }
 

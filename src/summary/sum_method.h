@@ -25,6 +25,10 @@ struct SumWork {
   void add_dimension(int list_length);
 };
 
+/// Bytes that a cube, a fast cube, or rows sorted with what belongs to them need by estimate,
+/// besides the table that is made.
+double estimated_bytes(const SumWork& work, SumMethod method);
+
 SumMethod GetSuitableSumMethod(const SumWork& work);
 
 }  // namespace qxe
