@@ -17,11 +17,11 @@ int table(const char* name) {
   return id > 0 ? id : import_table(name);
 }
 
-int join(int master, int slave, const char* key) {
+int join(int master, int slave, const char* key, int outer = 0) {
   char name[] = "join";
   int master_keys[] = {require(RQXGetFilterIDFromName(master, key)), 0};
   int slave_keys[] = {require(RQXGetFilterIDFromName(slave, key)), 0};
-  return require(RQXAddJoinTable(name, 0, master, -1, master_keys, slave, -1, slave_keys));
+  return require(RQXAddJoinTable(name, outer, master, -1, master_keys, slave, -1, slave_keys));
 }
 
 /// Bytes that the engine's tables hold.
@@ -33,15 +33,15 @@ unsigned long memory_held() {
 
 /// Joins and drops the join again, as a query would. Counts the pairs and the megabytes by which
 /// the engine's memory has grown.
-void time_join(benchmark::State& state, int master, int slave, const char* key) {
+void time_join(benchmark::State& state, int master, int slave, const char* key, int outer = 0) {
   int pairs = 0;
   for (auto _ : state) {
-    const int id = join(master, slave, key);
+    const int id = join(master, slave, key, outer);
     pairs = RQXGetSetSize(id, 1);
     RQXDeleteTable(id);
   }
   const unsigned long before = memory_held();
-  const int id = join(master, slave, key);
+  const int id = join(master, slave, key, outer);
   state.counters["pairs"] = pairs;
   state.counters["MB"] = static_cast<double>(memory_held() - before) / 1e6;
   RQXDeleteTable(id);
@@ -57,6 +57,16 @@ void T16_join_from_customers(benchmark::State& state) {
   time_join(state, table("customers"), sales(), "customer_id");
 }
 BENCHMARK(T16_join_from_customers)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void T16_outer_join_customers(benchmark::State& state) {
+  time_join(state, sales(), table("customers"), "customer_id", 1);
+}
+BENCHMARK(T16_outer_join_customers)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+void T16_outer_join_from_customers(benchmark::State& state) {
+  time_join(state, table("customers"), sales(), "customer_id", 1);
+}
+BENCHMARK(T16_outer_join_from_customers)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 void T15_join_products(benchmark::State& state) {
   time_join(state, sales(), table("products"), "product_id");
