@@ -5,6 +5,7 @@
 #include <span>
 
 #include "joins/join_match.h"
+#include "parallel/mpp_memory.h"
 #include "search/compiler_steps.h"
 #include "search/scan.h"
 #include "search/sort.h"
@@ -29,6 +30,21 @@ namespace {
 void take_attributes(const TSetArray& source, TSetArray& set) {
   memcpy(set.FUserArea, source.FUserArea, sizeof set.FUserArea);
   set.SetSetName(source.GetSetName());
+}
+
+void copy_rows(const TSetArray& rows, int* out) {
+  if (rows.FArraySize == 0) return;
+  MppMemCpy(out, rows.PIntAr(), sizeof(int) * static_cast<size_t>(rows.FArraySize));
+}
+
+/// `body(v)` for all value numbers, in no order.
+template <class Body>
+void for_each_value(int values, const Body& body) {
+  const int workers = compile_workers(values, true);
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const Slice slice = even_slice(values, workers, worker);
+    for (int v = static_cast<int>(slice.begin); v < slice.end; ++v) body(v);
+  });
 }
 
 // Rows with and without partner
@@ -155,10 +171,10 @@ bool has_null_key(const DrivenValues& values, const KeyNumbers& key) {
 Block<Flag> flags_of_runs(const KeyNumbers& key, const TSetArray& key_runs) {
   Block<Flag> flags = make_block<Flag>(key.values);
   const int* const runs = key_runs.PIntAr();
-  for (int v = 0; v < key.values; ++v) {
+  for_each_value(key.values, [&](int v) {
     const int number = key.of_value(v);
     flags[v] = runs[number] < runs[number + 1];
-  }
+  });
   return flags;
 }
 
@@ -219,6 +235,9 @@ struct OuterSide {
     counts[0] = 0;
   }
 
+  /// Rows with a value, if they have partners.
+  int pairs_of(int value) const { return hits[value] != 0 ? counts[value] : 0; }
+
   SideRows& rows;
   const KeyNumbers& key;
   Block<int> counts;  // by value number
@@ -229,13 +248,13 @@ struct OuterSide {
 /// that has no partner. The first are those of the driven rows without partner.
 Block<int> outer_slots(const OuterSide& driving, const OuterSide& driven, int misses, int size) {
   Block<int> slots = make_cleared_block<int>(size);
-  for (int v = 0; v < driving.key.values; ++v) {
+  for_each_value(driving.key.values, [&](int v) {
     if (driving.hits[v] == 0) slots[driving.key.of_value(v)] = driving.counts[v];
-  }
-  for (int v = 0; v < driven.key.values; ++v) {
-    const bool pairs = driven.hits[v] != 0 && driven.counts[v] > 0;
-    if (pairs) slots[driven.key.of_value(v)] = driven.counts[v];
-  }
+  });
+  for_each_value(driven.key.values, [&](int v) {
+    const int pairs = driven.pairs_of(v);
+    if (pairs > 0) slots[driven.key.of_value(v)] = pairs;
+  });
   slots[0] = misses;
   return slots;
 }
@@ -243,9 +262,9 @@ Block<int> outer_slots(const OuterSide& driving, const OuterSide& driven, int mi
 /// Row 0 for the misses, then the driving rows; and where each begins.
 void set_outer_driving(const OuterSide& driving, const Block<int>& slots, JoinSet& set) {
   Block<int> partners = make_block<int>(driving.key.values);
-  for (int v = 0; v < driving.key.values; ++v) {
+  for_each_value(driving.key.values, [&](int v) {
     partners[v] = driving.hits[v] != 0 ? slots[driving.key.of_value(v)] : 1;
-  }
+  });
   const TSetArray& source = *driving.rows.rows;
   const int placeholder = slots[0] > 0 ? 1 : 0;
   const int count = source.FArraySize;
@@ -253,29 +272,49 @@ void set_outer_driving(const OuterSide& driving, const Block<int>& slots, JoinSe
   auto index = std::make_unique<TSetArray>(count + placeholder, false);
   if (placeholder != 0) rows->PIntAr()[0] = index->PIntAr()[0] = 0;
   take_attributes(source, *rows);
-  std::copy_n(source.PIntAr(), count, rows->PIntAr() + placeholder);
+  copy_rows(source, rows->PIntAr() + placeholder);
   set.row_count = checked_row_count(MppSetupMainN(RowList(source), driving.key.pv, partners.get(),
                                                   slots[0], index->PIntAr() + placeholder));
   set.rows[set.direction] = std::move(rows);
   set.index[set.direction] = std::move(index);
 }
 
+/// Copies the rows of each value, which stand one behind the other in `sorted`, to the place where
+/// their key begins.
+void place_runs(const OuterSide& driven, const TSetArray& sorted, const int* starts, int* out) {
+  const int values = driven.key.values;
+  const int workers = compile_workers(sorted.FArraySize, true);
+  std::vector<long> next(static_cast<size_t>(workers));
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const Slice slice = even_slice(values, workers, worker);
+    long rows = 0;
+    for (long v = slice.begin; v < slice.end; ++v) rows += driven.pairs_of(static_cast<int>(v));
+    next[static_cast<size_t>(worker)] = rows;
+  });
+  std::exclusive_scan(next.begin(), next.end(), next.begin(), 0L);
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const Slice slice = even_slice(values, workers, worker);
+    const int* from = sorted.PIntAr() + next[static_cast<size_t>(worker)];
+    for (int v = static_cast<int>(slice.begin); v < slice.end; ++v) {
+      const int rows = driven.pairs_of(v);
+      if (rows == 0) continue;
+      std::copy_n(from, rows, out + starts[driven.key.of_value(v)]);
+      from += rows;
+    }
+  });
+}
+
 /// Misses first, then key by key the partners, or row 0 in the places of driving rows without one.
 std::unique_ptr<TSetArray> outer_driven_rows(OuterSide& driven, const TSetArray& misses,
                                              const int* starts, int size) {
-  auto result = std::make_unique<TSetArray>(size, true);
+  auto result = std::make_unique<TSetArray>(size, false);
   take_attributes(*driven.rows.rows, *result);
   int* const out = result->PIntAr();
-  std::copy_n(misses.PIntAr(), misses.FArraySize, out);
+  MppMemSet(out, 0, sizeof(int) * static_cast<size_t>(size));
+  copy_rows(misses, out);
   driven.rows = SideRows(rows_with(*driven.rows.rows, driven.key, driven.hits, true));
   const bool in_order = ascends(RowList(*driven.rows.rows), driven.key.pv);
-  const auto hits = sorted_by_key(driven.rows, driven.key, in_order);
-  const int* next = std::as_const(*hits).PIntAr();
-  for (int v = 0; v < driven.key.values; ++v) {
-    if (driven.counts[v] == 0 || driven.hits[v] == 0) continue;
-    std::copy_n(next, driven.counts[v], out + starts[driven.key.of_value(v)]);
-    next += driven.counts[v];
-  }
+  place_runs(driven, *sorted_by_key(driven.rows, driven.key, in_order), starts, out);
   return result;
 }
 

@@ -75,6 +75,15 @@ int JoinRows::row_of(int side, int join_row) const {
   return side == direction_ ? driving : driven;
 }
 
+Block<int> JoinRows::partners_of_values() const {
+  Block<int> partners = make_block<int>(key_.values);
+  for (int v = 0; v < key_.values; ++v) {
+    const int* const run = run_starts_ + key_.of_value(v);
+    partners[v] = run[0] < run[1] ? driven_[run[0]] : 0;
+  }
+  return partners;
+}
+
 void JoinRows::rows_of(int side, int first, int count, int* out) const {
   if (count <= 0) return;
   int i = starts_.row_at(first);

@@ -99,6 +99,11 @@ class JoinRows {
     // Row 0 has a place for each driving row that lacks a partner.
     return {begin, begin < end && driven_[begin] == 0 ? begin + 1 : end};
   }
+  /// Where each driving row is known to have one partner: the driving rows, which then are those of
+  /// the join rows; else null.
+  const int* single_rows() const { return starts_.starts == nullptr ? driving_ : nullptr; }
+  /// First partner by value number of the driving side, 0 where there is none.
+  Block<int> partners_of_values() const;
 
   /// Both rows of a join row that exists.
   void DesolveJoinRecNo(int join_row, int* master_row, int* slave_row) const;
