@@ -140,7 +140,7 @@ bool has_single_partners(const JoinRows& pairs, int keys) {
 std::unique_ptr<LinePositions> LinePositions::find(const TJoinTable& join, const JoinSet& set) {
   const JoinRows pairs = join.rows(set);
   const int keys = join.key().size();
-  if (has_single_partners(pairs, keys)) {
+  if (pairs.single_rows() != nullptr || has_single_partners(pairs, keys)) {
     return std::unique_ptr<LinePositions>(
         new LinePositions(join, set, pairs, set.direction, nullptr));
   }
@@ -178,16 +178,20 @@ Block<int> LinePositions::partner_numbers(const TFilter& source) const {
   const int count = rows_.FArraySize;
   if (partners_ != nullptr) return numbers_at(source, partners_.get(), count);
   const KeyNumbers& key = pairs_.driving_key();
+  const Block<int> by_value = pairs_.partners_of_values();
   const int* const pv = row_pointers(source);
-  const Block<int> by_value = make_block<int>(key.values);
-  for_positions(key.values, [&](long value) {
-    const Slice places = pairs_.partners(key.of_value(static_cast<int>(value)));
-    by_value[value] = places.size() > 0 ? pv[pairs_.driven()[places.begin]] : 0;
-  });
+  for (int value = 0; value < key.values; ++value) by_value[value] = pv[by_value[value]];
   Block<int> numbers = make_row_numbers(count);
+  const auto fill = [&, key_pv = key.pv, values = by_value.get(),
+                     out = numbers.get() + 1](const auto& row_at) {
+    for_positions(count, [=](long i) { out[i] = values[key_pv[row_at(i)]]; });
+  };
   const RowList rows(rows_);
-  for_positions(count, [&, key_pv = key.pv, values = by_value.get(), out = numbers.get() + 1](
-                           long i) { out[i] = values[key_pv[rows[static_cast<int>(i)]]]; });
+  if (rows.rows == nullptr) {
+    fill([](long i) { return i + 1; });
+  } else {
+    fill([list = rows.rows](long i) { return list[i]; });
+  }
   return numbers;
 }
 
