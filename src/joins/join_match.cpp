@@ -125,29 +125,12 @@ DrivenValues driven_values(const RowList& rows, const KeyNumbers& key) {
 
 namespace {
 
-/// The value numbers of one side on a walk through the key numbers. Which keys a side has is not
-/// foreseeable, so that the walk has no jumps: where it has none, `at` is a place that no value
-/// has.
-struct KeyCursor {
-  KeyCursor(const KeyNumbers& key, int first_key, int no_value)
-      : map(key.map), end(key.values), spare(no_value), value(first_key) {
-    if (map != nullptr) value = static_cast<int>(std::lower_bound(map, map + end, first_key) - map);
-  }
-
-  /// Goes on to the next key; whether the side has a value with it.
-  int step(int number) {
-    const int here = map == nullptr || (value < end && map[value] == number);
-    at = spare ^ ((spare ^ value) & -here);
-    value += here;
-    return here;
-  }
-
-  const int* map;
-  int end;
-  int spare;
-  int value;
-  int at = 0;
-};
+/// The first value number from `value` on whose key number is not below `number`.
+int first_value(const KeyNumbers& key, int value, int number) {
+  if (key.map == nullptr) return std::min(number, key.values);
+  return static_cast<int>(std::lower_bound(key.map + value, key.map + key.values, number) -
+                          key.map);
+}
 
 /// Part of a match: the keys of a slice.
 struct MatchPart {
@@ -157,39 +140,95 @@ struct MatchPart {
   bool driven_lost = false;
 };
 
-/// The arrays of `match` have a spare place for each worker behind those of the values.
+/// Matches keys block by block, so that what is noted by key stays in the nearest cache. Which keys
+/// a side has is not foreseeable, so that no loop has jumps.
 template <class Counter>
-MatchPart match_slice(const SideValues<Counter>& sides, Slice keys, int worker,
-                      const KeyMatch& match, int* starts) {
-  const Counter* const driving_rows = sides.driving;
-  const int* const driven_rows = sides.driven;
-  Flag* const driving_hits = match.driving_hits.get();
-  Flag* const driven_hits = match.driven_hits.get();
-  int* const partners = match.partners.get();
-  const int first = static_cast<int>(keys.begin);
-  KeyCursor driving(sides.driving_key, first, sides.driving_key.values + worker);
-  KeyCursor driven(sides.driven_key, first, sides.driven_key.values + worker);
-  int pairs = 0;
-  int most = 0;
-  int driving_lost = 0;
-  int driven_lost = 0;
-  for (int number = first; number < keys.end; ++number) {
-    const int in_driving = driving.step(number);
-    const int in_driven = driven.step(number);
-    const int drives = in_driving & static_cast<int>(driving_rows[driving.at & -in_driving] != 0);
-    const int count = driven_rows[driven.at & -in_driven] & -in_driven;
-    const int driven_any = count != 0;
-    driving_hits[driving.at] = static_cast<Flag>(driven_any);
-    driven_hits[driven.at] = static_cast<Flag>(drives);
-    partners[driving.at] = count;
-    driving_lost |= drives & (driven_any ^ 1);
-    driven_lost |= driven_any & (drives ^ 1);
-    starts[number] = pairs;
-    pairs += count & -drives;
-    most = std::max(most, count & -drives);
+class KeyMatcher {
+ public:
+  KeyMatcher(const SideValues<Counter>& sides, const KeyMatch& match)
+      : sides_(sides), match_(match), starts_(match.starts->PIntAr()) {}
+
+  MatchPart run(Slice keys) {
+    const int first = static_cast<int>(keys.begin);
+    int driving = first_value(sides_.driving_key, 0, first);
+    int driven = first_value(sides_.driven_key, 0, first);
+    for (int block = first; block < keys.end; block += kBlock) {
+      const int end = std::min<int>(block + kBlock, static_cast<int>(keys.end));
+      const int driving_end = first_value(sides_.driving_key, driving, end);
+      const int driven_end = first_value(sides_.driven_key, driven, end);
+      std::fill_n(counts_, end - block, 0);
+      std::fill_n(drives_, end - block, 0);
+      note_driven(block, driven, driven_end);
+      match_driving(block, driving, driving_end);
+      match_driven(block, driven, driven_end);
+      set_starts(block, end);
+      driving = driving_end;
+      driven = driven_end;
+    }
+    return part_;
   }
-  return {pairs, most, driving_lost != 0, driven_lost != 0};
-}
+
+ private:
+  static constexpr int kBlock = 2048;
+
+  void note_driven(int first_key, int begin, int end) {
+    const int* const rows = sides_.driven;
+    const KeyNumbers key = sides_.driven_key;
+    for (int v = begin; v < end; ++v) counts_[key.of_value(v) - first_key] = rows[v];
+  }
+
+  void match_driving(int first_key, int begin, int end) {
+    const Counter* const rows = sides_.driving;
+    const KeyNumbers key = sides_.driving_key;
+    int* const partners = match_.partners.get();
+    Flag* const hits = match_.driving_hits.get();
+    int lost = 0;
+    int most = part_.most;
+    for (int v = begin; v < end; ++v) {
+      const int place = key.of_value(v) - first_key;
+      const int count = counts_[place];
+      const int drives = static_cast<int>(rows[v] != 0);
+      const int any = static_cast<int>(count != 0);
+      drives_[place] = drives;
+      partners[v] = count;
+      hits[v] = static_cast<Flag>(any);
+      lost |= drives & (any ^ 1);
+      most = std::max(most, count & -drives);
+    }
+    part_.driving_lost |= lost != 0;
+    part_.most = most;
+  }
+
+  void match_driven(int first_key, int begin, int end) {
+    const int* const rows = sides_.driven;
+    const KeyNumbers key = sides_.driven_key;
+    Flag* const hits = match_.driven_hits.get();
+    int lost = 0;
+    for (int v = begin; v < end; ++v) {
+      const int drives = drives_[key.of_value(v) - first_key];
+      hits[v] = static_cast<Flag>(drives);
+      lost |= static_cast<int>(rows[v] != 0) & (drives ^ 1);
+    }
+    part_.driven_lost |= lost != 0;
+  }
+
+  void set_starts(int begin, int end) {
+    int pairs = part_.pairs;
+    for (int i = 0; i < end - begin; ++i) {
+      starts_[begin + i] = pairs;
+      pairs += counts_[i] & -drives_[i];
+    }
+    part_.pairs = pairs;
+  }
+
+  const SideValues<Counter>& sides_;
+  const KeyMatch& match_;
+  int* const starts_;
+  // By key of the block
+  int counts_[kBlock];  // driven rows
+  int drives_[kBlock];  // 1: driving rows have it
+  MatchPart part_;
+};
 
 }  // namespace
 
@@ -197,15 +236,15 @@ template <class Counter>
 KeyMatch match_keys(const SideValues<Counter>& sides, int keys) {
   const int workers = compile_workers(keys, true);
   KeyMatch match;
-  match.driving_hits = make_block<Flag>(sides.driving_key.values + workers);
-  match.driven_hits = make_block<Flag>(sides.driven_key.values + workers);
-  match.partners = make_block<int>(sides.driving_key.values + workers);
+  match.driving_hits = make_block<Flag>(sides.driving_key.values);
+  match.driven_hits = make_block<Flag>(sides.driven_key.values);
+  match.partners = make_block<int>(sides.driving_key.values);
   match.starts = std::make_unique<TSetArray>(keys + 1, false);
   int* const starts = match.starts->PIntAr();
   std::vector<MatchPart> parts(static_cast<size_t>(workers));
   run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
     const Slice slice = even_slice(keys, workers, worker);
-    parts[static_cast<size_t>(worker)] = match_slice(sides, slice, worker, match, starts);
+    parts[static_cast<size_t>(worker)] = KeyMatcher<Counter>(sides, match).run(slice);
   });
   int total = 0;
   for (MatchPart& part : parts) {
