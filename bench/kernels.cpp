@@ -144,6 +144,25 @@ void pair_rows(const std::vector<int>& codes, const std::vector<int>& row_of, in
   });
 }
 
+void gather_pairs(const Columns& left_columns, const std::vector<int>& left,
+                  const Columns& right_columns, const std::vector<int>& right, int threads,
+                  Columns& out) {
+  in_parts(static_cast<long>(left.size()), threads, [&](long from, long to) {
+    auto next = out.begin();
+    const auto gather_side = [&](const Columns& columns, const std::vector<int>& rows) {
+      for (const std::vector<int>& codes : columns) {
+        int* const own = (next++)->data();
+        for (long i = from; i < to; ++i) {
+          own[i] = codes[static_cast<size_t>(rows[static_cast<size_t>(i)]) - 1];
+        }
+      }
+    };
+    gather_side(left_columns, left);
+    gather_side(right_columns, right);
+    return 0;
+  });
+}
+
 int rows_in(const int* rows, int count, const std::vector<int>& others, bool in, int table_rows,
             int* out) {
   std::vector<char> marks(static_cast<size_t>(table_rows) + 1);

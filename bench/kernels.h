@@ -10,6 +10,8 @@
 
 namespace qxe::bench {
 
+using Columns = std::vector<std::vector<int>>;
+
 /// `rows` value numbers below `values`, the same in every run.
 std::vector<int> random_codes(int rows, int values);
 
@@ -41,6 +43,12 @@ int rows_in(const int* rows, int count, const std::vector<int>& others, bool in,
 /// `right`, rows from 1.
 void pair_rows(const std::vector<int>& codes, const std::vector<int>& row_of, int threads,
                int* left, int* right);
+
+/// For each pair the code of its row on either side: `left_columns` by `left`, the others by
+/// `right`, into `out` in that order. Rows count from 1.
+void gather_pairs(const Columns& left_columns, const std::vector<int>& left,
+                  const Columns& right_columns, const std::vector<int>& right, int threads,
+                  Columns& out);
 
 /// Sum of the values of `count` pseudo-random rows: a code, then its value.
 double sum_of_cells(const std::vector<int>& codes, const std::vector<double>& values, int count);
@@ -136,8 +144,6 @@ int hash_cells(const FileText& text, int threads);
 std::vector<std::string> random_lines(int count);
 /// Copies lines into a block and writes it out each time it holds a megabyte.
 void copy_lines(const std::vector<std::string>& lines, const std::string& path);
-
-using Columns = std::vector<std::vector<int>>;
 
 /// One flag per row, 0 for a tenth of them, the same in every run.
 std::vector<char> kept_flags(int rows);

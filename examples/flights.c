@@ -1,8 +1,8 @@
 /* Which flights from an airport were more than an hour late?
  *
  * A tour of the engine: imports two text files through catalogs, tells what their columns hold,
- * searches, sorts, reads rows, looks names up in the second table, exports the answer, and counts
- * flights and delays by airport and month. */
+ * searches, sorts, joins the flights to the airports they went to, reads and searches the join,
+ * exports the answer, and counts flights and delays by airport and month. */
 #include <stdbool.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -175,47 +175,76 @@ static int search_late_flights(int flights, char* airport) {
   return late;
 }
 
-/* ---- Rows of the answer ---- */
+/* ---- The flights joined to the airports they went to ---- */
 
-enum { kAirportColumns = 2 }; /* behind the flights' own: name and city of the destination */
-
-static void set_flight_titles(Grid* grid, int flights, const int* filters, int count) {
-  for (int column = 0; column < count; ++column) {
-    const int type = require(RQXGetFilterType(flights, filters[column]), "RQXGetFilterType");
-    set_title(grid, column, RQXGetFilterNameR1(flights, filters[column]), type == QX_DT_INTEGER);
-  }
-  set_title(grid, count, "airport", false);
-  set_title(grid, count + 1, "city", false);
+/* A table of pairs: each flight of the set, in its order, with the airport of its destination. Its
+ * columns are those of both tables. */
+static int join_airports(int flights, int set, int airports) {
+  char name[] = "flights_to_airports";
+  int destination[] = {filter_named(flights, "destination"), 0};
+  int code[] = {filter_named(airports, "iata"), 0};
+  return require(RQXAddJoinTable(name, 0, flights, set, destination, airports, -1, code),
+                 "RQXAddJoinTable");
 }
 
-/* Adds name and city of an airport to a row; nothing when the code is unknown. */
-static void add_airport(Grid* grid, int row, int column, int airports, char* code) {
-  Airport airport;
-  if (!find_airport(airports, code, &airport)) return;
-  set_cell(grid, row, column, airport.name);
-  set_cell(grid, row, column + 1, airport.city);
-}
-
-static void print_worst(int flights, int airports, int set) {
-  int filters[kMaxFilters];
-  int count = require(RQXGetFilterIDList(flights, filters), "RQXGetFilterIDList");
-  if (count > kGridColumns - kAirportColumns) count = kGridColumns - kAirportColumns;
-  const int size = require(RQXGetSetSize(flights, set), "RQXGetSetSize");
-  const int shown = size < kWorstRows ? size : kWorstRows;
-  if (shown == 0) return;
-
-  Grid grid = {.rows = shown + 1, .columns = count + kAirportColumns};
-  set_flight_titles(&grid, flights, filters, count);
-  for (int row = 1; row <= shown; ++row) {
-    for (int column = 0; column < count; ++column) {
-      read_text(flights, filters[column], set, row, grid.cells[row][column]);
+static void print_worst(int flights, int set, int airports) {
+  static const char* const kColumns[] = {"date",        "time", "delay", "distance",
+                                         "destination", "name", "city",  "state"};
+  const int join = join_airports(flights, set, airports);
+  const int first_set = 1;
+  const int size = require(RQXGetSetSize(join, first_set), "RQXGetSetSize");
+  Grid grid = {.rows = (size < kWorstRows ? size : kWorstRows) + 1, .columns = kGridColumns};
+  for (int column = 0; column < kGridColumns; ++column) {
+    const int filter = filter_named(join, kColumns[column]);
+    const int type = require(RQXGetFilterType(join, filter), "RQXGetFilterType");
+    set_title(&grid, column, kColumns[column], type == QX_DT_INTEGER);
+    for (int row = 1; row < grid.rows; ++row) {
+      read_text(join, filter, first_set, row, grid.cells[row][column]);
     }
-    char code[kCellSize];
-    read_text(flights, filter_named(flights, "destination"), set, row, code);
-    add_airport(&grid, row, count, airports, code);
   }
-  printf("The %d worst of them\n", shown);
+  printf("The %d worst of them, joined with the airports they went to\n", grid.rows - 1);
   print_grid(&grid);
+  require(RQXDeleteTable(join), "RQXDeleteTable");
+}
+
+enum { kStates = 8 };
+
+/* The states that most flights went to, by all flights joined with the airports; and how many of
+ * these flights were late, by a search of the join. */
+static void print_states(int flights, int airports) {
+  const int join = join_airports(flights, 1, airports);
+  const int late = require(
+      RQXSearchByFieldIntR1(join, filter_named(join, "delay"), 1, QX_OPE_GT, kLateMinutes, 0),
+      "RQXSearchByFieldIntR1");
+  const int state = filter_named(join, "state");
+  int type = 0;
+  int values = 0;
+  int states = 0;
+  const int detail =
+      require(RQXOpenDetailInfo(join, 1, state, &type, &values, &states), "RQXOpenDetailInfo");
+  Grid grid = {.rows = 1, .columns = 3};
+  set_title(&grid, 0, "state", false);
+  set_title(&grid, 1, "flights", true);
+  set_title(&grid, 2, "late", true);
+  for (int i = 1; i <= kStates && i <= states; ++i, ++grid.rows) {
+    const int by_count = 1;
+    const int forward = 0;
+    char name[4096];
+    int count = 0;
+    require(RQXGetDetailValueStr(detail, by_count, forward, 1, i, &type, name),
+            "RQXGetDetailValueStr");
+    require(RQXGetDetailCount(detail, by_count, forward, 1, i, &count), "RQXGetDetailCount");
+    const int found = require(RQXSearchByFieldStr(join, state, late, QX_OPE_EQ, name, NULL),
+                              "RQXSearchByFieldStr");
+    set_cell(&grid, grid.rows, 0, name);
+    snprintf(grid.cells[grid.rows][1], kCellSize, "%d", count);
+    snprintf(grid.cells[grid.rows][2], kCellSize, "%d", RQXGetSetSize(join, found));
+  }
+  require(RQXCloseDetailInfo(detail), "RQXCloseDetailInfo");
+  printf("\nAll flights joined with the airports: %d pairs. States that most flights went to\n",
+         RQXGetSetSize(join, 1));
+  print_grid(&grid);
+  require(RQXDeleteTable(join), "RQXDeleteTable");
 }
 
 /* ---- Export ---- */
@@ -324,7 +353,7 @@ static void print_cross_table(int flights) {
   }
   fill_cross_table(&grid, flights, origin);
   require(RQXSummaryClose(kSummary), "RQXSummaryClose");
-  printf("\nFlights by origin and month, and their mean delay in minutes\n");
+  printf("Flights by origin and month, and their mean delay in minutes\n");
   print_grid(&grid);
 }
 
@@ -346,8 +375,9 @@ static int show_late_flights(const char* data, const char* output, char* code) {
   const int sorted =
       require(RQXSortByField(flights, filter_named(flights, "delay"), late, QX_SORT_DESC),
               "RQXSortByField");
-  print_worst(flights, airports, sorted);
+  print_worst(flights, sorted, airports);
   export_flights(flights, sorted, output);
+  print_states(flights, airports);
   print_cross_table(flights);
   return EXIT_SUCCESS;
 }

@@ -1932,11 +1932,11 @@ QXE_API int QXCondenseRealTable(int table);
  * for a free handle.
  */
 
-/** Opens a summary on a free handle. Value lists of the dimension filters lose the values that no
- * row uses. set: below 0 for the current set. nDim: 0 to 32. dims: in, nDim records; may be null
- * for 0. measure: filter id, 0 for none. Failures: QX_ERROR_SUMMARY_PARAMETER for nDim,
- * QX_ERROR_SUMMARY_IN_USE, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_CUBE_SIZE above
- * 10,000,000 cells, QX_ERROR_NOT_REAL. */
+/** Opens a summary of a real table or a join on a free handle. Value lists of a real table's
+ * dimension filters lose the values that no row uses. set: below 0 for the current set. nDim: 0
+ * to 32. dims: in, nDim records; may be null for 0. measure: filter id, 0 for none. Failures:
+ * QX_ERROR_SUMMARY_PARAMETER for nDim, QX_ERROR_SUMMARY_IN_USE, QX_ERROR_NO_SET,
+ * QX_ERROR_NO_FILTER, QX_ERROR_CUBE_SIZE above 10,000,000 cells. */
 QXE_API int RQXSummaryOpen(int handle, int table, int set, int nDim, _TRDimensionDef* dims,
                            int measure);
 
@@ -2072,12 +2072,14 @@ QXE_API int RQXCloseDetailInfo(int handle);
  * Summaries in one call
  */
 
-/** Groups the rows of a set of a real table by the values of some dimension filters, NULL being one
- * of them, and makes a table of the groups: a row for each, in the order of their values, the first
- * dimension first. set: below 0 for the current set. nDim: 0 to QX_MAX_DIM; without one all rows
- * are one group. dims: in, nDim filter ids. nMsr: 0 to QX_MAX_MSR. msrs: in, nMsr ids of measure
- * filters. flags: in, for each measure the QX_SUM_ bits of its columns. digits: in, for each
- * measure; has no effect on a real table. Arrays of no entries may be null.
+/** Groups the rows of a set by the values of some dimension filters, NULL being one of them, and
+ * makes a table of the groups: a row for each, in the order of their values, the first dimension
+ * first; of a join the first one of the master. set: below 0 for the current set. nDim: 0 to
+ * QX_MAX_DIM; without one all rows are one group. dims: in, nDim filter ids. nMsr: 0 to QX_MAX_MSR.
+ * msrs: in, nMsr ids of measure filters. flags: in, for each measure the QX_SUM_ bits of its
+ * columns. digits: in, for each measure the decimal places, 0 to 10, to which its values are
+ * rounded before they are added, exactly; below 0 for none. Has no effect on a real table, nor on
+ * decimals. Arrays of no entries may be null.
  *
  * The new table is named XTBL_ and the source's name. It has a column for each dimension, named
  * after it, and for a measure m, as far as its flags say: N<m>, the rows of the group, those
@@ -2094,9 +2096,15 @@ QXE_API int RQXCloseDetailInfo(int handle);
  * QX_ERROR_PARAMETER for flags that are 0 or not the measure's (above 7 for strings, above 31), and
  * QX_ERROR_SUMMARY_PARAMETER for digits above 10 of a measure that is neither string nor decimal.
  *
- * Result: the new table's id. Failures: also QX_ERROR_NOT_REAL, QX_ERROR_SUMMARY_PARAMETER for nDim
- * and nMsr, QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_FILTER_NAME and QX_ERROR_TABLE_NAME for
- * names that become too long, QX_ERROR_TABLE_COUNT with 10,000 tables. */
+ * A join is summed up as if its rows were those of a real table, but they are never made. Checks of
+ * flags and digits, value lists and minima are those of combinations beyond 30 bits; there is no
+ * further column N. QX_ERROR_JOIN_SUM_ROWS tells that keys with several rows on both sides make
+ * more than 2,000,000,000 pairs of combinations, QX_ERROR_JOIN_SUM_SIZE that there are more than
+ * 1,000,000,000 groups.
+ *
+ * Result: the new table's id. Failures: also QX_ERROR_SUMMARY_PARAMETER for nDim and nMsr,
+ * QX_ERROR_NO_SET, QX_ERROR_NO_FILTER, QX_ERROR_FILTER_NAME and QX_ERROR_TABLE_NAME for names that
+ * become too long, QX_ERROR_TABLE_COUNT with 10,000 tables. */
 QXE_API int RQXNonCubeSum(int table, int set, int nDim, int* dims, int nMsr, int* msrs, int* flags,
                           int* digits);
 

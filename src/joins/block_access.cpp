@@ -54,12 +54,10 @@ const JoinSet* TJoinBlockAccess::join_set() const {
 void TJoinBlockAccess::measure_blocks() {
   if (join_ == nullptr) return;
   const JoinSet& set = *join_set();
-  const TSetArray& index = *set.index[set.direction];
-  const int* const starts = index.PIntAr();
+  const DrivingStarts starts = set.driving_starts();
   int largest = 0;
-  for (int i = 0; i < index.FArraySize; ++i) {
-    const int end = i + 1 < index.FArraySize ? starts[i + 1] : set.row_count;
-    largest = std::max(largest, end - starts[i]);
+  for (int i = 0; i < starts.count; ++i) {
+    largest = std::max(largest, starts.end_of(i) - starts.begin_of(i));
   }
   if (largest > kMostDriven) {
     throw CQXException(
@@ -103,9 +101,9 @@ int TJoinBlockAccess::block_count() const {
 JoinBlock TJoinBlockAccess::join_block(const JoinSet& set) const {
   const int i = next_ - 1;
   const TSetArray& driving = *set.rows[set.direction];
-  const int* const starts = std::as_const(*set.index[set.direction]).PIntAr();
-  const int first = starts[i];
-  const int end = next_ < driving.FArraySize ? starts[next_] : set.row_count;
+  const DrivingStarts starts = set.driving_starts();
+  const int first = starts.begin_of(i);
+  const int end = starts.end_of(i);
   const int row = driving.PIntAr()[i];
   const int key = join_->key().side(set.direction)(row);
   const int run = std::as_const(*set.index[set.driven()]).PIntAr()[key];

@@ -1,24 +1,16 @@
-// No step compares values or looks at a pair: rows are counted by value number, the counts of the
-// two sides are brought together key by key, and the driven rows are sorted by counting.
 #include "joins/join_build.h"
 
 #include <limits>
 #include <numeric>
+#include <span>
 
+#include "joins/join_match.h"
+#include "parallel/mpp_memory.h"
 #include "search/compiler_steps.h"
 #include "search/scan.h"
 #include "search/sort.h"
-#include "tables/row_list.h"
 
 namespace qxe {
-
-int mpp_flag_set(void* block) {
-  return run_pool_step(block);
-}
-
-int mpp_countup_step1(void* block) {
-  return run_pool_step(block);
-}
 
 int mpp_join_cutunuse(void* block) {
   return run_pool_step(block);
@@ -35,265 +27,78 @@ std::unique_ptr<TSetArray> SideRows::take() {
 
 namespace {
 
-using Flag = unsigned char;
-
 void take_attributes(const TSetArray& source, TSetArray& set) {
   memcpy(set.FUserArea, source.FUserArea, sizeof set.FUserArea);
   set.SetSetName(source.GetSetName());
 }
 
-// Rows by value
-
-void note_value(int& counter) {
-  ++counter;
-}
-void note_value(Flag& flag) {
-  flag = 1;
-}
-int together(int a, int b) {
-  return a + b;
-}
-Flag together(Flag a, Flag b) {
-  return a | b;
+void copy_rows(const TSetArray& rows, int* out) {
+  if (rows.FArraySize == 0) return;
+  MppMemCpy(out, rows.PIntAr(), sizeof(int) * static_cast<size_t>(rows.FArraySize));
 }
 
-template <class Counter>
-void note_rows(const RowList& rows, const int* pv, Slice slice, Counter* counters) {
-  if (rows.rows == nullptr) {
-    for (long i = slice.begin; i < slice.end; ++i) note_value(counters[pv[i + 1]]);
-  } else {
-    for (long i = slice.begin; i < slice.end; ++i) note_value(counters[pv[rows.rows[i]]]);
-  }
-}
-
-/// Each worker notes its rows in counters of its own, which are then added up.
-template <class Counter>
-Block<Counter> note_values(const RowList& rows, const KeyNumbers& key) {
-  constexpr TaskId kTask = std::is_same_v<Counter, Flag> ? QX_MPP_FLAG_SET : QX_MPP_COUNTUP_STEP1;
-  const long values = key.values;
-  // Counters should be fewer than rows.
-  const int workers = std::min(compile_workers(rows.count, true),
-                               static_cast<int>(std::max(rows.count / values, 1L)));
-  Block<Counter> counters = make_block<Counter>(workers * values);
-  run_step(kTask, workers, [&](int worker) {
-    Counter* const own = counters.get() + worker * values;
-    std::fill_n(own, values, Counter{0});
-    note_rows(rows, key.pv, even_slice(rows.count, workers, worker), own);
-  });
-  for (int worker = 1; worker < workers; ++worker) {
-    const Counter* const other = counters.get() + worker * values;
-    for (long v = 0; v < values; ++v) counters[v] = together(counters[v], other[v]);
-  }
-  return counters;
-}
-
-/// Whether the value numbers of the rows ascend.
-bool ascends(const RowList& rows, const int* pv) {
-  constexpr int kStep = 4096;
-  const int workers = compile_workers(rows.count, true);
-  std::vector<char> good(static_cast<size_t>(workers), 1);
-  run_step(QX_MPP_FLAG_SET, workers, [&](int worker) {
-    const Slice slice = even_slice(rows.count, workers, worker);
-    const int end = static_cast<int>(slice.end);
-    int i = std::max(static_cast<int>(slice.begin), 1);
-    int last = slice.size() > 0 ? pv[rows[i - 1]] : 0;
-    bool ascending = true;
-    while (i < end && ascending) {
-      for (const int stop = std::min(end - i, kStep) + i; i < stop; ++i) {
-        const int value = pv[rows[i]];
-        ascending &= value >= last;
-        last = value;
-      }
-    }
-    good[static_cast<size_t>(worker)] = ascending;
-  });
-  return std::find(good.begin(), good.end(), 0) == good.end();
-}
-
-/// The driven rows by value.
-struct DrivenValues {
-  Block<int> counts;  // by value number
-  bool in_order;      // the rows stand by value already
-};
-
-/// Rows in the order of their values, so that workers whose shares begin where a value does count
-/// into places of their own.
-Block<int> count_runs(const RowList& rows, const KeyNumbers& key) {
-  Block<int> counts = make_block<int>(key.values);
-  const int workers = compile_workers(rows.count, true);
-  const auto begin_of = [&](int worker) {
-    int i = static_cast<int>(even_slice(rows.count, workers, worker).begin);
-    while (i > 0 && i < rows.count && key.pv[rows[i]] == key.pv[rows[i - 1]]) ++i;
-    return i;
-  };
-  const auto first_value = [&](int worker, int begin) {
-    if (worker == 0) return 0;
-    return begin < rows.count ? key.pv[rows[begin]] : key.values;
-  };
-  run_step(QX_MPP_COUNTUP_STEP1, workers, [&](int worker) {
-    const bool last = worker == workers - 1;
-    const int begin = begin_of(worker);
-    const int end = last ? rows.count : begin_of(worker + 1);
-    const int from = first_value(worker, begin);
-    const int to = last ? key.values : first_value(worker + 1, end);
-    std::fill(counts.get() + from, counts.get() + to, 0);
-    note_rows(rows, key.pv, {begin, end}, counts.get());
-  });
-  return counts;
-}
-
-DrivenValues driven_values(const SideRows& driven, const KeyNumbers& key) {
-  const RowList rows(*driven.rows);
-  const bool in_order = ascends(rows, key.pv);
-  return {in_order ? count_runs(rows, key) : note_values<int>(rows, key), in_order};
-}
-
-// Keys of both sides
-
-/// What the values of one side are worth on the other.
-struct KeyMatch {
-  Block<Flag> driving_hits;           // by driving value number: driven rows have its key
-  Block<Flag> driven_hits;            // by driven value number: driving rows have its key
-  bool driving_lost = false;          // a driving row finds no partner
-  bool driven_lost = false;           // nor does a driven one
-  Block<int> partners;                // by driving value number: driven rows with its key
-  std::unique_ptr<TSetArray> starts;  // by key number: where its driven rows begin; and their end
-  int most = 0;                       // partners of one row
-};
-
-/// The value numbers of one side on a walk through the key numbers. Which keys a side has is not
-/// foreseeable, so that the walk has no jumps: where it has none, `at` is a place that no value
-/// has.
-struct KeyCursor {
-  KeyCursor(const KeyNumbers& key, int first_key, int no_value)
-      : map(key.map), end(key.values), spare(no_value), value(first_key) {
-    if (map != nullptr) value = static_cast<int>(std::lower_bound(map, map + end, first_key) - map);
-  }
-
-  /// Goes on to the next key; whether the side has a value with it.
-  int step(int number) {
-    const int here = map == nullptr || (value < end && map[value] == number);
-    at = spare ^ ((spare ^ value) & -here);
-    value += here;
-    return here;
-  }
-
-  const int* map;
-  int end;
-  int spare;
-  int value;
-  int at = 0;
-};
-
-/// Rows of both sides by value number, and the key numbers of the values.
-template <class Counter>
-struct SideValues {
-  const Counter* driving;
-  const KeyNumbers& driving_key;
-  const int* driven;
-  const KeyNumbers& driven_key;
-};
-
-/// Part of a match: the keys of a slice.
-struct MatchPart {
-  int pairs = 0;  // driven rows with partners
-  int most = 0;
-  bool driving_lost = false;
-  bool driven_lost = false;
-};
-
-/// The arrays of `match` have a spare place for each worker behind those of the values.
-template <class Counter>
-MatchPart match_slice(const SideValues<Counter>& sides, Slice keys, int worker,
-                      const KeyMatch& match, int* starts) {
-  const Counter* const driving_rows = sides.driving;
-  const int* const driven_rows = sides.driven;
-  Flag* const driving_hits = match.driving_hits.get();
-  Flag* const driven_hits = match.driven_hits.get();
-  int* const partners = match.partners.get();
-  const int first = static_cast<int>(keys.begin);
-  KeyCursor driving(sides.driving_key, first, sides.driving_key.values + worker);
-  KeyCursor driven(sides.driven_key, first, sides.driven_key.values + worker);
-  int pairs = 0;
-  int most = 0;
-  int driving_lost = 0;
-  int driven_lost = 0;
-  for (int number = first; number < keys.end; ++number) {
-    const int in_driving = driving.step(number);
-    const int in_driven = driven.step(number);
-    const int drives = in_driving & static_cast<int>(driving_rows[driving.at & -in_driving] != 0);
-    const int count = driven_rows[driven.at & -in_driven] & -in_driven;
-    const int driven_any = count != 0;
-    driving_hits[driving.at] = static_cast<Flag>(driven_any);
-    driven_hits[driven.at] = static_cast<Flag>(drives);
-    partners[driving.at] = count;
-    driving_lost |= drives & (driven_any ^ 1);
-    driven_lost |= driven_any & (drives ^ 1);
-    starts[number] = pairs;
-    pairs += count & -drives;
-    most = std::max(most, count & -drives);
-  }
-  return {pairs, most, driving_lost != 0, driven_lost != 0};
-}
-
-template <class Counter>
-KeyMatch match_keys(const SideValues<Counter>& sides, int size) {
-  const int workers = compile_workers(size, true);
-  KeyMatch match;
-  match.driving_hits = make_block<Flag>(sides.driving_key.values + workers);
-  match.driven_hits = make_block<Flag>(sides.driven_key.values + workers);
-  match.partners = make_block<int>(sides.driving_key.values + workers);
-  match.starts = std::make_unique<TSetArray>(size + 1, false);
-  int* const starts = match.starts->PIntAr();
-  std::vector<MatchPart> parts(static_cast<size_t>(workers));
+/// `body(v)` for all value numbers, in no order.
+template <class Body>
+void for_each_value(int values, const Body& body) {
+  const int workers = compile_workers(values, true);
   run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
-    const Slice keys = even_slice(size, workers, worker);
-    parts[static_cast<size_t>(worker)] = match_slice(sides, keys, worker, match, starts);
+    const Slice slice = even_slice(values, workers, worker);
+    for (int v = static_cast<int>(slice.begin); v < slice.end; ++v) body(v);
   });
-  int total = 0;
-  for (MatchPart& part : parts) {
-    part.pairs = std::exchange(total, total + part.pairs);
-    match.most = std::max(match.most, part.most);
-    match.driving_lost |= part.driving_lost;
-    match.driven_lost |= part.driven_lost;
-  }
-  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
-    const int before = parts[static_cast<size_t>(worker)].pairs;
-    const Slice keys = even_slice(size, workers, worker);
-    if (before == 0) return;
-    for (long k = keys.begin; k < keys.end; ++k) starts[k] += before;
-  });
-  starts[size] = total;
-  return match;
 }
 
 // Rows with and without partner
 
-/// The rows whose value is marked with `wanted`.
+/// The rows whose value is marked, or those whose value is not.
 std::unique_ptr<TSetArray> rows_with(const TSetArray& rows, const KeyNumbers& key,
-                                     const Block<Flag>& flags, Flag wanted) {
-  Block<Flag> inverted;
-  if (wanted == 0) {
-    inverted = make_block<Flag>(key.values);
-    for (int v = 0; v < key.values; ++v) inverted[v] = flags[v] ^ 1;
-  }
-  const Flag* const hits = wanted == 0 ? inverted.get() : flags.get();
-  auto found = MoveRecsForScan(rows, key.pv, TableTest{hits, key.values});
+                                     const Block<Flag>& flags, bool wanted) {
+  auto found = MoveRecsForScan(rows, key.pv, TableTest{flags.get(), key.values, wanted});
   found->SetSetName(rows.GetSetName());
   return found;
+}
+
+/// Writes the rows from `row` to before `end` that are not among the ascending `gaps`.
+void write_runs(int row, int end, std::span<const int> gaps, int* out) {
+  auto gap = std::lower_bound(gaps.begin(), gaps.end(), row);
+  out -= gap - gaps.begin();
+  for (; row < end; ++row) {
+    const int stop = gap < gaps.end() ? std::min(*gap++, end) : end;
+    std::iota(out, out + (stop - row), row);
+    out += stop - row;
+    row = stop;
+  }
+}
+
+/// A set of all rows without a few of them: the runs between them, of which nothing need be read.
+std::unique_ptr<TSetArray> rows_between(const TSetArray& all, const TSetArray& lost) {
+  auto kept = std::make_unique<TSetArray>(all.FArraySize - lost.FArraySize, false);
+  take_attributes(all, *kept);
+  int* const out = kept->PIntAr();
+  const std::span<const int> gaps(lost.PIntAr(), static_cast<size_t>(lost.FArraySize));
+  const int workers = compile_workers(all.FArraySize, true);
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const Slice slice = even_slice(all.FArraySize, workers, worker);
+    const int begin = static_cast<int>(slice.begin);
+    write_runs(begin + 1, static_cast<int>(slice.end) + 1, gaps, out + begin);
+  });
+  return kept;
 }
 
 /// The rows of a side that find no partner, if there are such; they stay in it.
 std::unique_ptr<TSetArray> ExtractUnUsedJoinRec(const SideRows& side, const KeyNumbers& key,
                                                 const Block<Flag>& hits, bool lost) {
-  return lost ? rows_with(*side.rows, key, hits, 0) : std::make_unique<TSetArray>(0, false);
+  return lost ? rows_with(*side.rows, key, hits, false) : std::make_unique<TSetArray>(0, false);
 }
 
-/// The same, but they leave the side.
+/// Leaves the rows of a side that find a partner. Returns the others, where they are asked for.
 std::unique_ptr<TSetArray> CutUnUsedJoinRec(SideRows& side, const KeyNumbers& key,
-                                            const Block<Flag>& hits, bool lost) {
-  auto unmatched = ExtractUnUsedJoinRec(side, key, hits, lost);
-  if (lost) side = SideRows(rows_with(*side.rows, key, hits, 1));
+                                            const Block<Flag>& hits, bool lost, bool asked) {
+  constexpr int kFew = 16;  // of so many rows one
+  auto unmatched = ExtractUnUsedJoinRec(side, key, hits, lost && asked);
+  if (!lost) return unmatched;
+  const TSetArray& rows = *side.rows;
+  const bool few = asked && unmatched->FArraySize < rows.FArraySize / kFew && rows.is_counted_up();
+  side = SideRows(few ? rows_between(rows, *unmatched) : rows_with(rows, key, hits, true));
   return unmatched;
 }
 
@@ -309,8 +114,8 @@ std::unique_ptr<TSetArray> sorted_by_key(SideRows& side, const KeyNumbers& key, 
 // The driving side
 
 /// Join row numbers of driving rows.
-struct DrivingStarts {
-  std::unique_ptr<TSetArray> index;
+struct DrivingIndex {
+  std::unique_ptr<TSetArray> index;  // null: 0, 1, 2, ...
   int row_count;
 };
 
@@ -345,24 +150,45 @@ long MppSetupMainN(const RowList& rows, const int* pv, const int* partners, long
   return total;
 }
 
-/// Each driving row has one partner, so that it begins at its own position.
-std::unique_ptr<TSetArray> positions(int count) {
-  auto result = std::make_unique<TSetArray>(count, false);
-  int* const out = result->PIntAr();
-  const int workers = compile_workers(count, true);
-  run_step(QX_MPP_JOIN_SETUP_AGGR, workers, [&](int worker) {
-    const Slice slice = even_slice(count, workers, worker);
-    std::iota(out + slice.begin, out + slice.end, static_cast<int>(slice.begin));
-  });
-  return result;
-}
-
-DrivingStarts inner_starts(const TSetArray& driving, const KeyNumbers& key, const KeyMatch& match) {
-  if (match.most <= 1) return {positions(driving.FArraySize), driving.FArraySize};
+DrivingIndex inner_index(const TSetArray& driving, const KeyNumbers& key, const KeyMatch& match) {
+  if (match.most <= 1) return {nullptr, driving.FArraySize};
   auto index = std::make_unique<TSetArray>(driving.FArraySize, false);
   const long rows =
       MppSetupMainN(RowList(driving), key.pv, match.partners.get(), 0, index->PIntAr());
   return {std::move(index), checked_row_count(rows)};
+}
+
+}  // namespace
+
+namespace {
+
+/// Whether a driven row has the key that stands for NULL.
+bool has_null_key(const DrivenValues& values, const KeyNumbers& key) {
+  return key.values > 0 && key.of_value(0) == 0 && values.counts[0] > 0;
+}
+
+/// Which values rows have that were joined before.
+Block<Flag> flags_of_runs(const KeyNumbers& key, const TSetArray& key_runs) {
+  Block<Flag> flags = make_block<Flag>(key.values);
+  const int* const runs = key_runs.PIntAr();
+  for_each_value(key.values, [&](int v) {
+    const int number = key.of_value(v);
+    flags[v] = runs[number] < runs[number + 1];
+  });
+  return flags;
+}
+
+/// Which values the driving rows have. All rows together are known to have each value of the list,
+/// only NULL may be there without a row: then its flag does no harm as long as no driven row asks.
+Block<Flag> driving_flags(const SideRows& driving, const KeyNumbers& key,
+                          const DrivenValues& values, const KeyNumbers& driven_key) {
+  const RowList rows(*driving.rows);
+  if (driving.runs != nullptr && rows.count > key.values) return flags_of_runs(key, *driving.runs);
+  const bool all_values = key.condensed && rows.rows == nullptr && rows.count == key.rows;
+  if (!all_values || has_null_key(values, driven_key)) return note_values<Flag>(rows, key);
+  Block<Flag> flags = make_block<Flag>(key.values);
+  std::fill_n(flags.get(), key.values, Flag{1});
+  return flags;
 }
 
 }  // namespace
@@ -376,16 +202,17 @@ JoinSet MakeInnerJoin(JoinSource source, const JoinKey& key) {
   const KeyNumbers& driven_key = key.side(slave);
   SideRows& driving = source.sides[master];
   SideRows& driven = source.sides[slave];
-  const Block<Flag> driving_values = note_values<Flag>(RowList(*driving.rows), driving_key);
-  const DrivenValues values = driven_values(driven, driven_key);
+  const DrivenValues values = driven_values(RowList(*driven.rows), driven_key);
+  const Block<Flag> driving_values = driving_flags(driving, driving_key, values, driven_key);
   KeyMatch match = match_keys<Flag>(
       {driving_values.get(), driving_key, values.counts.get(), driven_key}, key.size());
   set.unmatched[master] =
-      CutUnUsedJoinRec(driving, driving_key, match.driving_hits, match.driving_lost);
-  set.unmatched[slave] = CutUnUsedJoinRec(driven, driven_key, match.driven_hits, match.driven_lost);
-  DrivingStarts starts = inner_starts(*driving.rows, driving_key, match);
-  set.row_count = starts.row_count;
-  set.index[master] = std::move(starts.index);
+      CutUnUsedJoinRec(driving, driving_key, match.driving_hits, match.driving_lost, source.first);
+  set.unmatched[slave] =
+      CutUnUsedJoinRec(driven, driven_key, match.driven_hits, match.driven_lost, source.first);
+  DrivingIndex index = inner_index(*driving.rows, driving_key, match);
+  set.row_count = index.row_count;
+  set.index[master] = std::move(index.index);
   set.index[slave] = std::move(match.starts);
   set.rows[slave] = sorted_by_key(driven, driven_key, values.in_order);
   set.rows[master] = driving.take();
@@ -408,6 +235,9 @@ struct OuterSide {
     counts[0] = 0;
   }
 
+  /// Rows with a value, if they have partners.
+  int pairs_of(int value) const { return hits[value] != 0 ? counts[value] : 0; }
+
   SideRows& rows;
   const KeyNumbers& key;
   Block<int> counts;  // by value number
@@ -418,13 +248,13 @@ struct OuterSide {
 /// that has no partner. The first are those of the driven rows without partner.
 Block<int> outer_slots(const OuterSide& driving, const OuterSide& driven, int misses, int size) {
   Block<int> slots = make_cleared_block<int>(size);
-  for (int v = 0; v < driving.key.values; ++v) {
+  for_each_value(driving.key.values, [&](int v) {
     if (driving.hits[v] == 0) slots[driving.key.of_value(v)] = driving.counts[v];
-  }
-  for (int v = 0; v < driven.key.values; ++v) {
-    const bool pairs = driven.hits[v] != 0 && driven.counts[v] > 0;
-    if (pairs) slots[driven.key.of_value(v)] = driven.counts[v];
-  }
+  });
+  for_each_value(driven.key.values, [&](int v) {
+    const int pairs = driven.pairs_of(v);
+    if (pairs > 0) slots[driven.key.of_value(v)] = pairs;
+  });
   slots[0] = misses;
   return slots;
 }
@@ -432,9 +262,9 @@ Block<int> outer_slots(const OuterSide& driving, const OuterSide& driven, int mi
 /// Row 0 for the misses, then the driving rows; and where each begins.
 void set_outer_driving(const OuterSide& driving, const Block<int>& slots, JoinSet& set) {
   Block<int> partners = make_block<int>(driving.key.values);
-  for (int v = 0; v < driving.key.values; ++v) {
+  for_each_value(driving.key.values, [&](int v) {
     partners[v] = driving.hits[v] != 0 ? slots[driving.key.of_value(v)] : 1;
-  }
+  });
   const TSetArray& source = *driving.rows.rows;
   const int placeholder = slots[0] > 0 ? 1 : 0;
   const int count = source.FArraySize;
@@ -442,29 +272,49 @@ void set_outer_driving(const OuterSide& driving, const Block<int>& slots, JoinSe
   auto index = std::make_unique<TSetArray>(count + placeholder, false);
   if (placeholder != 0) rows->PIntAr()[0] = index->PIntAr()[0] = 0;
   take_attributes(source, *rows);
-  std::copy_n(source.PIntAr(), count, rows->PIntAr() + placeholder);
+  copy_rows(source, rows->PIntAr() + placeholder);
   set.row_count = checked_row_count(MppSetupMainN(RowList(source), driving.key.pv, partners.get(),
                                                   slots[0], index->PIntAr() + placeholder));
   set.rows[set.direction] = std::move(rows);
   set.index[set.direction] = std::move(index);
 }
 
+/// Copies the rows of each value, which stand one behind the other in `sorted`, to the place where
+/// their key begins.
+void place_runs(const OuterSide& driven, const TSetArray& sorted, const int* starts, int* out) {
+  const int values = driven.key.values;
+  const int workers = compile_workers(sorted.FArraySize, true);
+  std::vector<long> next(static_cast<size_t>(workers));
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const Slice slice = even_slice(values, workers, worker);
+    long rows = 0;
+    for (long v = slice.begin; v < slice.end; ++v) rows += driven.pairs_of(static_cast<int>(v));
+    next[static_cast<size_t>(worker)] = rows;
+  });
+  std::exclusive_scan(next.begin(), next.end(), next.begin(), 0L);
+  run_step(QX_MPP_JOIN_CUTUNUSE, workers, [&](int worker) {
+    const Slice slice = even_slice(values, workers, worker);
+    const int* from = sorted.PIntAr() + next[static_cast<size_t>(worker)];
+    for (int v = static_cast<int>(slice.begin); v < slice.end; ++v) {
+      const int rows = driven.pairs_of(v);
+      if (rows == 0) continue;
+      std::copy_n(from, rows, out + starts[driven.key.of_value(v)]);
+      from += rows;
+    }
+  });
+}
+
 /// Misses first, then key by key the partners, or row 0 in the places of driving rows without one.
 std::unique_ptr<TSetArray> outer_driven_rows(OuterSide& driven, const TSetArray& misses,
                                              const int* starts, int size) {
-  auto result = std::make_unique<TSetArray>(size, true);
+  auto result = std::make_unique<TSetArray>(size, false);
   take_attributes(*driven.rows.rows, *result);
   int* const out = result->PIntAr();
-  std::copy_n(misses.PIntAr(), misses.FArraySize, out);
-  driven.rows = SideRows(rows_with(*driven.rows.rows, driven.key, driven.hits, 1));
+  MppMemSet(out, 0, sizeof(int) * static_cast<size_t>(size));
+  copy_rows(misses, out);
+  driven.rows = SideRows(rows_with(*driven.rows.rows, driven.key, driven.hits, true));
   const bool in_order = ascends(RowList(*driven.rows.rows), driven.key.pv);
-  const auto hits = sorted_by_key(driven.rows, driven.key, in_order);
-  const int* next = std::as_const(*hits).PIntAr();
-  for (int v = 0; v < driven.key.values; ++v) {
-    if (driven.counts[v] == 0 || driven.hits[v] == 0) continue;
-    std::copy_n(next, driven.counts[v], out + starts[driven.key.of_value(v)]);
-    next += driven.counts[v];
-  }
+  place_runs(driven, *sorted_by_key(driven.rows, driven.key, in_order), starts, out);
   return result;
 }
 
@@ -481,14 +331,14 @@ JoinSet MakeOuterJoin(JoinSource source, const JoinKey& key) {
       {driving.counts.get(), driving.key, driven.counts.get(), driven.key}, key.size());
   driving.hits = std::move(match.driving_hits);
   driven.hits = std::move(match.driven_hits);
-  set.unmatched[master] =
-      ExtractUnUsedJoinRec(driving.rows, driving.key, driving.hits, match.driving_lost);
+  set.unmatched[master] = ExtractUnUsedJoinRec(driving.rows, driving.key, driving.hits,
+                                               match.driving_lost && source.first);
   set.unmatched[slave] =
-      ExtractUnUsedJoinRec(driven.rows, driven.key, driven.hits, match.driven_lost);
+      ExtractUnUsedJoinRec(driven.rows, driven.key, driven.hits, match.driven_lost && source.first);
   driving.drop_null_keys();
   driven.drop_null_keys();
 
-  const auto misses = rows_with(*driven.rows.rows, driven.key, driven.hits, 0);
+  const auto misses = rows_with(*driven.rows.rows, driven.key, driven.hits, false);
   const Block<int> slots = outer_slots(driving, driven, misses->FArraySize, key.size());
   set_outer_driving(driving, slots, set);
   int* const starts = match.starts->PIntAr();

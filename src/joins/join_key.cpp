@@ -1,5 +1,7 @@
 #include "joins/join_key.h"
 
+#include <algorithm>
+#include <limits>
 #include <numeric>
 
 #include "joins/combination_numbers.h"
@@ -31,11 +33,25 @@ std::unique_ptr<TIntArray> copied_rows(const TFilter& column) {
   return rows;
 }
 
+/// Values that have become NULL, as they do not fit the scale, get a number above all others: they
+/// pair with nothing, and not with NULL either.
+void set_apart_lost_values(ConvertedList& converted, int old_values) {
+  int* const numbers = converted.numbers.get();
+  if (std::find(numbers + 1, numbers + old_values, 0) == numbers + old_values) return;
+  const Numeric above_all = {std::numeric_limits<unsigned long>::max(),
+                             std::numeric_limits<long>::max()};  // more digits than a decimal has
+  std::replace(numbers + 1, numbers + old_values, 0, converted.list->FArraySize);
+  converted.list->AppendData(&above_all);
+  converted.same_numbers = false;
+}
+
 /// The value list of a slave's column at its master's scale, where that is another one.
 ConvertedList rescaled(const TFilter& master, const TFilter& slave) {
   const NumericInfo* const wanted = decimal_info(*master.VL);
   if (wanted == nullptr || wanted->scale == decimal_info(*slave.VL)->scale) return {};
-  return convert_list(*slave.VL, QX_DT_DECIMAL, *wanted, true);
+  ConvertedList converted = convert_list(*slave.VL, QX_DT_DECIMAL, *wanted, true);
+  set_apart_lost_values(converted, slave.VL->FArraySize);
+  return converted;
 }
 
 }  // namespace
@@ -54,8 +70,9 @@ void JoinKey::number_values(const TFilter& master, const TFilter& slave) {
   sources_[0] = &master;
   sources_[1] = &slave;
   for (int side = 0; side < kSides; ++side) {
-    numbers_[side] = {std::as_const(*sources_[side]->PVL).PIntAr(), maps_[side].get(),
-                      sources_[side]->VL->FArraySize};
+    const TFilter& source = *sources_[side];
+    numbers_[side] = {std::as_const(*source.PVL).PIntAr(), maps_[side].get(), source.VL->FArraySize,
+                      source.PVL->FArraySize - 1, source.condensed()};
   }
 }
 
@@ -114,7 +131,8 @@ void JoinKey::adopt(std::unique_ptr<TIntArray> (&pv)[kSides], std::unique_ptr<TB
   filters[0]->adopt({std::move(pv[0]), std::move(values)});
   for (int side = 0; side < kSides; ++side) {
     filters_[side] = std::move(filters[side]);
-    numbers_[side] = {std::as_const(*filters_[side]->PVL).PIntAr(), nullptr, size_};
+    const TIntArray& own = *filters_[side]->PVL;
+    numbers_[side] = {own.PIntAr(), nullptr, size_, own.FArraySize - 1, false};
     maps_[side].reset();
     sources_[side] = nullptr;
   }

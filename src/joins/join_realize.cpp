@@ -58,15 +58,37 @@ std::vector<RealizedColumn> realized_columns(TJoinTable& join, const RealizedCol
 }
 
 /// The rows of one side behind all pairs.
-Block<int> flattened(const JoinRows& pairs, int side) {
-  Block<int> rows = make_block<int>(pairs.count());
-  const int workers = compile_workers(pairs.count(), true);
+struct FlatRows {
+  const int* rows = nullptr;
+  Block<int> own;  // unless they are a set's
+};
+
+/// `fill(first, count, out)` writes the rows of some pairs.
+template <class Fill>
+FlatRows filled(int count, Fill&& fill) {
+  Block<int> rows = make_block<int>(count);
+  const int workers = compile_workers(count, true);
   run_step(QX_MPP_REALIZE_JOINTABLE, workers, [&](int worker) {
-    const Slice slice = even_slice(pairs.count(), workers, worker);
+    const Slice slice = even_slice(count, workers, worker);
     const auto first = static_cast<int>(slice.begin);
-    pairs.rows_of(side, first, static_cast<int>(slice.size()), rows.get() + first);
+    fill(first, static_cast<int>(slice.size()), rows.get() + first);
   });
-  return rows;
+  const int* const all = rows.get();
+  return {all, std::move(rows)};
+}
+
+FlatRows flattened(const JoinRows& pairs, int side) {
+  const int* const single = pairs.single_rows();
+  const KeyNumbers& key = pairs.driving_key();
+  if (single != nullptr && side == pairs.direction()) return {single, nullptr};
+  if (single != nullptr && key.values < pairs.count()) {
+    const Block<int> partners = pairs.partners_of_values();
+    return filled(pairs.count(), [&](int first, int count, int* out) {
+      for (int i = 0; i < count; ++i) out[i] = partners[key.pv[single[first + i]]];
+    });
+  }
+  return filled(pairs.count(),
+                [&](int first, int count, int* out) { pairs.rows_of(side, first, count, out); });
 }
 
 /// The whole value list, so that the value numbers stay what they are.
@@ -91,16 +113,16 @@ int TRealTable::ConvertJoinToReal(TJoinTable& join, int set, const RealizedColum
   for (int side = 0; side < kSides; ++side) join.parent(side).settle_values();
   add_root_set(count);
 
-  Block<int> rows[kSides];
+  FlatRows rows[kSides];
   std::vector<long> costs;
   for (const RealizedColumn& column : plan) {
-    if (rows[column.side] == nullptr) rows[column.side] = flattened(pairs, column.side);
+    if (rows[column.side].rows == nullptr) rows[column.side] = flattened(pairs, column.side);
     costs.push_back(column_cost(count, column.source));
     add_blank_filter(column.name);
   }
   claim_columns(QX_MPP_REALIZE_JOINTABLE, costs, [&](int index) {
     const RealizedColumn& column = plan[static_cast<size_t>(index)];
-    const int* const own = rows[column.side].get();
+    const int* const own = rows[column.side].rows;
     filter_at(index)->adopt(column.source != nullptr
                                 ? realized(*column.source, own, count)
                                 : compile_column(QX_DT_INTEGER, count, count, own, false));

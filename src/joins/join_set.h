@@ -25,6 +25,7 @@
 
 #include <memory>
 
+#include "parallel/sliced_task.h"
 #include "storage/setarray.h"
 
 namespace qxe {
@@ -34,6 +35,8 @@ struct KeyNumbers {
   const int* pv = nullptr;   // value number by row; row 0 has 0
   const int* map = nullptr;  // key number by value number, ascending; null: they are the same
   int values = 0;            // value numbers are below this
+  int rows = 0;              // rows from 1 to this
+  bool condensed = false;    // each value but NULL is known to belong to one of these rows
 
   int of_value(int value) const { return map == nullptr ? value : map[value]; }
   int operator()(int row) const { return of_value(pv[row]); }
@@ -44,14 +47,30 @@ constexpr int kSides = 2;
 /// The other one. Throws QX_ERROR_JOIN_SIDE for what is no side.
 int OppositeSide(int side);
 
+/// Where driving rows begin among the join rows.
+struct DrivingStarts {
+  const int* starts;  // null: at 0, 1, 2, ..., as each driving row has one partner
+  int count;
+  int join_rows;
+
+  int begin_of(int i) const { return starts == nullptr ? i : starts[i]; }
+  int end_of(int i) const { return i + 1 < count ? begin_of(i + 1) : join_rows; }
+  /// The driving row to which a join row belongs.
+  int row_at(int join_row) const;
+};
+
 struct JoinSet {
   int row_count = 0;                             // join rows
   int direction = 0;                             // the side that drives
   std::unique_ptr<TSetArray> rows[kSides];       // by side, driving or driven
-  std::unique_ptr<TSetArray> index[kSides];      // likewise
+  std::unique_ptr<TSetArray> index[kSides];      // likewise; that of the driving side can be null
   std::unique_ptr<TSetArray> unmatched[kSides];  // rows that found no partner
 
   int driven() const { return OppositeSide(direction); }
+  DrivingStarts driving_starts() const;
+  /// The driving side's index for those who need it as an array: where it is 0, 1, 2, ... it is
+  /// made now.
+  TSetArray& driving_index();
   long GetMemSize() const;
 };
 
@@ -65,7 +84,27 @@ class JoinRows {
   /// `key` is that of the driving side.
   JoinRows(const JoinSet& set, const KeyNumbers& key);
 
-  int count() const { return count_; }
+  int count() const { return starts_.join_rows; }
+  int direction() const { return direction_; }
+
+  // The two sides of the set
+  int driving_count() const { return starts_.count; }
+  const int* driving() const { return driving_; }
+  const int* driven() const { return driven_; }
+  const KeyNumbers& driving_key() const { return key_; }
+  /// The places in driven() of the partners that each driving row with a key number has.
+  Slice partners(int key) const {
+    const int begin = run_starts_[key];
+    const int end = run_starts_[key + 1];
+    // Row 0 has a place for each driving row that lacks a partner.
+    return {begin, begin < end && driven_[begin] == 0 ? begin + 1 : end};
+  }
+  /// Where each driving row is known to have one partner: the driving rows, which then are those of
+  /// the join rows; else null.
+  const int* single_rows() const { return starts_.starts == nullptr ? driving_ : nullptr; }
+  /// First partner by value number of the driving side, 0 where there is none.
+  Block<int> partners_of_values() const;
+
   /// Both rows of a join row that exists.
   void DesolveJoinRecNo(int join_row, int* master_row, int* slave_row) const;
   /// The row of one side.
@@ -74,15 +113,11 @@ class JoinRows {
   void rows_of(int side, int first, int count, int* out) const;
 
  private:
-  /// Join row at which the one behind driving row `i` begins.
-  int end_of(int i) const { return i + 1 < driving_count_ ? starts_[i + 1] : count_; }
   const int* partners_of(int i) const { return driven_ + run_starts_[key_(driving_[i])]; }
 
   int direction_;
-  int count_;
-  int driving_count_;
+  DrivingStarts starts_;
   const int* driving_;
-  const int* starts_;
   const int* driven_;
   const int* run_starts_;
   KeyNumbers key_;

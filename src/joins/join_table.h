@@ -122,7 +122,7 @@ class TJoinTable : public TBaseTable {
   /// The driven rows, or null after logging.
   TSetArray* GetSlaveSet(int id) const;
   /// Driving and driven index, or null twice after logging.
-  void GetProjectionSets(int id, TSetArray** master, TSetArray** slave) const;
+  void GetProjectionSets(int id, TSetArray** master, TSetArray** slave);
   /// The side that drives a set, or QX_ERROR_NO_SET_ID after logging.
   int GetJoinDir(int id) const;
   /// Joins rows of the two sides to a new set, the current one from then on; returns its id.

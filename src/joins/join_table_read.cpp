@@ -93,12 +93,10 @@ namespace {
 
 /// A driving row has as many join rows as lie between its beginning and the next one's.
 void JCountupNExist_driving(const JoinSet& set, const int* pv, int* counts) {
-  const TSetArray& driving = *set.rows[set.direction];
-  const int* const rows = driving.PIntAr();
-  const int* const starts = std::as_const(*set.index[set.direction]).PIntAr();
-  for (int i = 0; i < driving.FArraySize; ++i) {
-    const int end = i + 1 < driving.FArraySize ? starts[i + 1] : set.row_count;
-    counts[pv[rows[i]]] += end - starts[i];
+  const int* const rows = std::as_const(*set.rows[set.direction]).PIntAr();
+  const DrivingStarts starts = set.driving_starts();
+  for (int i = 0; i < starts.count; ++i) {
+    counts[pv[rows[i]]] += starts.end_of(i) - starts.begin_of(i);
   }
 }
 

@@ -118,8 +118,8 @@ int TJoinTable::sort_side(const char* layer, int side, int set, Sort&& sort) {
   auto sorted = set_like(*source->rows[source->direction]);  // whose name clients know
   sorted->SetArraySize(rows.rows->FArraySize);
   sort(*rows.rows, *sorted);
-  return RegNewSet(
-      source_of(side, side, SideRows(std::move(sorted)), side_rows(*source, OppositeSide(side))));
+  return RegNewSet(source_of(side, side, SideRows(std::move(sorted), rows.runs),
+                             side_rows(*source, OppositeSide(side))));
 }
 
 template <class Sort>

@@ -7,6 +7,7 @@ int TJoinTable::RegNewSet(JoinSource source) {
   if (set_count() >= kMaxSets) {
     throw CQXException(report("RegNewSet", QX_ERROR_SET_COUNT, "SetCount overflow"));
   }
+  source.first = sets_.empty();
   JoinSet set = MakeJoin(std::move(source));
   set_ids_.reserve(set_ids_.size() + 1);
   sets_.push_back(std::move(set));
@@ -17,7 +18,7 @@ int TJoinTable::RegNewSet(JoinSource source) {
 
 SideRows TJoinTable::side_rows(const JoinSet& set, int side) const {
   const TSetArray& rows = *set.rows[side];
-  if (!outer_) return SideRows(rows);
+  if (!outer_) return SideRows(rows, set.index[set.driven()].get());
   auto existing = rows.CopyWithout0();
   memcpy(existing->FUserArea, rows.FUserArea, sizeof existing->FUserArea);
   existing->SetSetName(rows.GetSetName());
@@ -48,10 +49,11 @@ TSetArray* TJoinTable::GetSlaveSet(int id) const {
   return nullptr;
 }
 
-void TJoinTable::GetProjectionSets(int id, TSetArray** master, TSetArray** slave) const {
-  const JoinSet* const set = find_set(id);
+void TJoinTable::GetProjectionSets(int id, TSetArray** master, TSetArray** slave) {
+  const int position = SetID2Pos(id);
+  JoinSet* const set = position < 0 ? nullptr : &sets_[static_cast<size_t>(position)];
   if (set == nullptr) report("GetProjectionSets", QX_ERROR_NO_SET, "No Such Set: %d ", id);
-  *master = set == nullptr ? nullptr : set->index[set->direction].get();
+  *master = set == nullptr ? nullptr : &set->driving_index();
   *slave = set == nullptr ? nullptr : set->index[set->driven()].get();
 }
 

@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <numeric>
 
 #include "search/compiler_steps.h"
 
@@ -61,6 +62,15 @@ void MppMemSet(void* to, int value, unsigned long bytes) {
   SlicedTask<FillParams> task(QX_MPP_MEMSET, static_cast<long>(bytes));
   task.run([&](Slice slice) {
     return FillParams{static_cast<char*>(to), value, slice.begin, slice.end};
+  });
+}
+
+void MppFillUp(int* to, int first, long count) {
+  const bool small = static_cast<unsigned long>(count) * sizeof(int) < kSerialBytes;
+  const int workers = small ? 1 : ENG->run_threads();
+  run_step(QX_MPP_MEMCPY, workers, [&](int worker) {
+    const Slice slice = even_slice(count, workers, worker);
+    std::iota(to + slice.begin, to + slice.end, first + static_cast<int>(slice.begin));
   });
 }
 

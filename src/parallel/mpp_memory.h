@@ -9,5 +9,7 @@ void MppMemcpy(void* to, const void* from, int unit, unsigned long count, int th
 void MppMemCpy(void* to, const void* from, unsigned long bytes);
 /// Fills bytes with all workers; small blocks on the calling thread.
 void MppMemSet(void* to, int value, unsigned long bytes);
+/// Writes first, first + 1, first + 2, ... with all workers; short runs on the calling thread.
+void MppFillUp(int* to, int first, long count);
 
 }  // namespace qxe

@@ -63,8 +63,8 @@
   unused(QX_MPP_FASTNONCUBESUM_CELLADDR_CALC, "Parallel FastNonCubeSum CellAddr Calc") \
   unused(QX_MPP_FASTNONCUBESUM_RENUMBER, "Parallel FastNonCubeSum CellAddr Calc") \
   unused(QX_MPP_FASTNONCUBESUM_MEASURE, "Parallel FastNonCubeSum Measure") \
-  unused(QX_MPP_JOIN_SUMMARY_MEASURE, "Parallel Summary Measure") \
-  unused(QX_MPP_JOIN_SUMMARY_ADD_DIMENSION_FILTER, "Parallel Summary Dimension addition") \
+  task(QX_MPP_JOIN_SUMMARY_MEASURE, "Parallel Summary Measure", mpp_join_summary_measure) \
+  task(QX_MPP_JOIN_SUMMARY_ADD_DIMENSION_FILTER, "Parallel Summary Dimension addition", mpp_join_summary_add_dimension_filter) \
   unused(QX_MPP_SINGLE_JOINKEY_SORT_TRANSFER, "Parallel Single JoinKey Sort Transfer") \
   unused(QX_MPP_MULTI_CELLADDR_SORT_COUNTUP, "Parallel Multi Sort CountUp") \
   unused(QX_MPP_MULTI_CELLSORT_SORT_TRANSFER, "Parallel Multi Sort Transfer") \

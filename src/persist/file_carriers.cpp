@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "frame/base/error_ring.h"
+#include "persist/bulk_write.h"
 #include "search/compiler_steps.h"
 
 namespace qxe {
@@ -23,20 +24,9 @@ constexpr long kPieceBytes = 0x40000;
   throw CQXException(QX_ERROR_FILE);
 }
 
-/// Calls `transfer(begin, count)`, which returns the bytes moved, until all of `bytes` are.
-template <class Transfer>
-void transfer_all(Slice bytes, const Transfer& transfer) {
-  while (bytes.begin < bytes.end) {
-    const long moved = transfer(bytes.begin, bytes.size());
-    if (moved < 0 && errno == EINTR) continue;
-    if (moved <= 0) fail();
-    bytes.begin += moved;
-  }
-}
-
 }  // namespace
 
-/// An array between memory and file: its elements, shared by the workers.
+/// An array between file and memory: its elements, shared by the workers.
 class BulkTransfer {
  public:
   BulkTransfer(size_t unit, long elements)
@@ -47,15 +37,15 @@ class BulkTransfer {
   long bytes() const { return unit_ * elements_; }
   int workers() const { return workers_; }
 
-  /// `inspect(worker, elements)` sees each piece when it has been moved.
-  template <class Transfer, class Inspect>
-  void run(const Transfer& transfer, const Inspect& inspect) const {
+  /// `read(bytes)` reads a piece, `inspect(worker, elements)` sees it then.
+  template <class Read, class Inspect>
+  void run(const Read& read, const Inspect& inspect) const {
     run_step(QX_MPP_MEMCPY, workers_, [&](int worker) {
       const Slice own = even_slice(elements_, workers_, worker);
       const long step = kPieceBytes / unit_;
       for (long begin = own.begin; begin < own.end; begin += step) {
         const Slice piece{begin, std::min(begin + step, own.end)};
-        transfer_all({piece.begin * unit_, piece.end * unit_}, transfer);
+        read({piece.begin * unit_, piece.end * unit_});
         inspect(worker, piece);
       }
     });
@@ -86,16 +76,12 @@ long position_of(const zvk_fstream& stream) {
 }  // namespace
 
 void FileWriter::write_bulk(const void* data, size_t size, long n) {
-  const BulkTransfer bulk(size, n);
-  if (bulk.bytes() < kBulkBytes) return write(data, size, n);
+  const long bytes = static_cast<long>(size) * n;
+  if (bytes < kBulkBytes) return write(data, size, n);
   if (stream_.adjust_write_addr_alignment() != 0 || stream_.flush() != 0) fail();
   const long start = position();
-  const auto put = [&, file = stream_.descriptor()](long begin, long count) {
-    return pwrite(file, static_cast<const char*>(data) + begin, static_cast<size_t>(count),
-                  start + begin);
-  };
-  bulk.run(put, nothing);
-  seek(start + bulk.bytes());
+  if (!write_bulk_bytes(stream_.descriptor(), start, static_cast<const char*>(data), bytes)) fail();
+  seek(start + bytes);
 }
 
 void FileWriter::seek(long offset) {
@@ -121,10 +107,16 @@ template <class Inspect>
 void FileReader::read_past_buffer(void* data, const BulkTransfer& bulk, const Inspect& inspect) {
   if (stream_.adjust_read_addr_alignment() != 0) fail();
   const long start = position();
-  const auto get = [&, file = stream_.descriptor()](long begin, long count) {
-    return pread(file, static_cast<char*>(data) + begin, static_cast<size_t>(count), start + begin);
+  const auto read = [&, file = stream_.descriptor()](Slice bytes) {
+    while (bytes.begin < bytes.end) {
+      const ssize_t moved = pread(file, static_cast<char*>(data) + bytes.begin,
+                                  static_cast<size_t>(bytes.size()), start + bytes.begin);
+      if (moved < 0 && errno == EINTR) continue;
+      if (moved <= 0) fail();
+      bytes.begin += moved;
+    }
   };
-  bulk.run(get, inspect);
+  bulk.run(read, inspect);
   seek(start + bulk.bytes());
 }
 

@@ -1,5 +1,5 @@
 // Sections in files. Small fields go through the stream's buffer; the elements of large arrays past
-// it, straight between memory and file, each worker its own range.
+// it, straight between memory and file.
 #pragma once
 
 #include <string>

@@ -32,6 +32,7 @@ TFilter::TFilter(SectionReader& reader, int id, bool join_key) : FFilterID(id) {
   InitTVL();
   check_format(read_field<int>(reader) == id);
   read_name(reader, FFilterName);
+  check_format(FFilterName[0] != '\0');  // a copy of the column could not be named
   FOrgTblID = read_field<int>(reader);
   FOrgFltID = read_field<int>(reader);
   auto numbers = std::make_unique<TIntArray>();

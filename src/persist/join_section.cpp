@@ -79,6 +79,7 @@ void TJoinTable::save_sets(SectionWriter& writer) {
   write_ints(writer, directions);
   for (int side = 0; side < kSides; ++side) {
     for (JoinSet& set : sets_) {
+      set.driving_index();  // files have it always
       for (auto* const arrays : {&set.rows, &set.index, &set.unmatched}) {
         (*arrays)[side]->SaveArray(writer);
       }
@@ -161,7 +162,8 @@ JoinKey::JoinKey(SectionReader& reader) {
   filters_[1]->VL = filters_[0]->VL;
   filters_[1]->FVLBorrowed = true;
   for (int side = 0; side < kSides; ++side) {
-    numbers_[side] = {std::as_const(*filters_[side]->PVL).PIntAr(), nullptr, size_};
+    const TIntArray& own = *filters_[side]->PVL;
+    numbers_[side] = {own.PIntAr(), nullptr, size_, own.FArraySize - 1, false};
   }
 }
 

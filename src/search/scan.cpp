@@ -1,5 +1,7 @@
 #include "search/scan.h"
 
+#include <algorithm>
+
 #include "parallel/sliced_task.h"
 #include "search/row_parts.h"
 
@@ -71,6 +73,9 @@ std::unique_ptr<TSetArray> MoveRecsForScan(const TSetArray& source, const int* p
                                            const TableTest& test) {
   const Block<uint32_t> words = make_block<uint32_t>((test.size + 31) / 32);
   pack_hits(test.hits, test.size, words.get());
+  if (!test.wanted) {
+    std::for_each_n(words.get(), (test.size + 31) / 32, [](uint32_t& word) { word = ~word; });
+  }
   return scanned(source, {rows_of(source, pv), {}, {words.get()}});
 }
 

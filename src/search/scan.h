@@ -11,6 +11,7 @@ namespace qxe {
 struct TableTest {
   const unsigned char* hits;
   int size;
+  bool wanted = true;  // false: the rows whose byte is 0
 };
 
 /// A new set of those rows of `source` whose value number `pv[row]` passes, with the source's

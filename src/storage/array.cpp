@@ -164,8 +164,7 @@ const int* TIntArray::GetIntPtr(int index) const {
 void TIntArray::InitAsSet() {
   AdjustMemArea();
   const int known = std::min(counted_up_, FArraySize);
-  int* const rows = values();
-  for (int i = known; i < FArraySize; ++i) rows[i] = i + 1;
+  MppFillUp(values() + known, known + 1, FArraySize - known);
   counted_up_ = FArraySize;
 }
 

@@ -20,6 +20,11 @@ TSetArray* TSetArray::CopyArray() {
 }
 
 TSetArray* TSetArray::MppCopyArray() {
+  if (is_counted_up()) {  // nothing needs to be read
+    auto copy = set_like(*this);
+    copy->InitAsSet();
+    return copy.release();
+  }
   auto copy = std::make_unique<TSetArray>();
   copy->copy_block(*this, true);
   copy->take_order_of(*this);

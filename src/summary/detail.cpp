@@ -20,7 +20,7 @@ constexpr int kDenseShare = 8;
 }  // namespace
 
 TDetailDisp::TDetailDisp(TBaseTable& table, int set, int filter) : table_(table), filter_(filter) {
-  const TSetArray* const rows = table.GetSet(set);
+  const TSetArray* const rows = table.GetSet(set);  // of a join the driving ones
   if (rows == nullptr) throw CQXException(QX_ERROR_NO_SET);
   TFilter* const column = table.GetFilter(filter);
   if (column == nullptr) throw CQXException(QX_ERROR_NO_FILTER);
@@ -28,8 +28,9 @@ TDetailDisp::TDetailDisp(TBaseTable& table, int set, int filter) : table_(table)
   list_version_ = column->list_version();
   data_type_ = column->data_type();
   value_count_ = column->VL->FArraySize;
-  if (value_count_ / kDenseShare <= rows->FArraySize) {
-    count_all_values(*rows, *column);
+  const bool is_join = table.GetType() == TableKind::kJoin;
+  if (is_join || value_count_ / kDenseShare <= rows->FArraySize) {
+    count_all_values(set);
   } else {
     count_values_met(*rows, *column);
   }
@@ -41,11 +42,10 @@ void TDetailDisp::table_goes() {
   DetailDisp.reset();
 }
 
-void TDetailDisp::count_all_values(const TSetArray& rows, const TFilter& column) {
+void TDetailDisp::count_all_values(int set) {
   listed_ = value_count_;
   counts_ = make_block<int>(listed_);
-  CountupNExist(rows.FArraySize, rows.PIntAr(), listed_, std::as_const(*column.PVL).PIntAr(),
-                counts_.get());
+  raised(table_.CountN(set, filter_, counts_.get()));
 }
 
 void TDetailDisp::count_values_met(const TSetArray& rows, const TFilter& column) {

@@ -35,7 +35,7 @@ class TDetailDisp final : public TableGuest {
 
  private:
   int CalcPos(const DetailPosition& place) const;
-  void count_all_values(const TSetArray& rows, const TFilter& column);
+  void count_all_values(int set);
   void count_values_met(const TSetArray& rows, const TFilter& column);
   void order_values();
 

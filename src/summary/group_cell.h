@@ -35,6 +35,7 @@ struct NoValues {
 
   Sum plus(Sum sum, int) const { return sum; }
   static Sum merged(Sum sum, Sum) { return sum; }
+  static Sum times(Sum sum, int) { return sum; }
 };
 
 template <class Value>
@@ -49,6 +50,7 @@ struct PlainValues {
     return sum + (number != 0 ? value : 0.0);
   }
   static Sum merged(Sum sum, Sum other) { return sum + other; }
+  static Sum times(Sum sum, int count) { return sum * count; }
   static Result result(Sum sum) { return sum; }
 };
 
@@ -67,6 +69,11 @@ struct DecimalValues {
   }
   static Sum merged(Sum sum, Sum other) {
     add_decimal(sum, other);
+    return sum;
+  }
+  static Sum times(Sum sum, int count) {
+    const Numeric factor{static_cast<unsigned long>(count), 0};
+    RQXNumericMul(&sum, &factor, &sum);
     return sum;
   }
   static Result result(Sum sum) { return sum; }
@@ -95,6 +102,7 @@ struct SmallDecimalValues {
     return sum + (number != 0 ? value : 0);
   }
   static Sum merged(Sum sum, Sum other) { return sum + other; }
+  static Sum times(Sum sum, int count) { return sum * count; }
   static Result result(Sum sum) {
     return {static_cast<unsigned long>(sum), static_cast<long>(sum >> 63)};
   }
@@ -166,6 +174,12 @@ struct GroupCell {
   void merge(const GroupCell& other) {
     sum.value = Values::merged(sum.value, other.sum.value);
     count += other.count;
+    extremes.merge(other.extremes);
+  }
+  /// As many times as each row of the other cell has partners.
+  void merge(const GroupCell& other, int times) {
+    sum.value = Values::merged(sum.value, Values::times(other.sum.value, times));
+    count += other.count * times;
     extremes.merge(other.extremes);
   }
 };

@@ -61,16 +61,16 @@ struct MeasureOf {
   NullMinimum nulls;
 };
 
-/// Calls `body(measure)` with a MeasureOf the cell that serves what is wanted.
+/// Calls `body(measure)` with a MeasureOf the cell that serves what is wanted of so many rows.
 template <class Body>
-Reduced with_measure(const Wanted& wanted, const GroupedRows& source, const Body& body) {
+Reduced with_measure(const Wanted& wanted, int rows, NullMinimum nulls, const Body& body) {
   const int* const numbers =
       wanted.measure == nullptr ? nullptr : std::as_const(*wanted.measure->PVL).PIntAr();
   const auto call = [&]<class Values>(const Values& values) {
     if (wanted.extremes) {
-      return body(MeasureOf<GroupCell<Values, true>>{numbers, values, source.null_minimum});
+      return body(MeasureOf<GroupCell<Values, true>>{numbers, values, nulls});
     }
-    return body(MeasureOf<GroupCell<Values, false>>{numbers, values, source.null_minimum});
+    return body(MeasureOf<GroupCell<Values, false>>{numbers, values, nulls});
   };
   if (!wanted.sum) return call(NoValues{});
   return with_family(std::as_const(*wanted.measure->VL), [&]<class Array>(const Array& list) {
@@ -79,7 +79,7 @@ Reduced with_measure(const Wanted& wanted, const GroupedRows& source, const Body
     } else if constexpr (std::is_same_v<Array, TDoubleArray>) {
       return call(DoubleValues{list.values()});
     } else if constexpr (std::is_same_v<Array, TNumericArray>) {
-      if (SmallDecimalValues::serves(list, source.rows())) {
+      if (SmallDecimalValues::serves(list, rows)) {
         return call(SmallDecimalValues{list.values()});
       }
       return call(DecimalValues{list.values()});
@@ -87,6 +87,11 @@ Reduced with_measure(const Wanted& wanted, const GroupedRows& source, const Body
       return call(NoValues{});  // texts have no sum
     }
   });
+}
+
+template <class Body>
+Reduced with_measure(const Wanted& wanted, const GroupedRows& source, const Body& body) {
+  return with_measure(wanted, source.rows(), source.null_minimum, body);
 }
 
 }  // namespace qxe

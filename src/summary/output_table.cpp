@@ -15,7 +15,7 @@ UntrimmedNames::~UntrimmedNames() {
   TTableCollection::m_nDisableTrimUntilSharp = before_;
 }
 
-std::unique_ptr<TRealTable> new_output_table(const TRealTable& source, int rows) {
+std::unique_ptr<TRealTable> new_output_table(const TBaseTable& source, int rows) {
   TTableCollection& tables = *ENG->collection();
   if (tables.count() >= TTableCollection::kMaxTables) {
     throw CQXException(report("SumTable", QX_ERROR_TABLE_COUNT, "TableCount overflow"));

@@ -19,6 +19,6 @@ class UntrimmedNames : NonCopyable {
 
 /// A new table under a free name that tells of `source`, not yet in the collection. Throws
 /// QX_ERROR_TABLE_COUNT or QX_ERROR_TABLE_NAME.
-std::unique_ptr<TRealTable> new_output_table(const TRealTable& source, int rows);
+std::unique_ptr<TRealTable> new_output_table(const TBaseTable& source, int rows);
 
 }  // namespace qxe

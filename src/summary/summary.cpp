@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "joins/join_table.h"
 #include "parallel/smpengine.h"
 #include "storage/family.h"
 #include "summary/summaries.h"
@@ -45,7 +46,7 @@ void copy_names(SummaryDimension& dimension, char* const* names) {
 
 }  // namespace
 
-TSummary::TSummary(int handle, TRealTable& table, int set, int nDim, const _TDimensionDef* dims,
+TSummary::TSummary(int handle, TBaseTable& table, int set, int nDim, const _TDimensionDef* dims,
                    int measure)
     : handle_(handle),
       source_(&table),
@@ -59,9 +60,9 @@ TSummary::TSummary(int handle, TRealTable& table, int set, int nDim, const _TDim
         report("TSummary", QX_ERROR_PARAMETER, "Invalid Parameter : nDim(%d)", nDim));
   }
   define_dimensions(nDim, dims);
-  table_->CheckMergeFilterTVL(true);
-  condense_dimensions();
-  if (is_sparse()) work_on_extract();
+  merge_values();
+  if (!is_join()) condense_dimensions();
+  if (!is_join() && is_sparse()) work_on_extract();
   lay_out();
   for (SummaryDimension& dimension : dims_) {
     const _TDimensionDef& given = *dims++;
@@ -99,13 +100,23 @@ void TSummary::define_dimensions(int nDim, const _TDimensionDef* dims) {
   }
 }
 
+void TSummary::merge_values() const {
+  if (!is_join()) {
+    static_cast<TRealTable&>(*table_).CheckMergeFilterTVL(true);
+    return;
+  }
+  auto& join = static_cast<TJoinTable&>(*table_);
+  for (int side = 0; side < kSides; ++side) join.parent(side).CheckMergeFilterTVL(true);
+}
+
 /// Up to the first dimension with a map of the caller's, whose numbers are those from before. A
 /// value list that another table uses stays as it is.
 void TSummary::condense_dimensions() const {
-  if (table_->shared() || table_->isQXTShared()) return;
+  auto& table = static_cast<TRealTable&>(*table_);
+  if (table.shared() || table.isQXTShared()) return;
   if (ENG->collection()->IsReferred(table_->id())) return;
   for (const SummaryDimension& dimension : dims_) {
-    raised(table_->CondenseFilter(dimension.filter));
+    raised(table.CondenseFilter(dimension.filter));
     if (!dimension.own_map) return;
   }
 }
@@ -193,14 +204,16 @@ PassColumn column_of(const TFilter& filter, const TSetArray& rows) {
 }  // namespace
 
 int TSummary::SummaryExec(int mask) {
-  table_->CheckMergeFilterTVL(true);
+  merge_values();
   follow_lists();
   const TSetArray* const rows = table_->GetSet(set_id_);
   if (rows == nullptr) throw CQXException(QX_ERROR_NO_SET);
   const int wanted = measure_ == 0 ? QX_SUM_COUNT : mask & types_of(filter(measure_).data_type());
   if (wanted == 0) return done_;
-  cells_ = summed_cells(*rows, wanted | QX_SUM_COUNT);
-  done_ = wanted | QX_SUM_COUNT;
+  const int kept = wanted | QX_SUM_COUNT;
+  cells_ = is_join() ? joined_cells(kept) : summed_cells(*rows, kept);
+  if (measure_ != 0) finish(cells_);
+  done_ = kept;
   return done_;
 }
 
@@ -224,13 +237,16 @@ CellArrays TSummary::summed_cells(const TSetArray& rows, int mask) {
   const TFilter& column = filter(measure_);
   cells.make(mask, column.data_type(), cell_count_);
   sum_rows(pass_dimensions(rows), {column_of(column, rows), *column.VL}, cells);
-  finish(cells);
+  note_measure(column);
+  return cells;
+}
+
+void TSummary::note_measure(const TFilter& column) {
   measure_type_ = column.data_type();
   measure_version_ = column.list_version();
   if (measure_type_ == QX_DT_DECIMAL) {
     measure_info_ = static_cast<const TNumericArray&>(*column.VL).GetDecimalInfo();
   }
-  return cells;
 }
 
 /// Empty cells have no sum and no minimum.

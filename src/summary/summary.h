@@ -32,6 +32,8 @@ struct SummaryDimension {
   _TDimensionDef definition() const;
 };
 
+class JoinGroups;
+
 /// What a read gives.
 struct SummaryValue {
   int measure_type = 0;
@@ -61,7 +63,7 @@ class TSummary final : public TableGuest {
   static constexpr long kMaxCells = 10'000'000;
 
   /// The definitions are copied.
-  TSummary(int handle, TRealTable& table, int set, int nDim, const _TDimensionDef* dims,
+  TSummary(int handle, TBaseTable& table, int set, int nDim, const _TDimensionDef* dims,
            int measure);
   ~TSummary() override { leave_tables(); }
 
@@ -93,6 +95,8 @@ class TSummary final : public TableGuest {
   struct Averages;
 
   void define_dimensions(int nDim, const _TDimensionDef* dims);
+  bool is_join() const { return table_->GetType() == TableKind::kJoin; }
+  void merge_values() const;
   void condense_dimensions() const;
   bool is_sparse() const;
   void work_on_extract();
@@ -103,6 +107,9 @@ class TSummary final : public TableGuest {
   TFilter& filter(int id) const;
   std::vector<PassDimension> pass_dimensions(const TSetArray& rows) const;
   CellArrays summed_cells(const TSetArray& rows, int mask);
+  CellArrays joined_cells(int mask);
+  std::vector<int> cells_of(const JoinGroups& groups) const;
+  void note_measure(const TFilter& column);
   void finish(CellArrays& cells) const;
   long cell_at(const int* coords) const;
   SummaryValue value_of(int type, long cell) const;
@@ -117,9 +124,9 @@ class TSummary final : public TableGuest {
   Averages averages_of_cells() const;
 
   const int handle_;
-  TRealTable* const source_;  // the table that was opened
-  OwnedTable extract_;        // the rows of its set alone, when that pays
-  TRealTable* table_;         // the one of both that is worked on
+  TBaseTable* const source_;  // the table that was opened, real or a join
+  OwnedTable extract_;        // the rows of a real one's set alone, when that pays
+  TBaseTable* table_;         // the one of both that is worked on
   int set_id_;
   int measure_;           // filter id, 0 for none
   int measure_type_ = 0;  // and what it was when the cells were computed

@@ -109,12 +109,12 @@ void TSummary::add_dimension(TRealTable& target, int dimNo, const OutputRows& ro
   });
   const TFilter& source = filter(dimension.filter);
   if (dimension.own_map) {
-    raised(target.AddFilter(kAtTheEnd, source.FFilterName,
+    raised(target.AddFilter(kAtTheEnd, table_->filter_name(dimension.filter),
                             whole_list_column(*source.VL, std::move(numbers), rows.count)));
     return;
   }
   const auto list = category_list(dimNo, target.id());
-  raised(target.AddFilter(kAtTheEnd, source.FFilterName,
+  raised(target.AddFilter(kAtTheEnd, table_->filter_name(dimension.filter),
                           whole_list_column(*list, std::move(numbers), rows.count)));
 }
 

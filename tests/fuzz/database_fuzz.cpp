@@ -11,6 +11,7 @@
 #include "fuzz/engine_state.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/import_check.h"
+#include "joins/join_table.h"
 #include "parallel/smpengine.h"
 #include "qxe.h"
 #include "support/files.h"
@@ -66,22 +67,52 @@ void check_sets(int id) {
   }
 }
 
-/// All tables, their sets and marks.
+/// A table, its sets and marks.
+std::string real_image(int id) {
+  check_well_formed(id, false);
+  check_sets(id);
+  const TRealTable& table = real_table(id);
+  std::string image = std::to_string(table.set_count()) + table_image(id);
+  for (int i = 0; i < table.GetNFilter(); ++i) {
+    const TFilter& filter = *table.filter_at(i);
+    image += std::to_string(filter.FFilterID) + (filter.high_speed() ? "!" : " ");
+    for (const TSortedSetArray* sorted : filter.sorted_sets()) {
+      if (sorted->set()->FArraySize == 0) continue;  // nothing to tell whether it is filled
+      image += sorted->tainted() ? "tainted" : std::to_string(sorted->null_count());
+    }
+  }
+  return image;
+}
+
+/// The pairs of all sets of a join, whose rows exist.
+std::string join_image(const TJoinTable& join) {
+  std::string image = join.name();
+  std::vector<int> ids(static_cast<size_t>(join.set_count()));
+  join.GetSetIDList(join.set_count(), ids.data());
+  for (const int id : ids) {
+    const JoinSet& set = *join.find_set(id);
+    const JoinRows pairs = join.rows(set);
+    image += " set " + std::to_string(id) + (set.direction == 0 ? ">" : "<");
+    for (int side = 0; side < kSides; ++side) {
+      std::vector<int> rows(static_cast<size_t>(pairs.count()));
+      pairs.rows_of(side, 0, pairs.count(), rows.data());
+      for (const int row : rows) {
+        if (row < 0 || row > join.parent(side).TotalRecs()) {
+          finding("a pair has a row beyond its table", std::to_string(row));
+        }
+        image += " " + std::to_string(row);
+      }
+    }
+  }
+  return image;
+}
+
 std::string database_image() {
   std::string image;
   for (const int id : table_ids()) {
-    check_well_formed(id, false);
-    check_sets(id);
-    const TRealTable& table = real_table(id);
-    image += std::to_string(table.set_count()) + table_image(id);
-    for (int i = 0; i < table.GetNFilter(); ++i) {
-      const TFilter& filter = *table.filter_at(i);
-      image += std::to_string(filter.FFilterID) + (filter.high_speed() ? "!" : " ");
-      for (const TSortedSetArray* sorted : filter.sorted_sets()) {
-        if (sorted->set()->FArraySize == 0) continue;  // nothing to tell whether it is filled
-        image += sorted->tainted() ? "tainted" : std::to_string(sorted->null_count());
-      }
-    }
+    const TBaseTable& table = *ENG->collection()->find(id);
+    image += table.GetType() == TableKind::kJoin ? join_image(static_cast<const TJoinTable&>(table))
+                                                 : real_image(id);
   }
   return image;
 }
@@ -123,6 +154,24 @@ void use(int table) {
   RQXDeleteTable(RQXDuplicateRealTable("", table));
 }
 
+void use_join(int join) {
+  int filters[TBaseTable::kMaxFilters + 1] = {};
+  const int count = RQXGetFilterIDList(join, filters);
+  filters[count] = 0;
+  char name[] = "real";
+  RQXDeleteTable(RQXConvertJoinToReal(name, join, -1, 1, 1, filters, 0));
+  int ends[] = {filters[0], filters[std::max(count, 1) - 1]};
+  int flags = QX_SUM_COUNT | QX_SUM_MAX;
+  int digits = 2;
+  RQXDeleteTable(RQXNonCubeSum(join, 1, std::min(count, 2), ends, 1, ends, &flags, &digits));
+  RQXSetOpeReal(join, QX_SET_AND, 1, -1);
+  int table = 0, set = 0;
+  for (const int side : {QX_JOIN_MASTER, QX_JOIN_SLAVE}) {
+    RQXPutJoinSetToParent(join, side, 1, &table, &set);
+  }
+  RQXReturnSet2SlaveTable(join, &table);
+}
+
 /// Saves the database and returns its file.
 std::string saved() {
   char place[512] = "";
@@ -153,7 +202,11 @@ void check_file(const FileInput& input) {
   const Outcome parallel = load(input, input.division);
   expect_same("the load", serial, parallel);
   if (parallel.status < 0) return;
-  for (const int table : table_ids()) use(table);
+  for (const int table : table_ids()) {
+    const bool is_join = ENG->collection()->find(table)->GetType() == TableKind::kJoin;
+    use(table);
+    if (is_join) use_join(table);
+  }
   database_image();
   save_again();
 }

@@ -28,6 +28,12 @@ void expect_ok(int status, const char* call) {
   if (status < 0) finding(std::string(call) + " fails with " + hex(status), drained_ring());
 }
 
+/// An image may say that the last id has been issued.
+void expect_done(int status, const char* call) {
+  if (status != QX_ERROR_SET_COUNT && status != QX_ERROR_FILTER_COUNT) expect_ok(status, call);
+  drained_ring();
+}
+
 void expect_refusal(int status, int tables) {
   const std::string ring = drained_ring();
   if (std::find(std::begin(kRefusals), std::end(kRefusals), status) == std::end(kRefusals)) {
@@ -70,14 +76,14 @@ void check_sets(int id) {
 void work_on(int id) {
   for (int i = 0; i < real_table(id).GetNFilter(); ++i) {
     const int filter = real_table(id).filter_at(i)->FFilterID;
-    expect_ok(RQXSortByField(id, filter, -1, QX_SORT_DESC), "RQXSortByField");
+    expect_done(RQXSortByField(id, filter, -1, QX_SORT_DESC), "RQXSortByField");
   }
-  expect_ok(RQXDuplicateRealTable("copy", id), "RQXDuplicateRealTable");
+  expect_done(RQXDuplicateRealTable("copy", id), "RQXDuplicateRealTable");
   if (RQXGetNFilter(id) > 0) {
-    expect_ok(RQXExtractRealTable("part", id, -1, nullptr), "RQXExtractRealTable");
+    expect_done(RQXExtractRealTable("part", id, -1, nullptr), "RQXExtractRealTable");
   }
-  expect_ok(RQXHighSpeedSearchEnable(id, 0, false), "RQXHighSpeedSearchEnable");
-  expect_ok(RQXInsertRealRows(id, 1, 2), "RQXInsertRealRows");
+  expect_done(RQXHighSpeedSearchEnable(id, 0, false), "RQXHighSpeedSearchEnable");
+  expect_done(RQXInsertRealRows(id, 1, 2), "RQXInsertRealRows");
 }
 
 /// The table and its copy from a stream with all sets.
@@ -123,7 +129,7 @@ int load_stream(char* bytes, long size, int piece) {
 }
 
 void check(std::string_view input) {
-  const int choice = input.empty() ? 0 : input.front();
+  const int choice = input.empty() ? 0 : static_cast<unsigned char>(input.front());
   input.remove_prefix(input.empty() ? 0 : 1);
   // As long as the input, so that a read behind it is seen.
   const std::unique_ptr<char[]> bytes(new char[input.size()]);

@@ -133,6 +133,17 @@ TEST_F(JoinTest, KeysOfOtherFormsMatchByValue) {
   EXPECT_EQ(pairs(add_join(left, {1}, left, {1})), (Texts{"1 1", "2 2", "3 3"}));
 }
 
+TEST_F(JoinTest, DecimalsThatDoNotFitTheOtherScalePairWithNothing) {
+  const std::string digits(37, '9');
+  const TestTable left({{"no", ints({1, 2})}, {"d", decimals(3, {"1.000", ""})}});
+  const TestTable right(
+      {{"no", ints({1, 2, 3, 4})}, {"d", decimals(0, {digits, "1", "", digits})}});
+  EXPECT_EQ(pairs(add_join(left, {2}, right, {2})), (Texts{"1 2", "2 3"}));
+  EXPECT_EQ(pairs(add_join(left, {2}, right, {2}, 1)), (Texts{"NULL 1", "NULL 4", "1 2"}));
+  const TestTable ones({{"no", ints({1, 1})}, {"d", decimals(0, {digits, ""})}});
+  EXPECT_EQ(pairs(add_join(left, {2, 1}, ones, {2, 1})), Texts{});
+}
+
 // What joins forbid
 
 TEST_F(JoinTest, ParentsCannotChangeWhileItExists) {

@@ -4,10 +4,34 @@
 
 namespace qxe::test {
 
+std::optional<Decimal> at_scale(const Decimal& number, int scale) {
+  constexpr int kDigits = 38;
+  int128 limit = 1;
+  for (int i = 0; i < kDigits; ++i) limit *= 10;
+  int128 units = number.units;
+  for (int i = number.scale; i < scale; ++i) {
+    if (units >= limit / 10 || units <= -limit / 10) return std::nullopt;
+    units *= 10;
+  }
+  int128 divisor = 1;
+  for (int i = scale; i < number.scale; ++i) divisor *= 10;
+  const int128 rest = units % divisor;
+  units /= divisor;
+  if (rest >= divisor - rest) ++units;
+  if (-rest >= divisor + rest) --units;
+  return Decimal{scale, units};
+}
+
 std::vector<Cell> JoinModel::key(int side, int row) const {
   std::vector<Cell> cells;
   for (const auto& [master, slave] : keys_) {
-    cells.push_back(sides_[side]->cell(side == 0 ? master : slave, row));
+    Cell cell = sides_[side]->cell(side == 0 ? master : slave, row);
+    const int scale = sides_[0]->column(master).scale;
+    if (auto* const number = std::get_if<Decimal>(&cell)) {
+      // One that does not fit is no decimal of the master.
+      cell = at_scale(*number, scale).value_or(Decimal{scale + 1, number->units});
+    }
+    cells.push_back(cell);
   }
   return cells;
 }
@@ -36,12 +60,17 @@ std::vector<int> JoinModel::unmatched(const JoinRowsOf& rows, int side) const {
   return found;
 }
 
-JoinRowsOf JoinModel::joined(const JoinRowsOf& rows) const {
+JoinRowsOf JoinModel::joined(JoinRowsOf rows) const {
   JoinRowsOf result;
   result.direction = rows.direction;
   for (int side = 0; side < 2; ++side) {
+    std::vector<int>& own = rows.side[side];
+    own.erase(
+        std::remove_if(own.begin(), own.end(), [&](int row) { return is_left_out(side, row); }),
+        own.end());
+  }
+  for (int side = 0; side < 2; ++side) {
     for (const int row : rows.side[side]) {
-      if (is_left_out(side, row)) continue;
       if (outer_ || has_partner(side, row, rows.side[1 - side])) result.side[side].push_back(row);
     }
   }

@@ -1,6 +1,7 @@
 // A join beside the engine's, by nested loops over the parents' rows: slow and plainly right.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,6 +9,9 @@
 #include "support/naive_model.h"
 
 namespace qxe::test {
+
+/// The number at another scale, rounded half up, unless it has too many digits then.
+std::optional<Decimal> at_scale(const Decimal& number, int scale);
 
 /// The rows of both sides behind a join set, in the engine's order; row 0 stands nowhere here.
 struct JoinRowsOf {
@@ -25,7 +29,7 @@ class JoinModel {
   const NaiveModel& side(int i) const { return *sides_[i]; }
 
   /// What stays of the rows when they are joined: those that are shown, the driven ones by key.
-  JoinRowsOf joined(const JoinRowsOf& rows) const;
+  JoinRowsOf joined(JoinRowsOf rows) const;
   /// The rows of either side without partner.
   std::vector<int> unmatched(const JoinRowsOf& rows, int side) const;
   /// Pairs of rows of side 0 and side 1 in order, 0 for a missing one. `rows` are joined ones.

@@ -2,6 +2,7 @@
 // works, and nothing else changes.
 #include <string.h>
 
+#include <filesystem>
 #include <random>
 
 #include "file_bytes.h"
@@ -34,6 +35,7 @@ class DamagedDatabaseTest : public EngineTest {
     write_file("t.QXT", bytes);
     drain_ring();
     const int status = RQXLoadRealTable("", "t");
+    std::filesystem::remove("t.QXT");  // a disk may wait for a file that another one replaces
     if (status < 0) {
       EXPECT_FALSE(drain_ring().empty());
     } else {
@@ -48,6 +50,7 @@ class DamagedDatabaseTest : public EngineTest {
     write_file("db.QXD", bytes);
     drain_ring();
     const int status = RQXLoadDB("", "db");
+    std::filesystem::remove("db.QXD");
     EXPECT_EQ(status < 0, !drain_ring().empty());
     std::vector<int> tables(static_cast<size_t>(RQXGetNTable()));
     if (!tables.empty()) RQXGetTableIDList(tables.data());
@@ -78,6 +81,7 @@ class DamagedDatabaseTest : public EngineTest {
     RQXDeleteRealRows(table, 1, 1);
     RQXDeleteTable(RQXDuplicateRealTable("copy", table));
     RQXSaveRealTableAs("", "again", table);
+    std::filesystem::remove("again.QXT");
   }
 
   std::string before_;
@@ -116,6 +120,18 @@ TEST_F(DamagedDatabaseTest, EachNumberOfADatabaseChanged) {
                  });
 }
 
+/// Those of its joins; there are too many others.
+TEST_F(DamagedDatabaseTest, EachNumberOfAJoinChanged) {
+  const std::vector<StoredTable> tables = {table_of_all_types(1, "a"), table_of_all_types(2, "b")};
+  StoredFile file = database_file(tables, {}, joins_by_integers(1, 2));
+  const StoredFile without = database_file(tables);
+  file.fields.erase(file.fields.begin(),
+                    file.fields.begin() + static_cast<long>(without.fields.size()));
+  change_numbers(file, [&](const std::string& bytes) {
+    if (!HasFailure()) load_database(bytes);
+  });
+}
+
 TEST_F(DamagedDatabaseTest, EachNumberOfANarrowDatabaseChanged) {
   change_numbers(database_file({marked_table(1, "a")}, {.word = 4}), [&](const std::string& bytes) {
     if (!HasFailure()) load_database(bytes);
@@ -130,6 +146,7 @@ TEST_F(DamagedDatabaseTest, CutInEveryField) {
       const std::string bytes = file.bytes.substr(0, field.offset + cut);
       write_file("t.QXT", bytes);
       expect_failure(RQXLoadRealTable("", "t"), QX_ERROR_FILE);
+      std::filesystem::remove("t.QXT");
       load_database(bytes);
     }
   }

@@ -133,21 +133,26 @@ void versions(SectionBytes& out) {
   out.field(std::vector<int>{16782850, out.origin().data_version, 1, 20170503});
 }
 
-void table_head(SectionBytes& out, const StoredTable& table) {
-  out.field(table.type);
+/// One number for each set, or always a hundred.
+void for_sets(SectionBytes& out, std::vector<int> numbers) {
+  if (out.origin().data_version <= 23) numbers.resize(kFixedSetIds);
+  out.field(numbers);
+}
+
+template <class Table>
+void table_head(SectionBytes& out, int type, const Table& table) {
+  out.field(type);
   versions(out);
   out.field(table.id);
   out.name(table.name);
   out.field(static_cast<int>(table.set_ids.size()));
-  std::vector<int> ids = table.set_ids;
-  if (out.origin().data_version <= 23) ids.resize(kFixedSetIds);
-  out.field(ids);
+  for_sets(out, table.set_ids);
   out.field(table.last_set);
   out.field(table.current_set);
 }
 
 void table_section(SectionBytes& out, const StoredTable& table) {
-  table_head(out, table);
+  table_head(out, table.type, table);
   for (const std::vector<int>& set : table.sets) array(out, set);
   out.field(static_cast<int>(table.filters.size()));
   out.field(table.last_filter);
@@ -167,16 +172,56 @@ void table_section(SectionBytes& out, const StoredTable& table) {
   }
 }
 
+/// Two lists, one behind the other, of `places` numbers each.
+void both_lists(SectionBytes& out, std::vector<int> first, const std::vector<int>& second,
+                size_t places) {
+  first.resize(places);
+  first.insert(first.end(), second.begin(), second.end());
+  first.resize(2 * places);
+  out.field(first);
+}
+
+void join_section(SectionBytes& out, const StoredJoin& join) {
+  const int version = out.origin().data_version;
+  table_head(out, 2, join);
+  out.field(join.outer ? 1 : 0);
+  out.field(1);  // columns of the key
+  out.field(join.parents);
+  both_lists(out, {join.keys[0]}, {join.keys[1]}, version <= 23 ? 8 : 32);
+  out.field(std::vector<int>{1, 1});  // sets of the parents
+  std::vector<int> counts, driving;
+  for (const StoredJoinSet& set : join.sets) {
+    counts.push_back(set.count);
+    driving.push_back(set.driving);
+  }
+  for_sets(out, counts);
+  for_sets(out, driving);
+  for (const int side : {0, 1}) {
+    for (const StoredJoinSet& set : join.sets) {
+      array(out, set.sides[side].rows);
+      array(out, set.sides[side].index);
+      array(out, set.sides[side].unmatched);
+    }
+  }
+  for (const StoredFilter& key : join.key_filters) filter_section(out, key);
+  out.field(std::vector<int>{static_cast<int>(join.filters[0].size()),
+                             static_cast<int>(join.filters[1].size())});
+  both_lists(out, join.filters[0], join.filters[1], version <= 20 ? 256 : 512);
+}
+
 }  // namespace
 
-StoredFile database_file(const std::vector<StoredTable>& tables, const Origin& origin) {
+StoredFile database_file(const std::vector<StoredTable>& tables, const Origin& origin,
+                         const std::vector<StoredJoin>& joins) {
   SectionBytes out(origin, "");
   out.header();
   versions(out);
-  out.field(tables.empty() ? 0 : tables.back().id);
-  out.field(static_cast<int>(tables.size()));
+  out.field(!joins.empty() ? joins.back().id : !tables.empty() ? tables.back().id : 0);
+  out.field(static_cast<int>(tables.size() + joins.size()));
   for (const StoredTable& table : tables) out.name(table.name);
+  for (const StoredJoin& join : joins) out.name(join.name);
   for (const StoredTable& table : tables) table_section(out, table);
+  for (const StoredJoin& join : joins) join_section(out, join);
   return out.take();
 }
 
@@ -220,6 +265,33 @@ StoredTable table_of_all_types(int id, const std::string& name) {
           .last_set = 6,
           .current_set = 4,
           .last_filter = 12};
+}
+
+std::vector<StoredJoin> joins_by_integers(int master, int slave) {
+  const std::vector<int> values = {INT32_MIN, -7, 2147483647};
+  const std::vector<int> numbers = {0, 2, 0, 1};
+  const std::vector<int> filters = {1, 2, 3, 5, 6, 7, 9};
+  StoredJoin inner{
+      .id = slave + 1,
+      .name = "inner",
+      .outer = false,
+      .parents = {master, slave},
+      .keys = {1, 1},
+      .sets = {},
+      .key_filters =
+          {{10000, "#MASTER", numbers, values},
+           {.id = 10001, .name = "#SLAVE", .pv = numbers, .vl = values, .org_filter = 10000}},
+      .filters = {filters, filters}};
+  StoredJoin outer = inner;
+  const StoredJoinSet::Side driven{{2, 3, 1}, {0, 1, 2, 3}};
+  inner.sets = {{3, 0, {{{1, 2, 3}, {0, 1, 2}}, driven}}, {3, 0, {{{1, 3, 2}, {0, 1, 2}}, driven}}};
+  inner.set_ids = {1, 2};
+  inner.last_set = inner.current_set = 2;
+  outer.id = slave + 2;
+  outer.name = "outer";
+  outer.outer = true;
+  outer.sets = {{2, 0, {{{1, 3}, {0, 1}}, {{3, 1}, {0, 0, 1, 2}}}}};  // without NULL
+  return {inner, outer};
 }
 
 }  // namespace qxe::test

@@ -68,6 +68,34 @@ struct StoredTable {
   int type = 0;
 };
 
+/// A set of a join: its arrays of each side.
+struct StoredJoinSet {
+  struct Side {
+    std::vector<int> rows;
+    std::vector<int> index;
+    std::vector<int> unmatched = {};
+  };
+
+  int count;  // join rows
+  int driving;
+  Side sides[2];
+};
+
+/// A join of two tables by one column each.
+struct StoredJoin {
+  int id;
+  std::string name;
+  bool outer;
+  std::vector<int> parents;
+  std::vector<int> keys;
+  std::vector<StoredJoinSet> sets;
+  StoredFilter key_filters[2];
+  std::vector<int> filters[2];
+  std::vector<int> set_ids = {1};
+  int last_set = 1;
+  int current_set = 1;
+};
+
 /// Where a field lies.
 struct StoredField {
   size_t offset;
@@ -80,8 +108,9 @@ struct StoredFile {
   std::vector<StoredField> fields;
 };
 
-/// A database: names and last id are those of the tables unless given.
-StoredFile database_file(const std::vector<StoredTable>& tables, const Origin& origin = {});
+/// A database: names and last id are those of the tables and joins.
+StoredFile database_file(const std::vector<StoredTable>& tables, const Origin& origin = {},
+                         const std::vector<StoredJoin>& joins = {});
 StoredFile table_file(const StoredTable& table, const Origin& origin = {});
 /// The same behind whatever bytes a file has already.
 StoredFile table_behind(const std::string& bytes, const StoredTable& table,
@@ -90,5 +119,9 @@ StoredFile table_behind(const std::string& bytes, const StoredTable& table,
 /// A table of three rows with a filter of each type, gaps between ids, a second set and an
 /// attribute here and there.
 StoredTable table_of_all_types(int id, const std::string& name);
+
+/// Joins of two tables of all types, by their integers: an inner one with a second set, sorted
+/// downward, and an outer one. Their ids follow that of the slave.
+std::vector<StoredJoin> joins_by_integers(int master, int slave);
 
 }  // namespace qxe::test

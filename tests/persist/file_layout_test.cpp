@@ -23,27 +23,27 @@ class FileLayoutTest : public EngineTest, public testing::WithParamInterface<Ori
     require(RQXSaveDBAs(dir, "saved"), "RQXSaveDBAs");
     return read_file("saved.QXD");
   }
-
-  /// The database as it is when this machine's present version has written it.
-  static std::string text_of_present(const std::vector<StoredTable>& tables) {
-    write_file("present.QXD", database_file(tables).bytes);
-    require(RQXLoadDB("", "present"), "RQXLoadDB");
-    return database_text();
-  }
 };
 
 std::vector<StoredTable> two_tables() {
   return {table_of_all_types(1, "first"), table_of_all_types(2, "second")};
 }
 
+/// Two tables and their joins.
+std::string joined_database(const Origin& origin = {}) {
+  return database_file(two_tables(), origin, joins_by_integers(1, 2)).bytes;
+}
+
 TEST_P(FileLayoutTest, ADatabaseOfAnyOriginReadsTheSame) {
   const Origin& origin = GetParam().origin;
-  const std::string wanted = text_of_present(two_tables());
+  write_file("present.QXD", joined_database());
+  ASSERT_EQ(hex(RQXLoadDB("", "present")), hex(0));
+  const std::string wanted = database_text();
   RQXClearDB();
-  write_file("old.QXD", database_file(two_tables(), origin).bytes);
+  write_file("old.QXD", joined_database(origin));
   EXPECT_EQ(hex(RQXLoadDB("", "old.QXD")), hex(0));
   EXPECT_EQ(database_text(), wanted);
-  EXPECT_EQ(saved_database(), database_file(two_tables()).bytes);
+  EXPECT_EQ(saved_database(), joined_database());
 }
 
 TEST_P(FileLayoutTest, ATableOfAnyOriginReadsTheSame) {
@@ -113,6 +113,20 @@ TEST_F(StoredFileTest, AnEmptyDatabaseHasItsHeadAlone) {
   EXPECT_EQ(bytes.size(), 284u);
   EXPECT_EQ(RQXLoadDB("", "empty"), 0);
   EXPECT_EQ(RQXGetNTable(), 0);
+}
+
+TEST_F(StoredFileTest, JoinsAreWrittenAsTold) {
+  write_file("tables.QXD", database_file(two_tables()).bytes);
+  ASSERT_EQ(RQXLoadDB("", "tables"), 0);
+  int keys[] = {1, -1};
+  std::string names[] = {"inner", "outer"};
+  for (const int outer : {0, 1}) {
+    ASSERT_EQ(RQXAddJoinTable(names[outer].data(), outer, 1, 1, keys, 2, 1, keys), 3 + outer);
+  }
+  ASSERT_EQ(RQXSortByField(3, 1, 1, QX_SORT_DESC), 2);
+  char dir[512] = "";
+  ASSERT_EQ(RQXSaveDBAs(dir, "joined"), 0);
+  EXPECT_EQ(read_file("joined.QXD"), joined_database());
 }
 
 TEST_F(StoredFileTest, TablesAreNumberedAnewWithoutJoins) {

@@ -67,11 +67,14 @@ TEST_P(ForeignImageTest, IsReadByAllLoaders) {
 TEST_P(ForeignImageTest, OfADatabaseIsRead) {
   if (!GetParam().origin.header) return;
   const std::vector<StoredTable> tables = {table_of_all_types(5, "t"), table_of_all_types(8, "u")};
-  ImageBlock block(database_file(tables, GetParam().origin).bytes);
+  ImageBlock block(database_file(tables, GetParam().origin, joins_by_integers(5, 8)).bytes);
   void* end = nullptr;
-  ASSERT_EQ(RQXLoadDBFromMem(block.at(0), &end), 0);
+  ASSERT_EQ(hex(RQXLoadDBFromMem(block.at(0), &end)), hex(0));
   EXPECT_EQ(block.offset_of(end), block.size());
   EXPECT_EQ(RQXGetTableIDFromName("u"), 8);
+  EXPECT_EQ(TestTable::existing(9).rows(2), std::vector<int>({1, 3, 2}));
+  RQXDeleteTable(10);
+  RQXDeleteTable(9);
   EXPECT_EQ(text_of(5), own_);
 }
 

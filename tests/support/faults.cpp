@@ -2,12 +2,14 @@
 
 #include <dirent.h>
 #include <errno.h>
+#include <fcntl.h>
 #include <pthread.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <sys/uio.h>
 
 #include <atomic>
 #include <new>
@@ -107,6 +109,9 @@ QXE_WRAP(no_file(), -1, ssize_t, pread, (int file, void* out, size_t size, off_t
          moved_size(size), offset)
 QXE_WRAP(no_file(), -1, ssize_t, pwrite, (int file, const void* data, size_t size, off_t offset),
          file, data, moved_size(size), offset)
+QXE_WRAP(no_file(), -1, int, ftruncate, (int file, off_t size), file, size)
+QXE_WRAP(no_file(), -1, int, fallocate, (int file, int mode, off_t start, off_t size), file, mode,
+         start, size)
 QXE_WRAP(no_file(), nullptr, char*, realpath, (const char* path, char* out), path, out)
 QXE_WRAP(no_file(), EOF, int, fflush, (FILE * file), file)
 QXE_WRAP(no_file(), -1, ssize_t, write, (int file, const void* data, size_t size), file, data, size)
@@ -133,6 +138,16 @@ int __real_open(const char* path, int flags, mode_t mode);
 int __wrap_open(const char* path, int flags, mode_t mode);
 int __wrap_open(const char* path, int flags, mode_t mode) {
   return no_file() ? -1 : __real_open(path, flags, mode);
+}
+
+ssize_t __real_process_vm_writev(pid_t process, const iovec* from, unsigned long n, const iovec* to,
+                                 unsigned long n_to, unsigned long flags);
+ssize_t __wrap_process_vm_writev(pid_t process, const iovec* from, unsigned long n, const iovec* to,
+                                 unsigned long n_to, unsigned long flags);
+ssize_t __wrap_process_vm_writev(pid_t process, const iovec* from, unsigned long n, const iovec* to,
+                                 unsigned long n_to, unsigned long flags) {
+  const iovec part{from->iov_base, moved_size(from->iov_len)};
+  return no_file() ? -1 : __real_process_vm_writev(process, &part, n, to, n_to, flags);
 }
 
 // Closing tells of a late failure; the file is closed all the same.

@@ -8,7 +8,9 @@
 
 namespace qxe::test {
 
-TempDir::TempDir() : path_(std::filesystem::temp_directory_path() / "qxe_test_XXXXXX") {
+TempDir::TempDir() : TempDir(std::filesystem::temp_directory_path()) {}
+
+TempDir::TempDir(const std::string& parent) : path_(parent + "/qxe_test_XXXXXX") {
   if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("cannot make " + path_);
 }
 

@@ -9,6 +9,8 @@ namespace qxe::test {
 class TempDir {
  public:
   TempDir();
+  /// In another directory than the system's for temporary files.
+  explicit TempDir(const std::string& parent);
   ~TempDir();
   TempDir(const TempDir&) = delete;
   TempDir& operator=(const TempDir&) = delete;

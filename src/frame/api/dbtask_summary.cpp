@@ -6,13 +6,11 @@
 namespace qxe {
 
 int CDBParallelTask::NonCubeSum(int table, const NonCubeRequest& request) {
-  static constexpr LayerCall kCall{.layer = "RQXNonCubeSum", .kind = TableKind::kReal};
+  static constexpr LayerCall kCall{.layer = "RQXNonCubeSum"};
   int status = 0;
   TBaseTable* const source = admitted_table(kCall, table, &status);
   if (source == nullptr) return status;
-  status = guarded("NonCubeSum", [&] {
-    return TNonCubeSum(static_cast<TRealTable&>(*source), request).MppRun();
-  });
+  status = guarded("NonCubeSum", [&] { return sum_to_table(*source, request); });
   if (status < 0) return report(kCall.layer, status, "Failed to create NonCubeSum");
   g_TFSaved = false;
   return status;

@@ -23,7 +23,7 @@ int innerQXSummaryOpen(int handle, int table, int set, int nDim, const _TDimensi
     if (place != nullptr) {
       return report(kLayer, QX_ERROR_SUMMARY_IN_USE, "Invalid Parameter : SumHandle");
     }
-    const int status = with_real_table({.layer = kLayer}, table, [&](TRealTable& target) {
+    const int status = with_table({.layer = kLayer}, table, [&](TBaseTable& target) {
       place = std::make_unique<TSummary>(handle, target, set, nDim, dims, measure);
       return 0;
     });
