@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "storage/family.h"
+#include "summary/group_cell.h"
 
 namespace qxe {
 
@@ -102,8 +103,7 @@ void add_values(const RowBlock& block, const Value* values, double* sums) {
 
 void add_values(const RowBlock& block, const Numeric* values, Numeric* sums) {
   for (int i = 0; i < block.count; ++i) {
-    Numeric& sum = sums[block.cells[i]];
-    RQXNumericAdd(&sum, values + block.numbers[i], &sum);
+    add_decimal(sums[block.cells[i]], values[block.numbers[i]]);
   }
 }
 

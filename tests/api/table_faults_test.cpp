@@ -29,6 +29,22 @@ int summary_table(const Base& base) {
   return status;
 }
 
+/// A summary's table, which gets the columns once more.
+int appended_summary(const Base& base) {
+  _TRDimensionDef dims[1] = {{base.filter(kInt), ""}};
+  int done = 0;
+  int status = RQXSummaryOpen(0, base.id(), 1, 1, dims, base.filter(kDecimal));
+  if (status >= 0) status = RQXSummaryExec(0, 15, &done);
+  if (status >= 0) status = RQXSummaryIntoRealTable2(0, QX_SUM_COUNT, 1);
+  const int table = status;
+  if (status >= 0) status = RQXAppendSummaryToRealTable(0, table, 31, 1);
+  RQXSummaryClose(0);
+  if (status >= 0) return table;
+  if (table >= 0) RQXDeleteTable(table);
+  RQXSetSavedFlag(1, 1, 1);  // as if the table had never been
+  return status;
+}
+
 int named_summary_table(const Base& base) {
   static int map[kRows + 1];  // of all values to the first category
   static char name[] = "all";
@@ -58,6 +74,7 @@ std::string number(const Base&, int result) {
 INSTANTIATE_TEST_SUITE_P(
     Summaries, FaultsTest,
     testing::Values(Operation{"OfDoubles", summary_table<kDouble, 1>, imported, delete_table},
+                    Operation{"Appended", appended_summary, imported, delete_table},
                     Operation{"OfDecimals", summary_table<kDecimal, 2>, imported, delete_table},
                     Operation{"OfStrings", summary_table<kString, 2>, imported, delete_table},
                     Operation{"Sparse", summary_table<kInt, 3>, imported, delete_table},

@@ -392,6 +392,25 @@ TEST_F(WideTest, AttributeBlocksOfDimensionsTravelAndTheSourceIsLeftAlone) {
   EXPECT_EQ(TestTable::existing(wide).texts("a_#2"), (Names{"0", "4"}));
 }
 
+// A value list of 32768 needs a bit more, the 31st. The counts that only way 4 adds tell it.
+TEST_F(NonCubeSumTest, ThirtyBitsNumberCombinations) {
+  for (const int values : {32766, 32767}) {
+    std::vector<int> a, b;
+    for (int i = 0; i < values; ++i) {
+      a.push_back(i);
+      b.push_back(i % 16383);
+    }
+    const TestTable table({{"a", ints(a)}, {"b", ints(b)}});
+    const int output = non_cube_sum(table, {{"a", "b"}, {"a"}, {QX_SUM_SUM}});
+    const bool wide = values == 32767;
+    EXPECT_EQ(RQXGetNFilter(output), wide ? 4 : 3);
+    const TestTable sums = TestTable::existing(output);
+    ASSERT_EQ(sums.total_rows(), values);
+    EXPECT_EQ(sums.column("SUM<a>").cells[static_cast<size_t>(values) - 1], Cell(values - 1.0));
+    RQXClearDB();
+  }
+}
+
 // What fails half-way leaves nothing behind.
 TEST_F(NonCubeSumTest, EachFailedAllocationEndsTheCallWithoutATable) {
   RandomData random(11);

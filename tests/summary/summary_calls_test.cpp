@@ -339,6 +339,15 @@ TEST_F(SummaryTest, EndWithTheirTable) {
   EXPECT_EQ(RQXReInitializeMS(), 0);
   EXPECT_EQ(status(7), 0);
   expect_failure(RQXSummaryExec(7, 1, dummy), QX_ERROR_NO_SUMMARY, kHandleWords);
+  const TestTable saved({{"a", ints({1})}});
+  char place[4096] = "";
+  EXPECT_EQ(RQXSaveDBAs(place, "saved"), 0);
+  for (const char* const name : {"saved", "none"}) {  // a load that fails leaves no table either
+    EXPECT_EQ(open(7, saved, {"a"}), 0);
+    EXPECT_EQ(RQXLoadDB("", name) < 0, std::string(name) == "none");
+    EXPECT_EQ(status(7), 0);
+  }
+  ring();
   EXPECT_EQ(RQXSummaryClose(7), 0);
 }
 
