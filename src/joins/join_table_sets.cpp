@@ -1,10 +1,12 @@
 // Sets of a join table: finding, adding and deleting them.
+#include <limits.h>
+
 #include "joins/join_table.h"
 
 namespace qxe {
 
 int TJoinTable::RegNewSet(JoinSource source) {
-  if (set_count() >= kMaxSets) {
+  if (set_count() >= kMaxSets || MaxSetID == INT_MAX) {
     throw CQXException(report("RegNewSet", QX_ERROR_SET_COUNT, "SetCount overflow"));
   }
   source.first = sets_.empty();

@@ -1,4 +1,6 @@
 // The saved flags tell a client what it has not saved yet.
+#include <string.h>
+
 #include <functional>
 
 #include "support/case_name.h"
@@ -49,6 +51,113 @@ NumericInfo finer = {3, QX_ROUND_HALFUP};
 char* value() {
   return reinterpret_cast<char*>(&one);
 }
+
+/// A save, or a load of what has been saved in front of the change, which must not count.
+using Step = int (*)(const TestTable&);
+std::function<int(const TestTable&)> behind(Step save, Step load) {
+  return [=](const TestTable& table) {
+    EXPECT_GE(save(table), 0);
+    RQXSetSavedFlag(0, 1, 0);
+    return load(table);
+  };
+}
+const Flags kTableLoaded = {0, 0, 0};
+
+alignas(8) char image[100'000];
+void* image_end = nullptr;
+long place = 0;
+char home[512] = "";
+
+int save_database(const TestTable&) {
+  home[0] = '\0';
+  return RQXSaveDBAs(home, "db");
+}
+int save_table(const TestTable& table) {
+  return RQXSaveRealTableAs("", "t", table.id());
+}
+int save_tables(const TestTable& table) {
+  const int ids[] = {table.id(), -1};
+  return RQXSaveRealTable2("db.QXD", 0, ids, &place);
+}
+int save_table_image(const TestTable& table) {
+  return RQXSaveRealTable2Mem(table.id(), sizeof image, image, &image_end);
+}
+int save_database_image(const TestTable&) {
+  return RQXSaveDB2Mem(sizeof image, image, &image_end);
+}
+int write_stream(const TestTable& table) {
+  RQXMemStreamOpenWrite();
+  const int status = RQXSaveRealTableMem(table.id(), 0);
+  void* area = nullptr;
+  RQXMemStreamGetWriteBuf(&place, &area);
+  memcpy(image, area, static_cast<size_t>(place));
+  RQXMemStreamClose();
+  return status;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, SavedFlagsTest,
+    testing::Values(
+        ChangeCase{"SaveAs", save_database, kNone, {0, 0, 0}},
+        ChangeCase{"Save", behind(save_database, [](const TestTable&) { return QXSaveDB(); }),
+                   kNone},
+        ChangeCase{"SaveOldVersion",
+                   [](const TestTable& table) {
+                     home[0] = '\0';
+                     RQXDeleteRealFilter(table.id(), 2);
+                     return RQXSaveDBAsOldVer(home, "db", QX_DATA_VERSION_OLD);
+                   },
+                   kNone},
+        ChangeCase{"Load",
+                   behind(save_database, [](const TestTable&) { return RQXLoadDB("", "db"); }),
+                   kNone},
+        ChangeCase{"SaveTable", save_table, {0, 0, 0}, {0, 0, 0}},
+        ChangeCase{"LoadTable",
+                   behind(save_table, [](const TestTable&) { return QXLoadRealTable("", "t"); }),
+                   kTableLoaded},
+        ChangeCase{"SaveTables",
+                   [](const TestTable& table) {
+                     save_database(table);
+                     RQXSetSavedFlag(0, 1, 0);
+                     return save_tables(table);
+                   },
+                   {0, 1, 0}},
+        ChangeCase{"LoadTables",
+                   [](const TestTable& table) {
+                     save_database(table);
+                     save_tables(table);
+                     RQXSetSavedFlag(0, 1, 0);
+                     int id = 0;
+                     return RQXLoadRealTable2("db.QXD", 0, 1, &id, &place);
+                   },
+                   kTableLoaded},
+        ChangeCase{"SaveTableImage", save_table_image, {0, 0, 0}, {0, 0, 0}},
+        ChangeCase{
+            "LoadTableImage",
+            behind(save_table_image,
+                   [](const TestTable&) { return RQXLoadRealTableFromMem(image, &image_end); }),
+            kTableLoaded},
+        ChangeCase{
+            "LoadSizedTableImage",
+            behind(save_table_image,
+                   [](const TestTable&) { return RQXLoadMemRealTable(image, sizeof image); }),
+            kTableLoaded},
+        ChangeCase{"SaveDatabaseImage", save_database_image, {0, 0, 0}, {0, 0, 0}},
+        ChangeCase{"LoadDatabaseImage",
+                   behind(save_database_image,
+                          [](const TestTable&) { return RQXLoadDBFromMem(image, &image_end); }),
+                   kNone},
+        ChangeCase{"WriteStream", write_stream, {0, 0, 0}, {0, 0, 0}},
+        ChangeCase{"ReadStream",
+                   behind(write_stream,
+                          [](const TestTable&) {
+                            RQXMemStreamOpenRead(place, image);
+                            const int id = RQXLoadRealTableMem();
+                            RQXMemStreamClose();
+                            return id;
+                          }),
+                   kTableLoaded}),
+    case_name<ChangeCase>);
 
 INSTANTIATE_TEST_SUITE_P(
     All, SavedFlagsTest,
@@ -235,7 +344,12 @@ TEST_F(SavedFlagsTest, StayWhenTheChangeFails) {
   RQXDeleteRealFilter(table.id(), 99);
   RQXInsertRealRows(table.id(), -1, 1);
   RQXOverwriteRealExIntR1(table.id(), 1, 1, 3, 0);
+  RQXLoadRealTable("", "none");
   EXPECT_EQ(flags(), kNone);
+  RQXSetSavedFlag(0, 0, 0);
+  RQXSaveDB();
+  RQXLoadDB("", "none");
+  EXPECT_EQ(flags(), kTableLoaded);
 }
 
 TEST_F(SavedFlagsTest, AreTrueOrFalseWhateverIsSet) {

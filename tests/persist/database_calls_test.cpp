@@ -94,24 +94,6 @@ TEST_F(DatabaseCallsTest, AFailedLoadLeavesAnEmptyDatabase) {
   EXPECT_EQ(RQXGetNTable(), 1);
 }
 
-TEST_F(DatabaseCallsTest, FlagsFollowLoadsAndSaves) {
-  const auto flags_after = [](int status) {
-    EXPECT_EQ(hex(status), hex(std::max(status, 0)));
-    int flags[3] = {};
-    RQXGetSavedFlag(flags, flags + 1, flags + 2);
-    return std::vector<int>(flags, flags + 3);
-  };
-  const std::vector<int> saved = {1, 1, 1};
-  RQXSetSavedFlag(0, 0, 0);
-  EXPECT_EQ(flags_after(RQXSaveRealTable("", table_.id())), std::vector<int>({0, 0, 0}));
-  EXPECT_EQ(flags_after(save_as("db")), saved);
-  RQXSetSavedFlag(0, 0, 0);
-  EXPECT_EQ(flags_after(QXSaveDB()), saved);
-  RQXSetSavedFlag(0, 0, 0);
-  EXPECT_EQ(flags_after(QXLoadDB("", "db")), saved);
-  EXPECT_EQ(flags_after(QXLoadRealTable("", "t")), std::vector<int>({1, 0, 1}));
-}
-
 TEST_F(DatabaseCallsTest, TheOldVersionStaysUntilAnotherPlainSave) {
   char dir[512] = "";
   ASSERT_EQ(RQXSaveDBAsOldVer(dir, "db", QX_DATA_VERSION_OLD), 0);

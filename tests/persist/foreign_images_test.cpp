@@ -117,10 +117,18 @@ TEST_F(ImageAndFileTest, HoldTheSameBytes) {
               read_file("all_sets.QXT"));
     RQXMemStreamClose();
 
+    // From the second round on with a join of the tables.
+    int keys[] = {1, -1};
+    char name[256] = "join";
+    if (table.id() > 1) require(RQXAddJoinTable(name, 1, 1, 1, keys, table.id(), 1, keys), "join");
     char directory[512] = "";
     ASSERT_EQ(RQXSaveDBAs(directory, "db"), 0);
     ASSERT_EQ(RQXSaveDB2Mem(100000, block.at(0), &end), 0);
     EXPECT_EQ(block.bytes(block.offset_of(end)), read_file("db.QXD"));
+    RQXSetSavedFlag(1, 1, 1);
+    const std::string before = database_text();
+    ASSERT_EQ(RQXLoadDBFromMem(block.at(0), &end), 0);
+    EXPECT_EQ(database_text(), before);
   }
 }
 

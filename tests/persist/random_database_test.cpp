@@ -31,6 +31,15 @@ class RandomDatabaseTest : public EngineTest, public testing::WithParamInterface
     area[63] = static_cast<unsigned char>(random_.below(256));
     RQXSetFilterAttr(table.id(), 4, area, false);
     RQXSetSubsetAttr(table.id(), 1, area);
+    if (random_.chance(50)) mark(table.id());
+  }
+
+  /// Marks for high-speed search; some filters have pending values, some are enabled.
+  void mark(int table) {
+    for (int i = random_.below(6); i >= 0; --i) {
+      RQXHighSpeedSearchSetMark(table, 1 + random_.below(4), 1 + random_.below(7), true);
+      if (random_.chance(30)) RQXHighSpeedSearchEnable(table, 1 + random_.below(7), true);
+    }
   }
 
   /// A few cells of one column get values of another random column.
@@ -43,9 +52,23 @@ class RandomDatabaseTest : public EngineTest, public testing::WithParamInterface
                        RawValues(values).data());
   }
 
+  /// Of the first `sets` sets.
+  static std::string marks_of(int table, int sets) {
+    std::string text = "marks";
+    for (int filter = 1; filter <= 7; ++filter) {
+      text += RQXHighSpeedSearchIsEnabled(table, filter) == 1 ? " +" : " -";
+      for (int set = 1; set <= sets; ++set) {
+        if (RQXHighSpeedSearchHasMark(table, set, filter) == 1) text += std::to_string(set);
+      }
+    }
+    return text;
+  }
+
   static std::string contents() {
     RQXSetSavedFlag(1, 1, 1);
-    return database_text();
+    std::string text = database_text();
+    for (int table = 1; table <= RQXGetNTable(); ++table) text += marks_of(table, 4) + "\n";
+    return text;
   }
 
   RandomData random_{static_cast<unsigned>(GetParam())};
@@ -75,6 +98,22 @@ TEST_P(RandomDatabaseTest, TablesComeBackOneByOne) {
   RQXClearDB();
   ASSERT_EQ(hex(RQXLoadRealTable("", name)), hex(1));
   EXPECT_EQ(contents(), before);
+}
+
+TEST_P(RandomDatabaseTest, ATableComesBackWithOneSetAndItsMarks) {
+  add_table("t");
+  const std::string before = table_text(1);
+  const std::string marks = marks_of(1, 1);
+  write_file("row", "");
+  const int ids[] = {1, -1};
+  long end = 0;
+  ASSERT_EQ(RQXSaveRealTable2("row", 0, ids, &end), 0);
+  EXPECT_EQ(marks_of(1, 1), marks);
+  RQXDeleteTable(1);
+  int id = 0;
+  ASSERT_EQ(RQXLoadRealTable2("row", 0, 1, &id, &end), 2);
+  EXPECT_EQ(table_text(2), before);
+  EXPECT_EQ(marks_of(2, 4), marks);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomDatabaseTest, testing::Range(1, 60));
