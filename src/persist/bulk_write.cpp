@@ -61,7 +61,7 @@ class MappedRun : NonCopyable {
     if (!reaches(run.start + run.bytes)) return;
     size_ = static_cast<size_t>(front + run.bytes);
     area_ = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED, run.file, run.start - front);
-    place_ = static_cast<char*>(area_) + front;
+    if (is_mapped()) place_ = static_cast<char*>(area_) + front;
   }
   ~MappedRun() {
     if (is_mapped()) munmap(area_, size_);
