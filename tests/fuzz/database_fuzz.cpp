@@ -54,11 +54,15 @@ std::vector<int> table_ids() {
   return ids;
 }
 
-void check_sets(int id) {
-  const TRealTable& table = real_table(id);
+std::vector<int> set_ids(const TBaseTable& table) {
   std::vector<int> ids(static_cast<size_t>(table.set_count()));
   table.GetSetIDList(table.set_count(), ids.data());
-  for (const int set : ids) {
+  return ids;
+}
+
+void check_sets(int id) {
+  const TRealTable& table = real_table(id);
+  for (const int set : set_ids(table)) {
     const TSetArray& rows = *table.GetSet(set);
     for (int i = 0; i < rows.FArraySize; ++i) {
       const int row = rows.GetInt(i);
@@ -76,8 +80,9 @@ std::string real_image(int id) {
   for (int i = 0; i < table.GetNFilter(); ++i) {
     const TFilter& filter = *table.filter_at(i);
     image += std::to_string(filter.FFilterID) + (filter.high_speed() ? "!" : " ");
-    for (const TSortedSetArray* sorted : filter.sorted_sets()) {
-      if (sorted->set()->FArraySize == 0) continue;  // nothing to tell whether it is filled
+    for (const int set : set_ids(table)) {  // in whatever order the marks were made
+      const TSortedSetArray* const sorted = table.GetSet(set)->GetSortedSet(&filter);
+      if (sorted == nullptr || sorted->set()->FArraySize == 0) continue;  // may be filled or not
       image += sorted->tainted() ? "tainted" : std::to_string(sorted->null_count());
     }
   }
@@ -87,9 +92,7 @@ std::string real_image(int id) {
 /// The pairs of all sets of a join, whose rows exist.
 std::string join_image(const TJoinTable& join) {
   std::string image = join.name();
-  std::vector<int> ids(static_cast<size_t>(join.set_count()));
-  join.GetSetIDList(join.set_count(), ids.data());
-  for (const int id : ids) {
+  for (const int id : set_ids(join)) {
     const JoinSet& set = *join.find_set(id);
     const JoinRows pairs = join.rows(set);
     image += " set " + std::to_string(id) + (set.direction == 0 ? ">" : "<");
