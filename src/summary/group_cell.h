@@ -45,6 +45,7 @@ struct PlainValues {
 
   const Value* values;
 
+  void prefetch(int number) const { __builtin_prefetch(values + number); }
   Sum plus(Sum sum, int number) const {
     const auto value = static_cast<double>(values[number]);
     return sum + (number != 0 ? value : 0.0);
@@ -63,6 +64,7 @@ struct DecimalValues {
 
   const Numeric* values;
 
+  void prefetch(int number) const { __builtin_prefetch(values + number); }
   Sum plus(Sum sum, int number) const {
     if (number != 0) add_decimal(sum, values[number]);
     return sum;
@@ -97,6 +99,7 @@ struct SmallDecimalValues {
     return values.size < 2 || (is_small(values[1]) && is_small(values[values.size - 1]));
   }
 
+  void prefetch(int number) const { __builtin_prefetch(values + number); }
   Sum plus(Sum sum, int number) const {
     const auto value = static_cast<int64_t>(values[number].lo);
     return sum + (number != 0 ? value : 0);
