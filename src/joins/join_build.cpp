@@ -95,7 +95,8 @@ std::unique_ptr<TSetArray> CutUnUsedJoinRec(SideRows& side, const KeyNumbers& ke
                                             const Block<Flag>& hits, bool lost, bool asked) {
   constexpr int kFew = 16;  // of so many rows one
   auto unmatched = ExtractUnUsedJoinRec(side, key, hits, lost && asked);
-  if (!lost) return unmatched;
+  const bool for_nothing = asked && unmatched->FArraySize == 0;  // NULL was said to have a row
+  if (!lost || for_nothing) return unmatched;
   const TSetArray& rows = *side.rows;
   const bool few = asked && unmatched->FArraySize < rows.FArraySize / kFew && rows.is_counted_up();
   side = SideRows(few ? rows_between(rows, *unmatched) : rows_with(rows, key, hits, true));
