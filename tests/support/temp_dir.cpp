@@ -1,6 +1,7 @@
 #include "support/temp_dir.h"
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <stdexcept>
@@ -8,9 +9,18 @@
 
 namespace qxe::test {
 
+namespace {
+
+std::string writable(const std::string& directory) {
+  const bool is_writable = access(directory.c_str(), W_OK) == 0;
+  return is_writable ? directory : std::filesystem::temp_directory_path().string();
+}
+
+}  // namespace
+
 TempDir::TempDir() : TempDir(std::filesystem::temp_directory_path()) {}
 
-TempDir::TempDir(const std::string& parent) : path_(parent + "/qxe_test_XXXXXX") {
+TempDir::TempDir(const std::string& parent) : path_(writable(parent) + "/qxe_test_XXXXXX") {
   if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("cannot make " + path_);
 }
 

@@ -9,7 +9,7 @@ namespace qxe::test {
 class TempDir {
  public:
   TempDir();
-  /// In another directory than the system's for temporary files.
+  /// In another directory than the system's for temporary files, if it can be written to.
   explicit TempDir(const std::string& parent);
   ~TempDir();
   TempDir(const TempDir&) = delete;
