@@ -62,8 +62,9 @@ int list_size(const PositionColumn& column) {
 PairedGroups::PairedGroups(const std::array<const SidePositions*, kSides>& sides, int keys,
                            int rows, std::vector<PairedDimension> dimensions)
     : rows_(rows), dimensions_(std::move(dimensions)) {
-  for (int side = 0; side < kSides; ++side)
+  for (int side = 0; side < kSides; ++side) {
     runs_[side] = find_runs(*sides[static_cast<size_t>(side)], side, keys);
+  }
   check_pairs(count_pairs(keys));
   pair_runs(keys);
   number_groups();

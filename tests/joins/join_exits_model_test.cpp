@@ -432,43 +432,34 @@ void JoinExitsCase::chains_are_written_out_as_trees() {
   EXPECT_EQ(reader.texts("ten"), texts_of(wanted));
 }
 
-class JoinExitsTest : public EngineTest {
- protected:
-  static void run_cases(void (JoinExitsCase::*check)()) {
-    run_seeds("JOIN", 30, [check](unsigned seed) {
-      JoinExitsCase one(seed);
-      (one.*check)();
-      RQXClearDB();
-    });
-  }
-};
+class JoinExitsTest : public EngineTest {};
 
 TEST_F(JoinExitsTest, RealizedTablesReadAsTheJoin) {
-  run_cases(&JoinExitsCase::realized_tables_read_as_the_join);
+  run_cases("JOIN", 30, &JoinExitsCase::realized_tables_read_as_the_join);
 }
 
 TEST_F(JoinExitsTest, ExportsWriteWhatTheRealizedTablesWrite) {
-  run_cases(&JoinExitsCase::exports_write_what_the_realized_tables_write);
+  run_cases("JOIN", 30, &JoinExitsCase::exports_write_what_the_realized_tables_write);
 }
 
 TEST_F(JoinExitsTest, BlocksAndCallbacksShowThePairs) {
-  run_cases(&JoinExitsCase::blocks_and_callbacks_show_the_pairs);
+  run_cases("JOIN", 30, &JoinExitsCase::blocks_and_callbacks_show_the_pairs);
 }
 
 TEST_F(JoinExitsTest, UniqueRowsAreTheFirstOfTheirValues) {
-  run_cases(&JoinExitsCase::unique_rows_are_the_first_of_their_values);
+  run_cases("JOIN", 30, &JoinExitsCase::unique_rows_are_the_first_of_their_values);
 }
 
 TEST_F(JoinExitsTest, DatabaseFilesKeepJoins) {
-  run_cases(&JoinExitsCase::database_files_keep_joins);
+  run_cases("JOIN", 30, &JoinExitsCase::database_files_keep_joins);
 }
 
 TEST_F(JoinExitsTest, SemiJoinsKeepRowsWhoseValueOccurs) {
-  run_cases(&JoinExitsCase::semi_joins_keep_rows_whose_value_occurs);
+  run_cases("JOIN", 30, &JoinExitsCase::semi_joins_keep_rows_whose_value_occurs);
 }
 
 TEST_F(JoinExitsTest, ChainsAreWrittenOutAsTrees) {
-  run_cases(&JoinExitsCase::chains_are_written_out_as_trees);
+  run_cases("JOIN", 30, &JoinExitsCase::chains_are_written_out_as_trees);
 }
 
 }  // namespace

@@ -423,27 +423,18 @@ void JoinCase::operations_make_the_sets_that_nested_loops_make() {
   }
 }
 
-class JoinModelTest : public EngineTest {
- protected:
-  static void run_cases(void (JoinCase::*check)()) {
-    run_seeds("JOIN", 25, [check](unsigned seed) {
-      JoinCase one(seed);
-      (one.*check)();
-      RQXClearDB();
-    });
-  }
-};
+class JoinModelTest : public EngineTest {};
 
 TEST_F(JoinModelTest, ReadsAsNestedLoopsPair) {
-  run_cases(&JoinCase::reads_as_nested_loops_pair);
+  run_cases("JOIN", 25, &JoinCase::reads_as_nested_loops_pair);
 }
 
 TEST_F(JoinModelTest, SlaveColumnsMoveToTheMaster) {
-  run_cases(&JoinCase::slave_columns_move_to_the_master);
+  run_cases("JOIN", 25, &JoinCase::slave_columns_move_to_the_master);
 }
 
 TEST_F(JoinModelTest, OperationsMakeTheSetsThatNestedLoopsMake) {
-  run_cases(&JoinCase::operations_make_the_sets_that_nested_loops_make);
+  run_cases("JOIN", 25, &JoinCase::operations_make_the_sets_that_nested_loops_make);
 }
 
 }  // namespace

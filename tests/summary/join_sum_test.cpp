@@ -208,23 +208,14 @@ void JoinCase::cells_equal_those_of_the_realized_join() {
   }
 }
 
-class JoinSumTest : public EngineTest {
- protected:
-  static void run_cases(void (JoinCase::*check)()) {
-    run_seeds("JOIN", 60, [check](unsigned seed) {
-      JoinCase one(seed);
-      (one.*check)();
-      RQXClearDB();
-    });
-  }
-};
+class JoinSumTest : public EngineTest {};
 
 TEST_F(JoinSumTest, EqualsASummaryOfTheRealizedJoin) {
-  run_cases(&JoinCase::equals_a_summary_of_the_realized_join);
+  run_cases("JOIN", 60, &JoinCase::equals_a_summary_of_the_realized_join);
 }
 
 TEST_F(JoinSumTest, CellsEqualThoseOfTheRealizedJoin) {
-  run_cases(&JoinCase::cells_equal_those_of_the_realized_join);
+  run_cases("JOIN", 60, &JoinCase::cells_equal_those_of_the_realized_join);
 }
 
 /// Joins two tables by their columns "k".

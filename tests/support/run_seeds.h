@@ -7,6 +7,8 @@
 #include <chrono>
 #include <string>
 
+#include "qxe.h"
+
 namespace qxe::test {
 
 inline long setting(const std::string& name, long otherwise) {
@@ -29,6 +31,16 @@ unsigned run_seeds(const std::string& area, unsigned cases, Run&& run) {
     run(seed);
   }
   return seed - first;
+}
+
+/// `check` of a Case made from each seed, with a fresh database each time. See run_seeds.
+template <class Case>
+void run_cases(const std::string& area, unsigned cases, void (Case::*check)()) {
+  run_seeds(area, cases, [check](unsigned seed) {
+    Case one(seed);
+    (one.*check)();
+    RQXClearDB();
+  });
 }
 
 }  // namespace qxe::test
